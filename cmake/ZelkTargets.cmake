@@ -1,0 +1,39 @@
+# The house's way of making libraries and tests, so that every target gets the same language, warnings and definitions.
+
+add_library(zelk_options INTERFACE)
+target_compile_definitions(zelk_options INTERFACE
+    QT_NO_KEYWORDS QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_FOREACH QT_NO_URL_CAST_FROM_STRING)
+target_compile_options(zelk_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor)
+if(ZELK_WERROR)
+    target_compile_options(zelk_options INTERFACE -Werror)
+endif()
+if(ZELK_SANITIZE)
+    add_compile_options(-fsanitize=${ZELK_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+    add_link_options(-fsanitize=${ZELK_SANITIZE})
+endif()
+
+# zelk_library(<name> SOURCES ... LINKS ...): the library zelk_<name>, known to others as zelk::<name>.
+# Headers are included by their path under src/, as in "Transport/JSONValue.h".
+function(zelk_library name)
+    cmake_parse_arguments(arg "" "" "SOURCES;LINKS" ${ARGN})
+    add_library(zelk_${name} STATIC ${arg_SOURCES})
+    add_library(zelk::${name} ALIAS zelk_${name})
+    target_include_directories(zelk_${name} PUBLIC "${PROJECT_SOURCE_DIR}/src")
+    target_link_libraries(zelk_${name} PUBLIC zelk_options ${arg_LINKS})
+endfunction()
+
+# zelk_test(<name> SOURCES ... LINKS ...): a Qt Test program that ctest runs under its name, with a throw-away home,
+# no display and no session bus, so that no test depends on or touches the machine of whoever runs it.
+function(zelk_test name)
+    cmake_parse_arguments(arg "" "TIMEOUT" "SOURCES;LINKS;DEFINITIONS" ${ARGN})
+    add_executable(${name} ${arg_SOURCES})
+    target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}/tests")
+    target_compile_definitions(${name} PRIVATE ${arg_DEFINITIONS})
+    target_link_libraries(${name} PRIVATE zelk_options ${arg_LINKS} Qt6::Test)
+    set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/tests/bin")
+    if(NOT arg_TIMEOUT)
+        set(arg_TIMEOUT 120)
+    endif()
+    add_test(NAME ${name} COMMAND "${PROJECT_SOURCE_DIR}/tests/run-isolated" $<TARGET_FILE:${name}>)
+    set_tests_properties(${name} PROPERTIES TIMEOUT ${arg_TIMEOUT})
+endfunction()
