@@ -1,0 +1,186 @@
+#pragma once
+
+#include "Support/Cancelled.h"
+#include "Support/SerialExecutor.h"
+
+#include <QtGlobal>
+
+#include <chrono>
+#include <coroutine>
+#include <iterator>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <stop_token>
+#include <utility>
+#include <vector>
+
+namespace zelk {
+
+/// An unbounded stream with many writers and one reader, from any thread to any executor. This object is the writing end:
+/// its release finishes the stream, and so does `finish`; what is pushed afterwards is dropped.
+///
+/// The reader takes what has gathered in one swap and hands it out element by element, in order. After 8 ms of that it
+/// gives the event loop a turn, so that a burst never freezes the thread that reads it.
+template<typename T>
+class AsyncStream {
+    struct State;
+
+public:
+    class Reader;
+
+    AsyncStream() : _state(std::make_shared<State>()) {}
+    ~AsyncStream() {
+        if (_state)
+            finish();
+    }
+    AsyncStream(AsyncStream &&) noexcept = default;
+    AsyncStream &operator=(AsyncStream &&) = delete;
+
+    void push(T element) const {
+        const std::unique_lock lock(_state->mutex);
+        if (_state->finished)
+            return;
+        _state->gathered.push_back(std::move(element));
+        _state->wake();
+    }
+
+    /// Appends all of `elements` at once: one lock and at most one wake-up for the lot.
+    void push(std::vector<T> &&elements) const {
+        const std::unique_lock lock(_state->mutex);
+        if (_state->finished || elements.empty())
+            return;
+        if (_state->gathered.empty())
+            _state->gathered.swap(elements);
+        else
+            _state->gathered.insert(_state->gathered.end(), std::move_iterator(elements.begin()),
+                                    std::move_iterator(elements.end()));
+        _state->wake();
+    }
+
+    void finish() const {
+        const std::unique_lock lock(_state->mutex);
+        _state->finished = true;
+        _state->wake();
+    }
+
+    /// The reading end. It keeps no writer alive; all its copies are the one reader.
+    Reader reader() const { return Reader(_state); }
+
+private:
+    static constexpr std::chrono::milliseconds turn{8};
+    static constexpr std::size_t keptCapacity = 1024;
+
+    struct State {
+        std::mutex mutex; // guards the four below
+        std::vector<T> gathered;
+        bool finished = false;
+        std::coroutine_handle<> waiter;
+        SerialExecutor::Ref waiterExecutor;
+
+        // The reader's own, untouched by writers.
+        std::vector<T> batch;
+        std::size_t position = 0;
+        std::chrono::steady_clock::time_point turnEnd;
+
+        /// Called with the lock held.
+        void wake() {
+            if (!waiter)
+                return;
+            waiterExecutor->post([handle = std::exchange(waiter, nullptr)] { handle.resume(); });
+            waiterExecutor.reset();
+        }
+
+        bool refill() {
+            // The memory of a burst is given back, that of the daily traffic is used again.
+            if (batch.capacity() > keptCapacity)
+                std::vector<T>().swap(batch);
+            batch.clear();
+            position = 0;
+            const std::unique_lock lock(mutex);
+            batch.swap(gathered);
+            return !batch.empty();
+        }
+    };
+
+    class Next {
+    public:
+        Next(std::shared_ptr<State> state, std::stop_token stop) : _state(std::move(state)), _stop(std::move(stop)) {}
+
+        bool await_ready() const {
+            if (_stop.stop_requested())
+                return true;
+            if (_state->position == _state->batch.size() && !_state->refill())
+                return false;
+            return std::chrono::steady_clock::now() < _state->turnEnd;
+        }
+
+        void await_suspend(std::coroutine_handle<> handle) {
+            {
+                const std::unique_lock lock(_state->mutex);
+                Q_ASSERT_X(!_state->waiter, "AsyncStream", "one reader only");
+                _state->waiterExecutor = SerialExecutor::current();
+                Q_ASSERT_X(_state->waiterExecutor, "AsyncStream", "awaited on a thread without an executor");
+                _state->waiter = handle;
+                const bool hasMore = _state->position < _state->batch.size() || !_state->gathered.empty();
+                if (hasMore || _state->finished) {
+                    _state->wake();
+                    return;
+                }
+            }
+            // The executor resumes this thread only after this function, so `this` is still alive here.
+            _onStop.emplace(_stop, Stopper{_state});
+        }
+
+        std::optional<T> await_resume() {
+            _onStop.reset();
+            if (_stop.stop_requested())
+                throw Cancelled();
+            const auto now = std::chrono::steady_clock::now();
+            if (now >= _state->turnEnd)
+                _state->turnEnd = now + turn;
+            if (_state->position == _state->batch.size() && !_state->refill())
+                return std::nullopt;
+            return std::move(_state->batch[_state->position++]);
+        }
+
+    private:
+        struct Stopper {
+            std::shared_ptr<State> state;
+            void operator()() const {
+                const std::unique_lock lock(state->mutex);
+                state->wake();
+            }
+        };
+
+        std::shared_ptr<State> _state;
+        std::stop_token _stop;
+        std::optional<std::stop_callback<Stopper>> _onStop;
+    };
+
+public:
+    class Reader {
+    public:
+        /// Awaits the next element; none at the end of the stream. Throws `Cancelled` once `stop` is requested.
+        /// It must be awaited on an executor's thread and resumes there.
+        Next next(std::stop_token stop = {}) const { return Next(_state, std::move(stop)); }
+
+        /// Everything that has gathered and was not handed out, without waiting. Only for the thread that reads.
+        std::vector<T> takeGathered() const {
+            std::vector<T> rest(std::move_iterator(_state->batch.begin() + static_cast<std::ptrdiff_t>(_state->position)),
+                                std::move_iterator(_state->batch.end()));
+            if (_state->refill())
+                rest.insert(rest.end(), std::move_iterator(_state->batch.begin()), std::move_iterator(_state->batch.end()));
+            _state->batch.clear();
+            _state->position = 0;
+            return rest;
+        }
+
+    private:
+        friend class AsyncStream;
+        explicit Reader(std::shared_ptr<State> state) : _state(std::move(state)) {}
+        std::shared_ptr<State> _state;
+    };
+};
+
+} // namespace zelk

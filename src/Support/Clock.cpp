@@ -1,0 +1,19 @@
+#include "Support/Clock.h"
+
+#include "Support/Cancelled.h"
+#include "Support/OneShot.h"
+
+#include <QCoroFuture>
+
+namespace zelk {
+
+QCoro::Task<> Clock::sleep(Duration duration, std::stop_token stop) {
+    const auto cancelled = std::make_exception_ptr(Cancelled());
+    const auto end = std::make_shared<OneShot<void>>(cancelled);
+    const auto future = end->future();
+    const auto alarm = after(duration, [end] { end->fulfil(); });
+    const std::stop_callback onStop(stop, [end, cancelled] { end->fail(cancelled); });
+    co_await future;
+}
+
+} // namespace zelk

@@ -1,0 +1,180 @@
+#include "Support/SerialExecutor.h"
+
+#include <QCoreApplication>
+#include <QObject>
+#include <QThread>
+
+#include <algorithm>
+#include <mutex>
+#include <vector>
+
+namespace zelk {
+
+namespace {
+
+QEvent::Type jobEventType() {
+    static const auto type = static_cast<QEvent::Type>(QEvent::registerEventType());
+    return type;
+}
+
+constexpr auto patienceAtExitMs = 1000;
+
+/// Lives in the executor's thread and runs what is posted to it.
+class Runner final : public QObject {
+public:
+    bool event(QEvent *event) override {
+        if (event->type() != jobEventType())
+            return QObject::event(event);
+        static_cast<SerialExecutor::JobEvent *>(event)->run();
+        return true;
+    }
+};
+
+} // namespace
+
+SerialExecutor::JobEvent::JobEvent() : QEvent(jobEventType()) {}
+
+/// What executor, thread and registry share: the runner while the thread takes jobs, and the thread itself.
+class SerialExecutor::Loop {
+public:
+    void post(std::unique_ptr<JobEvent> event) {
+        const std::scoped_lock lock(_mutex);
+        if (_runner)
+            QCoreApplication::postEvent(_runner, event.release());
+        // Otherwise the event is destroyed here, and its promises with it.
+    }
+
+    void open(QObject *runner) {
+        const std::scoped_lock lock(_mutex);
+        _runner = runner;
+    }
+
+    /// Takes no more jobs; those that did not run are destroyed with the runner, outside of the lock.
+    void close() {
+        QObject *runner = nullptr;
+        {
+            const std::scoped_lock lock(_mutex);
+            std::swap(runner, _runner);
+        }
+        delete runner;
+    }
+
+    QThread *thread = nullptr;
+    std::weak_ptr<SerialExecutor> executor;
+
+private:
+    std::mutex _mutex;
+    QObject *_runner = nullptr;
+};
+
+namespace {
+
+thread_local std::weak_ptr<SerialExecutor> currentExecutor;
+
+class Registry {
+public:
+    static Registry &instance() {
+        static Registry registry;
+        return registry;
+    }
+
+    ~Registry() { stopAll(); }
+
+    void add(const std::shared_ptr<SerialExecutor::Loop> &loop) {
+        reap();
+        const std::scoped_lock lock(_mutex);
+        _loops.push_back(loop);
+    }
+
+    void stopAll() {
+        std::vector<std::shared_ptr<SerialExecutor::Loop>> loops;
+        {
+            const std::scoped_lock lock(_mutex);
+            loops.swap(_loops);
+        }
+        for (const auto &loop : loops)
+            loop->thread->quit();
+        for (const auto &loop : loops) {
+            if (loop->thread != QThread::currentThread() && loop->thread->wait(patienceAtExitMs))
+                delete loop->thread;
+        }
+    }
+
+private:
+    void reap() {
+        const std::scoped_lock lock(_mutex);
+        std::erase_if(_loops, [](const auto &loop) {
+            if (!loop->thread->isFinished())
+                return false;
+            loop->thread->wait();
+            delete loop->thread;
+            return true;
+        });
+    }
+
+    std::mutex _mutex;
+    std::vector<std::shared_ptr<SerialExecutor::Loop>> _loops;
+};
+
+} // namespace
+
+SerialExecutor::SerialExecutor(std::shared_ptr<Loop> loop) : _loop(std::move(loop)) {}
+
+SerialExecutor::Ref SerialExecutor::make(const QString &name) {
+    auto loop = std::make_shared<Loop>();
+    Ref executor(new SerialExecutor(loop));
+    loop->executor = executor;
+
+    auto *runner = new Runner;
+    auto *thread = QThread::create([loop, executor = std::weak_ptr(executor)] {
+        currentExecutor = executor;
+        QEventLoop().exec();
+        loop->close();
+    });
+    thread->setObjectName(name);
+    loop->thread = thread;
+    runner->moveToThread(thread);
+    loop->open(runner);
+    Registry::instance().add(loop);
+    thread->start();
+    return executor;
+}
+
+SerialExecutor::Ref SerialExecutor::main() {
+    static const Ref executor = [] {
+        auto loop = std::make_shared<Loop>();
+        Ref made(new SerialExecutor(loop));
+        loop->executor = made;
+        auto *runner = new Runner;
+        runner->moveToThread(QCoreApplication::instance()->thread());
+        loop->open(runner);
+        return made;
+    }();
+    return executor;
+}
+
+SerialExecutor::Ref SerialExecutor::current() {
+    if (auto executor = currentExecutor.lock())
+        return executor;
+    const auto *application = QCoreApplication::instance();
+    if (application && QThread::currentThread() == application->thread())
+        return main();
+    return nullptr;
+}
+
+void SerialExecutor::stopAll() { Registry::instance().stopAll(); }
+
+SerialExecutor::~SerialExecutor() {
+    // The main thread isn't ours to end. The others end behind what is already queued.
+    if (QThread *thread = _loop->thread)
+        post([thread] { thread->quit(); });
+}
+
+bool SerialExecutor::isCurrent() const {
+    const auto here = current();
+    return here && here->_loop == _loop;
+}
+
+void SerialExecutor::postEvent(std::unique_ptr<JobEvent> event) { _loop->post(std::move(event)); }
+
+} // namespace zelk
