@@ -12,6 +12,28 @@ if(ZELK_SANITIZE)
     add_link_options(-fsanitize=${ZELK_SANITIZE})
 endif()
 
+# What the sanitizers need to know at run time: where they find function names, and which libraries leak on purpose.
+set(zelk_test_environment "")
+set(zelk_test_launcher "")
+if(ZELK_SANITIZE)
+    set(suppressions "${PROJECT_SOURCE_DIR}/tests/sanitizers")
+    set(zelk_test_environment
+        "ASAN_OPTIONS=strict_string_checks=1"
+        "LSAN_OPTIONS=suppressions=${suppressions}/lsan.supp:print_suppressions=0"
+        "UBSAN_OPTIONS=print_stacktrace=1"
+        "TSAN_OPTIONS=suppressions=${suppressions}/tsan.supp:halt_on_error=1:second_deadlock_stack=1")
+    find_program(ZELK_SYMBOLIZER llvm-symbolizer HINTS /usr/lib/llvm-16/bin)
+    if(ZELK_SYMBOLIZER)
+        foreach(sanitizer ASAN LSAN UBSAN TSAN)
+            list(APPEND zelk_test_environment "${sanitizer}_SYMBOLIZER_PATH=${ZELK_SYMBOLIZER}")
+        endforeach()
+    endif()
+    if(ZELK_SANITIZE STREQUAL "thread")
+        # Its shadow memory collides with the kernel's wide address randomisation.
+        set(zelk_test_launcher setarch -R)
+    endif()
+endif()
+
 # zelk_library(<name> SOURCES ... LINKS ...): the library zelk_<name>, known to others as zelk::<name>.
 # Headers are included by their path under src/, as in "Transport/JSONValue.h".
 function(zelk_library name)
@@ -34,6 +56,6 @@ function(zelk_test name)
     if(NOT arg_TIMEOUT)
         set(arg_TIMEOUT 120)
     endif()
-    add_test(NAME ${name} COMMAND "${PROJECT_SOURCE_DIR}/tests/run-isolated" $<TARGET_FILE:${name}>)
-    set_tests_properties(${name} PROPERTIES TIMEOUT ${arg_TIMEOUT})
+    add_test(NAME ${name} COMMAND ${zelk_test_launcher} "${PROJECT_SOURCE_DIR}/tests/run-isolated" $<TARGET_FILE:${name}>)
+    set_tests_properties(${name} PROPERTIES TIMEOUT ${arg_TIMEOUT} ENVIRONMENT "${zelk_test_environment}")
 endfunction()
