@@ -47,7 +47,7 @@ public:
     void clear();
     QString path() const;
     QString reason() const;
-    QString description() const;
+    QString description() const { return error().description(); }
     JSONError error() const { return {path(), reason()}; }
 
 private:

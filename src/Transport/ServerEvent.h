@@ -5,10 +5,9 @@
 
 namespace zelk {
 
-// What the engine says without being asked: one line {"event":…,"correlationId":…,"data":{…}}. The fields of a case are
-// the keys of its "data", but for correlationId, which comes from the line itself: the cases of a run carry it as plain
-// text, empty when the line has none; log and error may be outside of any run; the others don't carry it at all.
-struct ServerEvent {
+// The cases of ServerEvent, where their names are looked up: ServerEvent::Step. They stand in a class of their own
+// because a variant wants them complete.
+struct ServerEventCases {
     enum class LogLevel : quint8 { debug, info, warn, error };
     // How a track with status ok came to be there: its file stood and passed verification, or it was fetched now.
     enum class TrackFinishKind : quint8 { verified, downloaded };
@@ -145,6 +144,13 @@ struct ServerEvent {
         bool operator==(const Unknown &) const = default;
     };
 
+    bool operator==(const ServerEventCases &) const = default;
+};
+
+// What the engine says without being asked: one line {"event":…,"correlationId":…,"data":{…}}. The fields of a case are
+// the keys of its "data", but for correlationId, which comes from the line itself: the cases of a run carry it as plain
+// text, empty when the line has none; log and error may be outside of any run; the others don't carry it at all.
+struct ServerEvent : ServerEventCases {
     using Value = std::variant<SyncStarted, PlaylistStarted, TrackStarted, DiskCheck, Step, DownloadProgress,
                                NeedsReview, TrackFinished, PlaylistFinished, OrphansFound, Log, SyncDone, ToolProgress,
                                ProxyStatus, Error, Unknown>;
@@ -152,6 +158,8 @@ struct ServerEvent {
     template<class Case>
         requires isCaseOf<Value, Case>
     ServerEvent(Case event) : value(std::move(event)) {}
+    template<class Case>
+    explicit ServerEvent(std::in_place_type_t<Case> which) : value(which) {}
 
     // The event's line without the line feed: the engine's end. Throws JSONError for a number that is not finite.
     QByteArray encodedLine() const;
