@@ -17,8 +17,8 @@
 
 namespace zelk {
 
-/// An unbounded stream with many writers and one reader, from any thread to any executor. This object is the writing end:
-/// its release finishes the stream, and so does `finish`; what is pushed afterwards is dropped.
+/// An unbounded stream with many writers and one reader, from any thread to any executor. This object is the writing
+/// end: its release finishes the stream, and so does `finish`; what is pushed afterwards is dropped.
 ///
 /// The reader takes what has gathered in one swap and hands it out element by element, in order. After 8 ms of that it
 /// gives the event loop a turn, so that a burst never freezes the thread that reads it.
@@ -71,6 +71,14 @@ private:
     static constexpr std::chrono::milliseconds turn{8};
     static constexpr std::size_t keptCapacity = 1024;
 
+    struct Stopper {
+        State *state;
+        void operator()() const {
+            const std::unique_lock lock(state->mutex);
+            state->wake();
+        }
+    };
+
     struct State {
         std::mutex mutex; // guards the four below
         std::vector<T> gathered;
@@ -82,6 +90,8 @@ private:
         std::vector<T> batch;
         std::size_t position = 0;
         std::chrono::steady_clock::time_point turnEnd;
+        std::stop_token stop;
+        std::optional<std::stop_callback<Stopper>> onStop;
 
         /// Called with the lock held.
         void wake() {
@@ -103,19 +113,20 @@ private:
         }
     };
 
+    /// What `next` awaits. It owns nothing and may be copied: g++ 12 copies awaiters, and destroys some twice.
     class Next {
     public:
-        Next(std::shared_ptr<State> state, std::stop_token stop) : _state(std::move(state)), _stop(std::move(stop)) {}
+        explicit Next(State *state) : _state(state) {}
 
         bool await_ready() const {
-            if (_stop.stop_requested())
+            if (_state->stop.stop_requested())
                 return true;
             if (_state->position == _state->batch.size() && !_state->refill())
                 return false;
             return std::chrono::steady_clock::now() < _state->turnEnd;
         }
 
-        void await_suspend(std::coroutine_handle<> handle) {
+        void await_suspend(std::coroutine_handle<> handle) const {
             {
                 const std::unique_lock lock(_state->mutex);
                 Q_ASSERT_X(!_state->waiter, "AsyncStream", "one reader only");
@@ -128,13 +139,13 @@ private:
                     return;
                 }
             }
-            // The executor resumes this thread only after this function, so `this` is still alive here.
-            _onStop.emplace(_stop, Stopper{_state});
+            // The coroutine is resumed by this thread's loop, so not before this function has returned.
+            _state->onStop.emplace(_state->stop, Stopper{_state});
         }
 
-        std::optional<T> await_resume() {
-            _onStop.reset();
-            if (_stop.stop_requested())
+        std::optional<T> await_resume() const {
+            _state->onStop.reset();
+            if (_state->stop.stop_requested())
                 throw Cancelled();
             const auto now = std::chrono::steady_clock::now();
             if (now >= _state->turnEnd)
@@ -145,32 +156,27 @@ private:
         }
 
     private:
-        struct Stopper {
-            std::shared_ptr<State> state;
-            void operator()() const {
-                const std::unique_lock lock(state->mutex);
-                state->wake();
-            }
-        };
-
-        std::shared_ptr<State> _state;
-        std::stop_token _stop;
-        std::optional<std::stop_callback<Stopper>> _onStop;
+        State *_state;
     };
 
 public:
     class Reader {
     public:
         /// Awaits the next element; none at the end of the stream. Throws `Cancelled` once `stop` is requested.
-        /// It must be awaited on an executor's thread and resumes there.
-        Next next(std::stop_token stop = {}) const { return Next(_state, std::move(stop)); }
+        /// It must be awaited at once, on an executor's thread, and resumes there; the reader outlives the wait.
+        Next next(std::stop_token stop = {}) const {
+            _state->stop = std::move(stop);
+            return Next(_state.get());
+        }
 
         /// Everything that has gathered and was not handed out, without waiting. Only for the thread that reads.
         std::vector<T> takeGathered() const {
-            std::vector<T> rest(std::move_iterator(_state->batch.begin() + static_cast<std::ptrdiff_t>(_state->position)),
-                                std::move_iterator(_state->batch.end()));
+            std::vector<T> rest(
+                std::move_iterator(_state->batch.begin() + static_cast<std::ptrdiff_t>(_state->position)),
+                std::move_iterator(_state->batch.end()));
             if (_state->refill())
-                rest.insert(rest.end(), std::move_iterator(_state->batch.begin()), std::move_iterator(_state->batch.end()));
+                rest.insert(rest.end(), std::move_iterator(_state->batch.begin()),
+                            std::move_iterator(_state->batch.end()));
             _state->batch.clear();
             _state->position = 0;
             return rest;
@@ -181,6 +187,9 @@ public:
         explicit Reader(std::shared_ptr<State> state) : _state(std::move(state)) {}
         std::shared_ptr<State> _state;
     };
+
+private:
+    std::shared_ptr<State> _state;
 };
 
 } // namespace zelk

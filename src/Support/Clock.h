@@ -27,8 +27,8 @@ public:
         virtual ~Alarm() = default;
     };
 
-    /// Calls `ring` once, on the calling executor's thread, when `delay` has passed; a delay of nothing or less rings on
-    /// the next turn of the loop. The alarm belongs to the calling thread and is dropped there.
+    /// Calls `ring` once, on the calling executor's thread, when `delay` has passed; a delay of nothing or less rings
+    /// on the next turn of the loop. The alarm belongs to the calling thread and is dropped there.
     virtual std::unique_ptr<Alarm> after(Duration delay, std::function<void()> ring) = 0;
 
     /// Ends after `duration`, or early with `Cancelled`; either way on the thread that awaits it.

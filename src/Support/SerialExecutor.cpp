@@ -30,6 +30,15 @@ public:
     }
 };
 
+class Quit final : public SerialExecutor::JobEvent {
+public:
+    explicit Quit(QThread *thread) : _thread(thread) {}
+    void run() override { _thread->quit(); }
+
+private:
+    QThread *_thread;
+};
+
 } // namespace
 
 SerialExecutor::JobEvent::JobEvent() : QEvent(jobEventType()) {}
@@ -59,8 +68,9 @@ public:
         delete runner;
     }
 
-    QThread *thread = nullptr;
-    std::weak_ptr<SerialExecutor> executor;
+    void quitBehindTheQueue() { post(std::make_unique<Quit>(thread)); }
+
+    QThread *thread = nullptr; // none for the main thread, which isn't ours to end
 
 private:
     std::mutex _mutex;
@@ -93,7 +103,7 @@ public:
             loops.swap(_loops);
         }
         for (const auto &loop : loops)
-            loop->thread->quit();
+            loop->quitBehindTheQueue();
         for (const auto &loop : loops) {
             if (loop->thread != QThread::currentThread() && loop->thread->wait(patienceAtExitMs))
                 delete loop->thread;
@@ -123,7 +133,6 @@ SerialExecutor::SerialExecutor(std::shared_ptr<Loop> loop) : _loop(std::move(loo
 SerialExecutor::Ref SerialExecutor::make(const QString &name) {
     auto loop = std::make_shared<Loop>();
     Ref executor(new SerialExecutor(loop));
-    loop->executor = executor;
 
     auto *runner = new Runner;
     auto *thread = QThread::create([loop, executor = std::weak_ptr(executor)] {
@@ -144,7 +153,6 @@ SerialExecutor::Ref SerialExecutor::main() {
     static const Ref executor = [] {
         auto loop = std::make_shared<Loop>();
         Ref made(new SerialExecutor(loop));
-        loop->executor = made;
         auto *runner = new Runner;
         runner->moveToThread(QCoreApplication::instance()->thread());
         loop->open(runner);
@@ -162,12 +170,13 @@ SerialExecutor::Ref SerialExecutor::current() {
     return nullptr;
 }
 
-void SerialExecutor::stopAll() { Registry::instance().stopAll(); }
+void SerialExecutor::stopAll() {
+    Registry::instance().stopAll();
+}
 
 SerialExecutor::~SerialExecutor() {
-    // The main thread isn't ours to end. The others end behind what is already queued.
-    if (QThread *thread = _loop->thread)
-        post([thread] { thread->quit(); });
+    if (_loop->thread)
+        _loop->quitBehindTheQueue();
 }
 
 bool SerialExecutor::isCurrent() const {
@@ -175,6 +184,8 @@ bool SerialExecutor::isCurrent() const {
     return here && here->_loop == _loop;
 }
 
-void SerialExecutor::postEvent(std::unique_ptr<JobEvent> event) { _loop->post(std::move(event)); }
+void SerialExecutor::postEvent(std::unique_ptr<JobEvent> event) {
+    _loop->post(std::move(event));
+}
 
 } // namespace zelk

@@ -33,8 +33,8 @@ public:
     ~SerialExecutor();
     Q_DISABLE_COPY_MOVE(SerialExecutor)
 
-    /// Queues `job`. Once the thread has ended the job is destroyed instead, and whatever it promised fails with what the
-    /// promise holds ready for that.
+    /// Queues `job`. Once the thread has ended the job is destroyed instead, and whatever it promised fails with what
+    /// the promise holds ready for that.
     template<typename Job>
     void post(Job &&job) {
         postEvent(std::make_unique<JobOf<std::decay_t<Job>>>(std::forward<Job>(job)));

@@ -89,11 +89,9 @@ TaskHandle startTask(Owner *owner, Function function) {
     const auto executor = SerialExecutor::current();
     Q_ASSERT_X(executor, "startTask", "started on a thread without an executor");
     executor->post([function = std::move(function), source, link = std::move(link)]() mutable {
-        runTask(
-            [function = std::move(function), link = std::move(link)](std::stop_token stop) mutable {
-                return function(std::move(stop));
-            },
-            source);
+        runTask([function = std::move(function),
+                 link = std::move(link)](std::stop_token stop) mutable { return function(std::move(stop)); },
+                source);
     });
     return TaskHandle(source);
 }
@@ -102,9 +100,9 @@ TaskHandle startTask(Owner *owner, Function function) {
 
 /// Starts a task that nobody awaits; the only way to do so. `function` takes a `std::stop_token` and returns a
 /// `QCoro::Task<>`; it begins on the next turn of the calling thread's loop, with its captures kept alive to the task's
-/// end. The task is cancelled when `owner` goes away (the token is then stopped, and each wait that was given the token ends
-/// with `Cancelled`); after each `co_await` the owner may be gone all the same, so look again. A failure that leaves
-/// `function` is logged and goes no further.
+/// end. The task is cancelled when `owner` goes away (the token is then stopped, and each wait that was given the token
+/// ends with `Cancelled`); after each `co_await` the owner may be gone all the same, so look again. A failure that
+/// leaves `function` is logged and goes no further.
 template<typename Function>
 TaskHandle startTask(QObject *owner, Function function) {
     return detail::startTask<QObject>(owner, std::move(function));
