@@ -16,8 +16,8 @@ ORDER = ['support', 'wire', 'platform', 'transport', 'state', 'services', 'appmo
 # What stands in for the engine in tests: sees all up to this library, and no library sees it.
 STAND_INS = {'fakes': 'state'}
 ENGINE_SEES = ['support', 'wire', 'platform']
-# For files that no CMake list names, such as the sources of a QML module.
-FOLDERS = {'Support': 'support', 'Platform': 'platform', 'Transport': 'transport', 'State': 'state', 'Services': 'services',
+# For files that no CMake list names, such as lone headers and the sources of a QML module.
+FOLDERS = {'Support': 'support', 'Platform': 'platform', 'Transport': 'wire', 'State': 'state', 'Services': 'services',
            'Models': 'services', 'App': 'appmodel', 'Views': 'ui', 'Styling': 'ui'}
 
 _LIBRARY = re.compile(r'zelk_library\(\s*(\w+)\s+(?:STATIC\s+)?SOURCES\b(.*?)(?:\bLINKS\b|\))', re.DOTALL)
@@ -26,7 +26,8 @@ _POSIX = re.compile(r'(?:sys|linux|netinet|arpa|net|systemd|X11|bits)/.*'
                     r'|(?:unistd|fcntl|poll|spawn|signal|pthread|dirent|pwd|grp|dlfcn|termios|sched|syslog|time)\.h')
 _DBUS = re.compile(r'(?:QtDBus/)?QDBus\w*|QtDBus|dbus/.*')
 # The engine is a command-line program that writes files with care; D-Bus is not its business either.
-ENGINE_MAY = {'unistd.h', 'fcntl.h', 'signal.h', 'poll.h', 'termios.h', 'sys/stat.h', 'sys/types.h', 'sys/statvfs.h', 'sys/ioctl.h'}
+ENGINE_MAY = {'unistd.h', 'fcntl.h', 'signal.h', 'poll.h', 'termios.h', 'dirent.h', 'sys/stat.h', 'sys/types.h',
+              'sys/statvfs.h', 'sys/ioctl.h'}
 
 
 def libraries(cmake_files):
@@ -86,7 +87,7 @@ if __name__ == '__main__':
     known = libraries({path: read(path) for path in files('src/CMakeLists.txt', 'src/**/CMakeLists.txt')})
     present = {path.removeprefix('src/') for path in files('src/*.h')}
     unknown = sorted(set(known.values()) - set(ORDER) - set(STAND_INS))
-    report('includes', [f'src: the library {library} has no place in the order of scripts/policy/includes.py' for library in unknown] + [
-        finding
-        for path in sys.argv[1:] or files('src/*.h', 'src/*.cpp', 'engine/*.h', 'engine/*.cpp')
-        for finding in check(path, read(path), known, present.__contains__)])
+    findings = [f'src: the library {library} has no place in the order of scripts/policy/includes.py' for library in unknown]
+    for checked in sys.argv[1:] or files('src/*.h', 'src/*.cpp', 'engine/*.h', 'engine/*.cpp'):
+        findings += check(checked, read(checked), known, present.__contains__)
+    report('includes', findings)
