@@ -5,6 +5,7 @@ The linker sees a call into a library that a target does not link, but not a hea
 may hold files of two libraries. Which file belongs to which library is read from the CMake files.
 """
 
+import posixpath
 import re
 import sys
 
@@ -14,7 +15,7 @@ from source import files, read, report  # noqa: E402
 # Each may include its own headers and those of the libraries before it.
 ORDER = ['support', 'wire', 'platform', 'transport', 'state', 'services', 'appmodel', 'ui', 'application']
 # What stands in for the engine in tests: sees all up to this library, and no library sees it.
-STAND_INS = {'fakes': 'state'}
+STAND_INS = {'simulated': 'state'}
 ENGINE_SEES = ['support', 'wire', 'platform']
 # For files that no CMake list names, such as lone headers and the sources of a QML module.
 FOLDERS = {'Support': 'support', 'Platform': 'platform', 'Transport': 'wire', 'State': 'state', 'Services': 'services',
@@ -38,8 +39,8 @@ def libraries(cmake_files):
         text = re.sub(r'#.*', '', text)
         for library, sources in _LIBRARY.findall(text):
             for source in sources.split():
-                source = source.replace('${CMAKE_CURRENT_SOURCE_DIR}/', '').replace('${PROJECT_SOURCE_DIR}/src/', '/')
-                owners[source.lstrip('/') if source.startswith('/') else f'{folder}/{source}'.lstrip('/')] = library
+                source = source.replace('${CMAKE_CURRENT_SOURCE_DIR}/', '')
+                owners[posixpath.normpath(f'{folder}/{source}').removeprefix('./')] = library
     return owners
 
 

@@ -14,7 +14,7 @@ CMAKE = {
                 HelperProtocol.h
             LINKS zelk::support)
         zelk_library(transport SOURCES HelperClient.h ${CMAKE_CURRENT_SOURCE_DIR}/HelperProcess.h)''',
-    'src/Support/CMakeLists.txt': 'zelk_library(fakes SOURCES MockHelperClient.h LINKS zelk::state)',
+    'src/State/CMakeLists.txt': 'zelk_library(simulated SOURCES ../Support/MockHelperClient.h LINKS zelk::wire)',
 }
 OWNERS = includes.libraries(CMAKE)
 FILES = {'Transport/NDJSONFramer.h', 'Transport/HelperProtocol.h', 'Transport/HelperClient.h', 'Support/Task.h',
@@ -30,7 +30,7 @@ class Includes(unittest.TestCase):
         self.assertEqual(OWNERS, {
             'Transport/NDJSONFramer.h': 'wire', 'Transport/NDJSONFramer.cpp': 'wire', 'Transport/HelperProtocol.h': 'wire',
             'Transport/HelperClient.h': 'transport', 'Transport/HelperProcess.h': 'transport',
-            'Support/MockHelperClient.h': 'fakes'})
+            'Support/MockHelperClient.h': 'simulated'})
 
     def test_aFileThatIsNotListedBelongsWithItsNamesakeOrItsFolder(self):
         self.assertEqual(includes.owner('Transport/HelperProtocol.cpp', OWNERS), 'wire')
