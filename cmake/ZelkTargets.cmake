@@ -57,5 +57,7 @@ function(zelk_test name)
         set(arg_TIMEOUT 120)
     endif()
     add_test(NAME ${name} COMMAND ${zelk_test_launcher} "${PROJECT_SOURCE_DIR}/tests/run-isolated" $<TARGET_FILE:${name}>)
-    set_tests_properties(${name} PROPERTIES TIMEOUT ${arg_TIMEOUT} ENVIRONMENT "${zelk_test_environment}")
+    cmake_path(RELATIVE_PATH CMAKE_CURRENT_SOURCE_DIR BASE_DIRECTORY "${PROJECT_SOURCE_DIR}/tests" OUTPUT_VARIABLE folder)
+    set_tests_properties(${name} PROPERTIES
+        TIMEOUT ${arg_TIMEOUT} LABELS "${folder}" ENVIRONMENT "${zelk_test_environment}")
 endfunction()
