@@ -1,0 +1,139 @@
+#pragma once
+
+#include "State/LibraryStore.h"
+#include "State/OrphansStore.h"
+#include "State/PreviewStore.h"
+#include "State/SettingsStore.h"
+#include "State/SyncStore.h"
+#include "Support/Clock.h"
+#include "Support/Logger.h"
+#include "Support/Task.h"
+#include "Transport/HelperClienting.h"
+
+#include <QObject>
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+namespace zelk {
+
+/// The top of the application's state: owns the engine's client and every store, carries the engine's events into the
+/// stores, and holds the commands that the user's gestures start. The stores that talk to the engine exist from the
+/// moment a client does, and then for good: whoever sees one may use it.
+class AppModel final : public QObject {
+    Q_OBJECT
+    Q_PROPERTY(zelk::SyncStore *sync READ sync CONSTANT)
+    Q_PROPERTY(zelk::LibraryStore *library READ library NOTIFY libraryChanged)
+    Q_PROPERTY(zelk::PreviewStore *preview READ preview NOTIFY previewChanged)
+    Q_PROPERTY(zelk::SettingsStore *settings READ settings NOTIFY settingsChanged)
+    Q_PROPERTY(zelk::OrphansStore *orphans READ orphans NOTIFY orphansChanged)
+    /// What the main window shows when the engine could not be brought up; empty otherwise.
+    Q_PROPERTY(QString startupError READ startupErrorText NOTIFY startupErrorChanged)
+    /// The engine has answered, or said that it is ready. Never taken back.
+    Q_PROPERTY(bool isReady READ isReady NOTIFY isReadyChanged)
+    /// Empty when there is none.
+    Q_PROPERTY(QString focusedReviewTrackId READ focusedReviewTrackIdText NOTIFY focusedReviewTrackIdChanged)
+    Q_PROPERTY(zelk::TrackModel *resolvedFocusedReview READ resolvedFocusedReview NOTIFY resolvedFocusedReviewChanged)
+    Q_PROPERTY(bool isInspectorPresented READ isInspectorPresented WRITE setInspectorPresented NOTIFY
+                   isInspectorPresentedChanged)
+    Q_PROPERTY(bool isOnboardingPresented READ isOnboardingPresented WRITE setOnboardingPresented NOTIFY
+                   isOnboardingPresentedChanged)
+
+public:
+    /// A client, and what launches the engine behind it.
+    struct Engine {
+        std::shared_ptr<HelperClienting> client;
+        std::function<QCoro::Task<>()> start;
+    };
+    /// Makes the engine's client; throws `HelperError::helperMissing` when there is no engine to be found.
+    using Launcher = std::function<Engine()>;
+
+    /// A model without a client, until start().
+    AppModel(Launcher launcher, std::shared_ptr<Clock> clock, QObject *parent = nullptr);
+    /// A model over that client, which is taken as running.
+    AppModel(std::shared_ptr<HelperClienting> client, std::shared_ptr<Clock> clock, QObject *parent = nullptr);
+    ~AppModel() override;
+
+    /// Brings up the engine and loads what the main window needs first. Does nothing once there is a client. Never
+    /// throws: a failure shows in `startupError`, and a launch that failed stays failed.
+    QCoro::Task<> start();
+    /// Routes no more events.
+    void shutdown();
+
+    const std::shared_ptr<HelperClienting> &client() const { return _client; }
+    SyncStore *sync() const { return _sync; }
+    LibraryStore *library() const { return _library; }
+    PreviewStore *preview() const { return _preview; }
+    SettingsStore *settings() const { return _settings; }
+    OrphansStore *orphans() const { return _orphans; }
+    const std::optional<QString> &startupError() const { return _startupError; }
+    bool isReady() const { return _isReady; }
+    const std::optional<QString> &focusedReviewTrackId() const { return _focusedReviewTrackId; }
+    void setFocusedReviewTrackId(std::optional<QString> trackId);
+    bool isInspectorPresented() const { return _isInspectorPresented; }
+    void setInspectorPresented(bool isPresented);
+    bool isOnboardingPresented() const { return _isOnboardingPresented; }
+    void setOnboardingPresented(bool isPresented);
+
+    /// To be called after each change of the library's selection: shows its preview, unless a run is going on.
+    Q_INVOKABLE void selectionChanged();
+    Q_INVOKABLE void startSync();
+    Q_INVOKABLE void cancelSync();
+
+    /// Sends the user's decision. The row stays as it is until the engine's next event for it.
+    void submitReview(const QString &trackId, const ReviewDecision &decision);
+    Q_INVOKABLE void focusReview(const QString &trackId);
+    /// The focused row, as long as it awaits review; null otherwise.
+    TrackModel *resolvedFocusedReview() const;
+    Q_INVOKABLE void openReview();
+    /// Moves the focus by that many rows of the review queue, round its ends. `delta` is -1 or 1.
+    Q_INVOKABLE void stepReview(int delta);
+    /// A retry of one track is a sync of the whole selection.
+    Q_INVOKABLE void retryTrack(const QString &trackId);
+    Q_INVOKABLE void skipTrack(const QString &trackId);
+
+Q_SIGNALS:
+    void clientChanged();
+    void libraryChanged();
+    void previewChanged();
+    void settingsChanged();
+    void orphansChanged();
+    void startupErrorChanged();
+    void isReadyChanged();
+    void focusedReviewTrackIdChanged();
+    /// The focused row may be another one, or no longer await review.
+    void resolvedFocusedReviewChanged();
+    void isInspectorPresentedChanged();
+    void isOnboardingPresentedChanged();
+
+private:
+    void attach(std::shared_ptr<HelperClienting> client);
+    void startBridge();
+    void route(const HelperEvent &event);
+    void routeServer(const ServerEvent &event);
+    QCoro::Task<> initialFetch();
+    void failStartup(const std::exception_ptr &failure);
+    void setReady();
+    void followFocusedReview();
+    QString startupErrorText() const { return _startupError.value_or(QString()); }
+    QString focusedReviewTrackIdText() const { return _focusedReviewTrackId.value_or(QString()); }
+
+    const Logger _logger{"app"};
+    const Launcher _launcher;
+    const std::shared_ptr<Clock> _clock;
+    std::shared_ptr<HelperClienting> _client;
+    TaskHandle _bridgeTask;
+    SyncStore *_sync;
+    LibraryStore *_library = nullptr;
+    PreviewStore *_preview = nullptr;
+    SettingsStore *_settings = nullptr;
+    OrphansStore *_orphans = nullptr;
+    std::optional<QString> _startupError;
+    bool _isReady = false;
+    std::optional<QString> _focusedReviewTrackId;
+    bool _isInspectorPresented = false;
+    bool _isOnboardingPresented = false;
+};
+
+} // namespace zelk
