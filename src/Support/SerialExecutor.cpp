@@ -91,6 +91,9 @@ public:
     ~Registry() { stopAll(); }
 
     void add(const std::shared_ptr<SerialExecutor::Loop> &loop) {
+        // Event loops must not outlive the application object.
+        static std::once_flag once;
+        std::call_once(once, [] { qAddPostRoutine(SerialExecutor::stopAll); });
         reap();
         const std::scoped_lock lock(_mutex);
         _loops.push_back(loop);

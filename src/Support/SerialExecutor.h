@@ -27,7 +27,7 @@ public:
     /// That of the calling thread; null on a thread that is none of ours.
     static Ref current();
     /// Ends all threads and waits for each a second at most: one that is stuck is left behind rather than waited for.
-    /// Called at the program's end; `make` must not be called after it.
+    /// The end of the application object calls it; `make` must not be called after that.
     static void stopAll();
 
     ~SerialExecutor();

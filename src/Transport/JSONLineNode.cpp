@@ -99,14 +99,6 @@ QByteArray withHugeIntegersAsFloats(std::string_view json) {
 
 } // namespace
 
-QString textOfValidUtf8(std::string_view utf8) {
-    const auto text = QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
-    // Qt takes a byte-order mark at the start for a mark. In the middle of a line it is a character of the text.
-    if (utf8.starts_with("\xEF\xBB\xBF"))
-        return QChar(QChar::ByteOrderMark) + text;
-    return text;
-}
-
 QLatin1StringView LineNode::kind() const {
     using simdjson::dom::element_type;
     switch (_element.type()) {
@@ -146,7 +138,7 @@ bool LineNode::readWholeFloat(qint64 &out) const {
 LineNode LineNode::Members::search(std::string_view key) const {
     for (auto member = _next; member != _end; ++member) {
         if (member.key_equals(key))
-            return LineNode(member.value());
+            return {member.value(), *_pool};
     }
     return {};
 }
@@ -179,7 +171,7 @@ LineNode LineParser::parse(QByteArrayView json, JSONFailure &failure) {
             return parseCopy(floats, failure);
     }
     if (!error)
-        return LineNode(root);
+        return {root, _pool};
     if (error == simdjson::NUMBER_ERROR)
         failure.because(QLatin1StringView("Unsupported JSON value"));
     else

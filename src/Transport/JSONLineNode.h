@@ -1,22 +1,20 @@
 #pragma once
 
 #include "Transport/JSONReader.h"
+#include "Transport/TextPool.h"
 
 #include <simdjson.h>
 
 // The ways from JSON text to records. For the wire library's own files: what includes this includes the whole parser.
 namespace zelk {
 
-// Text that the parser has found to be valid UTF-8.
-QString textOfValidUtf8(std::string_view utf8);
-
 // A place in a parsed line, for readers: see ValueNode for what each member does.
 class LineNode {
 public:
     LineNode() = default;
-    explicit LineNode(simdjson::dom::element element) : _element(element), _present(true) {}
+    LineNode(simdjson::dom::element element, TextPool &pool) : _element(element), _pool(&pool) {}
 
-    bool isAbsent() const { return !_present; }
+    bool isAbsent() const { return !_pool; }
     bool isNull() const { return _element.is_null(); }
     bool isObject() const { return _element.is_object(); }
     bool isArray() const { return _element.is_array(); }
@@ -29,7 +27,10 @@ public:
         std::string_view utf8;
         if (_element.get(utf8))
             return false;
-        out = textOfValidUtf8(utf8);
+        if (TextPool::takes(utf8))
+            out = _pool->text(utf8);
+        else
+            out = textOfValidUtf8(utf8);
         return true;
     }
     bool read(qint64 &out) const {
@@ -44,13 +45,14 @@ public:
     // All keys before that place have been found already, so the first of equal keys is found wherever it is.
     class Members {
     public:
-        explicit Members(const simdjson::dom::object &object) : _next(object.begin()), _end(object.end()) {}
-        LineNode find(QLatin1StringView latin1) {
+        Members(const simdjson::dom::object &object, TextPool &pool)
+            : _next(object.begin()), _end(object.end()), _pool(&pool) {}
+        Q_ALWAYS_INLINE LineNode find(QLatin1StringView latin1) {
             const std::string_view key(latin1.data(), static_cast<std::size_t>(latin1.size()));
             if (_next == _end)
                 return {};
-            if (_next.key_equals(key)) {
-                const LineNode found(_next.value());
+            if (_next.key_length() == key.size() && std::memcmp(_next.key_c_str(), key.data(), key.size()) == 0) {
+                const LineNode found(_next.value(), *_pool);
                 ++_next;
                 return found;
             }
@@ -61,15 +63,16 @@ public:
         LineNode search(std::string_view key) const;
         simdjson::dom::object::iterator _next;
         simdjson::dom::object::iterator _end;
+        TextPool *_pool;
     };
-    Members members() const { return Members(simdjson::dom::object(_element.get_object().value_unsafe())); }
+    Members members() const { return {simdjson::dom::object(_element.get_object().value_unsafe()), *_pool}; }
 
     std::size_t count() const { return _element.get_array().value_unsafe().size(); }
     template<class Function>
     bool forEach(Function function) const {
         const simdjson::dom::array elements = _element.get_array().value_unsafe();
         for (const simdjson::dom::element element : elements) {
-            if (!function(LineNode(element)))
+            if (!function(LineNode(element, *_pool)))
                 return false;
         }
         return true;
@@ -80,7 +83,7 @@ private:
     bool readWholeFloat(qint64 &out) const;
 
     simdjson::dom::element _element;
-    bool _present = false;
+    TextPool *_pool = nullptr; // null when absent
 };
 
 // Parses JSON text, and keeps its memory for the next one. A parsed document lives until the next call.
@@ -96,6 +99,7 @@ private:
     simdjson::error_code reserve(std::size_t size);
 
     simdjson::dom::parser _parser;
+    TextPool _pool;
     QByteArray _copy;
 };
 

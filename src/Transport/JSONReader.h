@@ -127,7 +127,7 @@ bool readList(const Node &node, List &out, JSONFailure &failure) {
 }
 
 template<class Members, class Record, class Member>
-bool readField(Members &members, const JSONField<Record, Member> &field, Record &out, JSONFailure &failure) {
+Q_ALWAYS_INLINE bool readField(Members &members, const JSONField<Record, Member> &field, Record &out, JSONFailure &failure) {
     const auto node = members.find(field.key);
     if constexpr (isJSONOptional<Member>) {
         if (node.isAbsent() || node.isNull())
@@ -140,13 +140,16 @@ bool readField(Members &members, const JSONField<Record, Member> &field, Record 
     }
 }
 
+// The fields are compile-time constants at each step, so that comparing a key costs a few instructions.
 template<class Node, class Record>
 bool readRecord(const Node &node, Record &out, JSONFailure &failure) {
     if (!node.isObject())
         return failure.expected(QLatin1StringView("an object"), node.kind());
+    static constexpr auto fields = jsonFields(static_cast<const Record *>(nullptr));
     [[maybe_unused]] auto members = node.members();
-    return std::apply([&](const auto &...field) { return (readField(members, field, out, failure) && ...); },
-                      jsonFields(static_cast<const Record *>(nullptr)));
+    return [&]<std::size_t... index>(std::index_sequence<index...>) {
+        return (readField(members, std::get<index>(fields), out, failure) && ...);
+    }(std::make_index_sequence<std::tuple_size_v<decltype(fields)>>());
 }
 
 } // namespace detail

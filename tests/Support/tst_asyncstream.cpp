@@ -158,23 +158,23 @@ private Q_SLOTS:
         const AsyncStream<int> stream;
         const auto executor = SerialExecutor::make(QStringLiteral("reader"));
         const auto listener = std::make_shared<std::unique_ptr<Listener>>();
-        OneShot<void> done(std::make_exception_ptr(Cancelled()));
-        executor->post([&, listener] {
+        const auto done = std::make_shared<OneShot<void>>(std::make_exception_ptr(Cancelled()));
+        executor->post([&, done, listener] {
             *listener = std::make_unique<Listener>(stream.reader());
-            (*listener)->onElement = [&](int element) {
+            (*listener)->onElement = [&executor, done](int element) {
                 if (element == 999 && executor->isCurrent())
-                    done.fulfil();
+                    done->fulfil();
             };
         });
         for (int i = 0; i < 1000; ++i)
             stream.push(i);
-        done.future().waitForFinished();
-        OneShot<void> released(std::make_exception_ptr(Cancelled()));
-        executor->post([&, listener] {
+        done->future().waitForFinished();
+        const auto released = std::make_shared<OneShot<void>>(std::make_exception_ptr(Cancelled()));
+        executor->post([released, listener] {
             listener->reset();
-            released.fulfil();
+            released->fulfil();
         });
-        released.future().waitForFinished();
+        released->future().waitForFinished();
     }
 
     void whatGatheredCanBeTakenWithoutWaiting() {

@@ -23,27 +23,28 @@ private Q_SLOTS:
     void jobsRunOneAfterTheOtherInTheOrderOfTheirPosting() {
         const auto executor = SerialExecutor::make(QStringLiteral("test"));
         QList<int> order;
-        OneShot<void> done(gone());
+        const auto done = std::make_shared<OneShot<void>>(gone());
         for (int i = 0; i < 1000; ++i)
             executor->post([&order, i] { order.append(i); });
-        executor->post([&done] { done.fulfil(); });
-        done.future().waitForFinished();
+        executor->post([done] { done->fulfil(); });
+        done->future().waitForFinished();
         QCOMPARE(order.size(), 1000);
         QVERIFY(std::is_sorted(order.cbegin(), order.cend()));
     }
 
     void theThreadIsNamedAfterWhatItServes() {
         const auto executor = SerialExecutor::make(QStringLiteral("orrim.zelk.test"));
-        OneShot<QString> name(gone());
-        executor->post([&] { name.fulfil(QThread::currentThread()->objectName()); });
-        QCOMPARE(name.future().result(), QStringLiteral("orrim.zelk.test"));
+        const auto name = std::make_shared<OneShot<QString>>(gone());
+        executor->post([name] { name->fulfil(QThread::currentThread()->objectName()); });
+        QCOMPARE(name->future().result(), QStringLiteral("orrim.zelk.test"));
     }
 
     void aJobKnowsItsExecutorAndTheMainThreadIsOneToo() {
         const auto executor = SerialExecutor::make(QStringLiteral("test"));
-        OneShot<bool> inside(gone());
-        executor->post([&] { inside.fulfil(executor->isCurrent() && !SerialExecutor::main()->isCurrent()); });
-        QVERIFY(inside.future().result());
+        const auto inside = std::make_shared<OneShot<bool>>(gone());
+        executor->post(
+            [inside, &executor] { inside->fulfil(executor->isCurrent() && !SerialExecutor::main()->isCurrent()); });
+        QVERIFY(inside->future().result());
         QVERIFY(!executor->isCurrent());
         QVERIFY(SerialExecutor::main()->isCurrent());
         QCOMPARE(SerialExecutor::current(), SerialExecutor::main());

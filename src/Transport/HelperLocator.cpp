@@ -1,0 +1,41 @@
+#include "Transport/HelperLocator.h"
+
+#include "Transport/HelperError.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+namespace zelk::HelperLocator {
+
+namespace {
+
+QString standardized(const QString &path) {
+    const QString canonical = QFileInfo(path).canonicalFilePath();
+    return canonical.isEmpty() ? QDir::cleanPath(path) : canonical;
+}
+
+} // namespace
+
+QString locate(const Bundle &bundle, const QProcessEnvironment &environment) {
+    const QString given = environment.value(QStringLiteral("ZELK_HELPER_PATH"));
+    if (!given.isEmpty()) {
+        const QString path = QFileInfo(given).absoluteFilePath();
+        if (isExecutableFile(path))
+            return path;
+    }
+
+    const QString bundled = bundle.path() + QStringLiteral("/Contents/Helpers/zelk");
+    if (isExecutableFile(bundled))
+        return bundled;
+
+    const auto auxiliary = bundle.auxiliaryExecutable(QStringLiteral("zelk"));
+    if (auxiliary) {
+        const QString &application = bundle.executablePath();
+        const bool isApplication = !application.isEmpty() && standardized(*auxiliary) == standardized(application);
+        if (!isApplication && isExecutableFile(*auxiliary))
+            return *auxiliary;
+    }
+    throw HelperError::helperMissing();
+}
+
+} // namespace zelk::HelperLocator

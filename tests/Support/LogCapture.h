@@ -1,0 +1,59 @@
+#pragma once
+
+#include <QList>
+#include <QLoggingCategory>
+#include <QMutex>
+#include <QString>
+
+#include <utility>
+
+namespace zelk {
+
+/// What is logged while it lives, from any thread, all levels included.
+class LogCapture {
+public:
+    struct Entry {
+        QtMsgType type;
+        QString category;
+        QString message;
+    };
+
+    LogCapture() {
+        current = this;
+        QLoggingCategory::setFilterRules(QStringLiteral("orrim.zelk.*=true"));
+        _previous =
+            qInstallMessageHandler([](QtMsgType type, const QMessageLogContext &context, const QString &message) {
+                const QMutexLocker lock(&current->_mutex);
+                current->_entries.append({type, QString::fromLatin1(context.category), message});
+            });
+    }
+    ~LogCapture() {
+        qInstallMessageHandler(_previous);
+        QLoggingCategory::setFilterRules({});
+    }
+    Q_DISABLE_COPY_MOVE(LogCapture)
+
+    QList<Entry> entries() const {
+        const QMutexLocker lock(&_mutex);
+        return _entries;
+    }
+
+    /// The messages of one category, such as "client", that begin with `prefix`.
+    QStringList messages(const QString &category, const QString &prefix = {}) const {
+        QStringList found;
+        const auto all = entries();
+        for (const auto &entry : all) {
+            if (entry.category == QStringLiteral("orrim.zelk.") + category && entry.message.startsWith(prefix))
+                found.append(entry.message);
+        }
+        return found;
+    }
+
+private:
+    static inline LogCapture *current = nullptr;
+    mutable QMutex _mutex;
+    QList<Entry> _entries;
+    QtMessageHandler _previous = nullptr;
+};
+
+} // namespace zelk
