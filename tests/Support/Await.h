@@ -70,7 +70,7 @@ std::shared_ptr<Outcome<T>> observe(QObject *owner, QCoro::Task<T> task) {
 
 /// Runs the event loop until `task` is over, half a minute at most.
 template<typename T>
-Outcome<T> waitFor(QCoro::Task<T> task) {
+Outcome<T> outcomeOf(QCoro::Task<T> task) {
     QObject owner;
     const auto outcome = observe(&owner, std::move(task));
     const QDeadlineTimer deadline(30000);

@@ -206,7 +206,7 @@ private:
 
     static void leaveOrphan() {
         if (::fork() == 0) {
-            std::this_thread::sleep_for(std::chrono::seconds(2));
+            std::this_thread::sleep_for(std::chrono::seconds(10));
             std::_Exit(0);
         }
     }
