@@ -8,6 +8,21 @@
 #include <mutex>
 #include <vector>
 
+// The thread sanitizer doesn't see into Qt's event queue, so it is told what the queue guarantees: what happened before
+// the posting of a job happened before its run.
+#if defined(__has_feature)
+#if __has_feature(thread_sanitizer)
+extern "C" void __tsan_acquire(void *address);
+extern "C" void __tsan_release(void *address);
+#define ZELK_HANDED_OVER(address) __tsan_release(address)
+#define ZELK_TAKEN_OVER(address) __tsan_acquire(address)
+#endif
+#endif
+#ifndef ZELK_HANDED_OVER
+#define ZELK_HANDED_OVER(address)
+#define ZELK_TAKEN_OVER(address)
+#endif
+
 namespace zelk {
 
 namespace {
@@ -23,6 +38,7 @@ constexpr auto patienceAtExitMs = 1000;
 class Runner final : public QObject {
 public:
     bool event(QEvent *event) override {
+        ZELK_TAKEN_OVER(event);
         if (event->type() != jobEventType())
             return QObject::event(event);
         static_cast<SerialExecutor::JobEvent *>(event)->run();
@@ -48,8 +64,10 @@ class SerialExecutor::Loop {
 public:
     void post(std::unique_ptr<JobEvent> event) {
         const std::scoped_lock lock(_mutex);
-        if (_runner)
+        if (_runner) {
+            ZELK_HANDED_OVER(event.get());
             QCoreApplication::postEvent(_runner, event.release());
+        }
         // Otherwise the event is destroyed here, and its promises with it.
     }
 

@@ -89,7 +89,7 @@ private Q_SLOTS:
         auto future = promise->future();
         executor->post([promise = std::move(promise)] { promise->fulfil(1); });
         QVERIFY(future.isFinished());
-        QVERIFY_EXCEPTION_THROWN(future.result(), std::runtime_error);
+        QVERIFY_THROWS_EXCEPTION(std::runtime_error, future.result());
     }
 
     void aPromiseIsKeptOnce() {
@@ -105,7 +105,7 @@ private Q_SLOTS:
         auto future = promise->future();
         promise.reset();
         QVERIFY(future.isFinished());
-        QVERIFY_EXCEPTION_THROWN(future.waitForFinished(), std::runtime_error);
+        QVERIFY_THROWS_EXCEPTION(std::runtime_error, future.waitForFinished());
     }
 
     void stoppingWaitsForNoThreadThatIsStuck() {
