@@ -113,9 +113,13 @@ private:
     void route(const HelperEvent &event);
     void routeServer(const ServerEvent &event);
     QCoro::Task<> initialFetch();
+    void refreshSettings();
     void failStartup(const std::exception_ptr &failure);
     void setReady();
+    /// Sends, on the next turn, what is to be said of the run as it then is. A failure leaves no trace.
+    void notifyLater(std::function<Request(const SyncStore &)> requestNow);
     void followFocusedReview();
+    void tellResolvedFocusedReview();
     QString startupErrorText() const { return _startupError.value_or(QString()); }
     QString focusedReviewTrackIdText() const { return _focusedReviewTrackId.value_or(QString()); }
 
@@ -132,6 +136,7 @@ private:
     std::optional<QString> _startupError;
     bool _isReady = false;
     std::optional<QString> _focusedReviewTrackId;
+    const TrackModel *_toldResolved = nullptr; // only to be compared: null as soon as its rows are replaced
     bool _isInspectorPresented = false;
     bool _isOnboardingPresented = false;
 };

@@ -29,7 +29,7 @@ public:
     /// `index` is the position that the engine or the preview gave it; nothing orders by it.
     PlaylistGroup(QString id, QString name, qint64 index, std::vector<std::unique_ptr<TrackModel>> tracks);
 
-    const QString &id() const { return _id; }
+    const QString &id() const { return _playlistId; }
     const QString &name() const { return _name; }
     qint64 index() const { return _index; }
     /// Where the group stands in the list that holds it; -1 in none.
@@ -63,10 +63,11 @@ private:
     friend class PlaylistGroups;
 
     void trackChanged(int row, TrackModel::Fields fields) override;
+    void tell(Fields fields);
     template<typename... Tallies>
     int count(Tallies... tallies) const;
 
-    const QString _id;
+    const QString _playlistId;
     const QString _name;
     const qint64 _index;
     QList<TrackModel *> _tracks;

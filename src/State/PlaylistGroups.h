@@ -53,6 +53,7 @@ private:
     friend class PlaylistGroup;
 
     void adopt(std::unique_ptr<PlaylistGroup> group);
+    int sum(int (PlaylistGroup::*figure)() const) const;
 
     QList<PlaylistGroup *> _groups;
 };

@@ -6,6 +6,8 @@
 #include "Support/Task.h"
 #include "Transport/HelperClienting.h"
 
+#include <QPointer>
+
 #include <memory>
 #include <optional>
 #include <vector>
@@ -39,6 +41,8 @@ Q_SIGNALS:
     void isLoadingChanged();
 
 private:
+    static QCoro::Task<> fetch(QPointer<PreviewStore> self, std::vector<PlaylistDTO> playlists, QString key,
+                               std::stop_token stop);
     void setLoading(bool isLoading);
     void show(std::vector<std::unique_ptr<PlaylistGroup>> groups, std::optional<QString> key);
 

@@ -89,11 +89,14 @@ private:
     void reduce(const ServerEvent::SyncDone &event);
     void reduce(const ServerEvent::ProxyStatus &event);
     void reduce(const ServerEvent::Error &event);
+    // Others' business, or nobody's.
+    void reduce(const ServerEvent::Log &) {}
+    void reduce(const ServerEvent::ToolProgress &) {}
+    void reduce(const ServerEvent::Unknown &) {}
     void interruptAfterCrash();
 
     template<typename Body>
     void mutateTrack(const QString &id, Body body);
-    void clearRows();
     void setPhase(SyncPhase phase);
     void setSummary(std::optional<SyncSummary> summary);
     void setRunId(std::optional<QString> runId);

@@ -102,6 +102,7 @@ private:
     QString progressDetailText() const { return _progressDetail.value_or(QString()); }
     void tell(Fields fields);
     void endGathering();
+    void tellObserver();
 
     const TrackDTO _dto;
     TrackState _state;

@@ -1,0 +1,175 @@
+#include "App/AppModel.h"
+
+#include <QPointer>
+
+#include <exception>
+#include <utility>
+
+namespace zelk {
+
+namespace {
+
+/// The pause before the preview of a selection is fetched.
+constexpr std::chrono::milliseconds previewDebounce{250};
+
+} // namespace
+
+AppModel::AppModel(Launcher launcher, std::shared_ptr<Clock> clock, QObject *parent)
+    : QObject(parent), _launcher(std::move(launcher)), _clock(std::move(clock)), _sync(new SyncStore(this)) {
+    followFocusedReview();
+}
+
+AppModel::AppModel(std::shared_ptr<HelperClienting> client, std::shared_ptr<Clock> clock, QObject *parent)
+    : AppModel(Launcher(), std::move(clock), parent) {
+    attach(std::move(client));
+}
+
+AppModel::~AppModel() = default;
+
+QCoro::Task<> AppModel::start() {
+    if (_client)
+        co_return;
+    const QPointer<AppModel> self(this);
+    Engine engine;
+    std::exception_ptr failure;
+    try {
+        engine = _launcher();
+    } catch (...) {
+        failure = std::current_exception();
+    }
+    if (failure) {
+        failStartup(failure);
+        co_return;
+    }
+    // The bridge listens before the engine runs: no event of its first moments is lost.
+    attach(std::move(engine.client));
+    try {
+        auto launching = engine.start();
+        co_await launching;
+    } catch (...) {
+        failure = std::current_exception();
+    }
+    if (!self)
+        co_return;
+    if (failure) {
+        failStartup(failure);
+        co_return;
+    }
+    setReady();
+    auto fetching = initialFetch();
+    co_await fetching;
+}
+
+void AppModel::shutdown() {
+    _bridgeTask.cancel();
+}
+
+void AppModel::attach(std::shared_ptr<HelperClienting> client) {
+    _client = std::move(client);
+    Q_EMIT clientChanged();
+    _library = new LibraryStore(_client, this);
+    Q_EMIT libraryChanged();
+    _preview = new PreviewStore(_client, _clock, previewDebounce, this);
+    Q_EMIT previewChanged();
+    _settings = new SettingsStore(_client, this);
+    Q_EMIT settingsChanged();
+    _orphans = new OrphansStore(_client, this);
+    Q_EMIT orphansChanged();
+    startBridge();
+}
+
+void AppModel::startBridge() {
+    _bridgeTask.cancel();
+    // Only the reading end: the bridge must not keep the client alive whose stream it waits on.
+    _bridgeTask =
+        startTask(this, [self = QPointer(this), events = _client->events()](std::stop_token stop) -> QCoro::Task<> {
+            while (true) {
+                const auto event = co_await events.next(stop);
+                if (!event)
+                    break;
+                if (self)
+                    self->route(*event);
+            }
+        });
+}
+
+void AppModel::route(const HelperEvent &event) {
+    // First, so that whatever is asked below sees the run's new state.
+    _sync->route(event);
+    match(
+        event, [this](const HelperEvent::Server &server) { routeServer(server.event); },
+        [](const HelperEvent::HelperCrashed &) {}, [this](const HelperEvent::HelperReady &) { setReady(); });
+}
+
+void AppModel::routeServer(const ServerEvent &event) {
+    match(
+        event,
+        [this](const ServerEvent::OrphansFound &found) {
+            if (_orphans)
+                _orphans->accumulate(found.paths);
+        },
+        [this](const ServerEvent::Error &error) {
+            if (error.code == wireName(EngineErrorCode::spotifyAuthExpired))
+                refreshSettings();
+        },
+        // The run's own.
+        [](const ServerEvent::SyncStarted &) {}, [](const ServerEvent::PlaylistStarted &) {},
+        [](const ServerEvent::TrackStarted &) {}, [](const ServerEvent::DiskCheck &) {},
+        [](const ServerEvent::Step &) {}, [](const ServerEvent::DownloadProgress &) {},
+        [](const ServerEvent::NeedsReview &) {}, [](const ServerEvent::TrackFinished &) {},
+        [](const ServerEvent::PlaylistFinished &) {}, [](const ServerEvent::SyncDone &) {},
+        [](const ServerEvent::ProxyStatus &) {},
+        // Nobody's yet.
+        [](const ServerEvent::Log &) {}, [](const ServerEvent::ToolProgress &) {}, [](const ServerEvent::Unknown &) {});
+}
+
+void AppModel::refreshSettings() {
+    if (!_settings)
+        return;
+    startTask(this, [settings = QPointer(_settings)](std::stop_token) -> QCoro::Task<> {
+        auto refreshing = settings->refresh();
+        co_await refreshing;
+    });
+}
+
+QCoro::Task<> AppModel::initialFetch() {
+    const QPointer<AppModel> self(this);
+    auto configuring = _settings->refresh();
+    co_await configuring;
+    if (!self)
+        co_return;
+    auto listing = _library->refresh();
+    co_await listing;
+}
+
+void AppModel::failStartup(const std::exception_ptr &failure) {
+    const QString text = describe(failure);
+    if (_startupError != text) {
+        _startupError = text;
+        Q_EMIT startupErrorChanged();
+    }
+    _logger.error(QStringLiteral("startup failed: %1").arg(text));
+}
+
+void AppModel::setReady() {
+    if (_isReady)
+        return;
+    _isReady = true;
+    Q_EMIT isReadyChanged();
+}
+
+void AppModel::setInspectorPresented(bool isPresented) {
+    if (isPresented == _isInspectorPresented)
+        return;
+    _isInspectorPresented = isPresented;
+    Q_EMIT isInspectorPresentedChanged();
+}
+
+void AppModel::setOnboardingPresented(bool isPresented) {
+    if (isPresented == _isOnboardingPresented)
+        return;
+    _isOnboardingPresented = isPresented;
+    Q_EMIT isOnboardingPresentedChanged();
+}
+
+} // namespace zelk
