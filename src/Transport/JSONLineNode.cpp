@@ -55,7 +55,7 @@ JSONValue valueOf(simdjson::dom::element element, SharedKeys &keys) {
         const simdjson::dom::object members = element.get_object().value_unsafe();
         JSONValue::Object object;
         for (const auto &[key, value] : members) {
-            const QString &name = keys.key(key);
+            const QString name = keys.key(key); // a copy: the members below may take its slot
             if (!object.contains(name))
                 object.insert(name, valueOf(value, keys));
         }
