@@ -1,0 +1,124 @@
+#include "Files/PrivateFile.h"
+
+#include "Files/FileProblem.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace zelk::engine {
+
+namespace {
+
+void writeAll(FileOps &ops, int descriptor, const QByteArray &bytes, const QString &path) {
+    for (qsizetype done = 0; done < bytes.size();) {
+        const ssize_t written =
+            ops.write(descriptor, bytes.constData() + done, static_cast<size_t>(bytes.size() - done));
+        if (written < 0 && errno != EINTR) {
+            throw FileProblem(path, errno);
+        }
+        done += std::max<ssize_t>(written, 0);
+    }
+}
+
+} // namespace
+
+std::optional<QByteArray> readWholeFile(const QString &path) {
+    FileOps &ops = FileOps::system();
+    const int descriptor = ops.open(QFile::encodeName(path), O_RDONLY, 0);
+    if (descriptor < 0) {
+        if (errno == ENOENT) {
+            return std::nullopt;
+        }
+        throw FileProblem(path, errno);
+    }
+    QByteArray content;
+    QByteArray chunk(1 << 16, Qt::Uninitialized);
+    for (;;) {
+        const ssize_t count = ops.read(descriptor, chunk.data(), static_cast<size_t>(chunk.size()));
+        if (count == 0) {
+            break;
+        }
+        if (count < 0 && errno != EINTR) {
+            const int code = errno;
+            ops.close(descriptor);
+            throw FileProblem(path, code);
+        }
+        content.append(chunk.constData(), std::max<ssize_t>(count, 0));
+    }
+    ops.close(descriptor);
+    return content;
+}
+
+void makeFolder(const QString &path) {
+    const QByteArray name = QFile::encodeName(path);
+    struct stat status {};
+    if (::stat(name.constData(), &status) == 0) {
+        if (!S_ISDIR(status.st_mode)) {
+            throw FileProblem(path, ENOTDIR);
+        }
+        return;
+    }
+    const int failure = errno;
+    const QString parent = path.section(u'/', 0, -2);
+    if (failure != ENOENT || parent == path) {
+        throw FileProblem(path, failure);
+    }
+    makeFolder(parent.isEmpty() ? QStringLiteral("/") : parent);
+    if (::mkdir(name.constData(), 0777) != 0 && errno != EEXIST) {
+        throw FileProblem(path, errno);
+    }
+}
+
+void writePrivateFile(const QString &path, const QByteArray &bytes, FileOps &ops) {
+    const QString folder = QFileInfo(path).absolutePath();
+    makeFolder(folder);
+    const QString fresh = path + QStringLiteral(".new-%1").arg(::getpid());
+    const QByteArray freshName = QFile::encodeName(fresh);
+    const int descriptor = ops.open(freshName, O_WRONLY | O_CREAT | O_TRUNC, 0600);
+    if (descriptor < 0) {
+        throw FileProblem(path, errno);
+    }
+    try {
+        writeAll(ops, descriptor, bytes, path);
+        if (ops.sync(descriptor) != 0) {
+            throw FileProblem(path, errno);
+        }
+    } catch (const FileProblem &) {
+        ops.close(descriptor);
+        ops.unlink(freshName);
+        throw;
+    }
+    if (ops.close(descriptor) != 0 || ops.rename(freshName, QFile::encodeName(path)) != 0) {
+        const int code = errno;
+        ops.unlink(freshName);
+        throw FileProblem(path, code);
+    }
+    syncFolder(folder, ops);
+}
+
+QString setAside(const QString &path) {
+    for (int i = 1;; ++i) {
+        const QString aside = path + QStringLiteral(".broken-%1").arg(i);
+        if (FileOps::system().renameToNew(QFile::encodeName(path), QFile::encodeName(aside)) == 0) {
+            return aside;
+        }
+        if (errno != EEXIST) {
+            throw FileProblem(path, errno);
+        }
+    }
+}
+
+void syncFolder(const QString &folder, FileOps &ops) {
+    const int descriptor = ops.open(QFile::encodeName(folder), O_RDONLY | O_DIRECTORY, 0);
+    if (descriptor >= 0) {
+        ops.sync(descriptor);
+        ops.close(descriptor);
+    }
+}
+
+} // namespace zelk::engine

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "Files/FileOps.h"
+
+#include <QString>
+
+#include <exception>
+#include <functional>
+#include <stop_token>
+
+namespace zelk::engine {
+
+/// The work was asked to stop.
+class Stopped : public std::exception {
+public:
+    const char *what() const noexcept override { return "stopped"; }
+};
+
+using CopyProgress = std::function<void(qint64 done, qint64 total)>;
+
+/// Copies a file to a new one, which must not be there. Throws FileProblem, naming the file that failed, or Stopped;
+/// the new file is then gone again.
+void copyFile(const QString &from, const QString &to, const CopyProgress &progress, std::stop_token stop,
+              FileOps &ops = FileOps::system());
+
+/// Flushes a finished file and moves it to its place, over the file of that name if `replace` says so. Throws
+/// FileProblem; the file is then still where it was.
+void putInPlace(const QString &from, const QString &to, bool replace, FileOps &ops = FileOps::system());
+
+} // namespace zelk::engine

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QSet>
+#include <QString>
+
+namespace zelk::engine {
+
+/// The longest name, in bytes of UTF-8, that the common file systems take.
+inline constexpr qsizetype longestFileName = 255;
+
+/// "Artist - Title" as a file name without extension: composed Unicode, no character that a common file system refuses,
+/// no dot or space at either end, and short enough for a number and an extension behind it.
+QString stemFor(const QString &artist, const QString &title);
+
+/// Gives each file a name of its own, without regard to case and extension, since the folder may move to a file system
+/// that has none. The names are given in the order of asking.
+class NameRegistry {
+public:
+    /// Keeps a name from being given.
+    void take(const QString &stem) { _taken.insert(keyOf(stem)); }
+    bool isTaken(const QString &stem) const { return _taken.contains(keyOf(stem)); }
+
+    /// The stem, or the stem with " (2)", " (3)", … behind it; taken from now on.
+    QString claim(const QString &stem);
+
+private:
+    static QString keyOf(const QString &stem);
+
+    QSet<QString> _taken;
+};
+
+} // namespace zelk::engine

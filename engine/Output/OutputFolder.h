@@ -1,0 +1,38 @@
+#pragma once
+
+#include "Files/FileOps.h"
+
+#include <QString>
+#include <QStringList>
+
+namespace zelk::engine {
+
+/// The one folder that a run writes into.
+class OutputFolder {
+public:
+    explicit OutputFolder(QString path, FileOps &ops = FileOps::system());
+
+    const QString &path() const { return _path; }
+
+    /// Makes the folder where it is missing and makes sure that files can be made in it; throws FileProblem.
+    void prepare();
+
+    /// Removes the partial files that an engine left that is no longer running.
+    void removeLeftovers();
+
+    /// Names, without extension, of all that is in the folder and isn't ours to replace.
+    QStringList stems(const QStringList &ownFiles) const;
+
+    /// A name for a file that is still being written, unused by any other engine or thread. Keeps the extension, by
+    /// which taggers tell the format; begins with a dot, so that nobody takes it for music.
+    QString partialPath(const QString &extension) const;
+
+private:
+    QString _path;
+    FileOps &_ops;
+};
+
+/// What to tell the user when the output folder can't be used, and what to do.
+QString outputAdvice(const QString &folder, const QString &reason);
+
+} // namespace zelk::engine

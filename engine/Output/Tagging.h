@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include <optional>
+
+namespace zelk::engine {
+
+/// What a written file says of itself. An empty text leaves the file's own tag as it is.
+struct Tags {
+    QString title;
+    QString artist;
+    QString album;
+};
+
+struct Cover {
+    QByteArray bytes;
+    QString mimeType;
+};
+
+/// The picture that lies beside an audio file as its folder's cover, if there is one of sensible size.
+std::optional<Cover> coverBeside(const QString &audioPath);
+
+/// Writes the tags into a file, and the cover if the file has none of its own. Other tags stay. Throws FileProblem with
+/// EIO, or with what the file system said, if the file can't be changed.
+void writeTags(const QString &path, const Tags &tags, const std::optional<Cover> &cover);
+
+} // namespace zelk::engine

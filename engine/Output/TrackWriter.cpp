@@ -1,0 +1,130 @@
+#include "Output/TrackWriter.h"
+
+#include "Files/FileProblem.h"
+#include "Library/AudioReader.h"
+#include "Output/Convert.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+#include <cmath>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace zelk::engine {
+
+namespace {
+
+/// The least share of its bytes that a stream must have to count as whole.
+constexpr double wholeShare = 0.9;
+
+/// Removes a partial file unless it has been put in place.
+class PartialFile {
+public:
+    PartialFile(QString path, FileOps &ops) : _path(std::move(path)), _ops(ops) {}
+    ~PartialFile() {
+        if (!_placed) {
+            _ops.unlink(QFile::encodeName(_path));
+        }
+    }
+    PartialFile(const PartialFile &) = delete;
+    PartialFile &operator=(const PartialFile &) = delete;
+
+    const QString &path() const { return _path; }
+    void placed() { _placed = true; }
+
+private:
+    QString _path;
+    FileOps &_ops;
+    bool _placed = false;
+};
+
+void heed(const std::stop_token &stop) {
+    if (stop.stop_requested()) {
+        throw Stopped();
+    }
+}
+
+AudioFile verified(const QString &path, const WriteOrder &order, bool converted) {
+    AudioFile written;
+    try {
+        written = readAudio(path);
+    } catch (const NotAudio &error) {
+        throw VerifyFailed(u"The copy of %1 isn't sound (%2). Check the disk and sync again."_s
+                               .arg(order.source.path, QString::fromUtf8(error.what()))
+                               .toStdString());
+    }
+    const bool rightLength = std::abs(written.durationSec - order.source.durationSec) <= order.toleranceSec;
+    // Tag libraries don't notice a disk that fills up under them; a stream that has lost bytes has a lower bitrate.
+    const bool wholeStream = converted || written.bitrateKbps >= wholeShare * order.source.bitrateKbps;
+    if (!rightLength || !wholeStream) {
+        throw VerifyFailed(u"The copy of %1 came out shorter than the file. Check the disk's space and sync again."_s
+                               .arg(order.source.path)
+                               .toStdString());
+    }
+    return written;
+}
+
+} // namespace
+
+WrittenFile writeTrack(const WriteOrder &order, const OutputFolder &folder, const WriteHooks &hooks,
+                       std::stop_token stop, FileOps &ops) {
+    const TargetForm form = targetFormOf(order.source);
+    PartialFile partial(folder.partialPath(form.extension), ops);
+    if (form.converted) {
+        hooks.step(Phase::converting);
+        convertAudio(order.source, partial.path(), stop);
+    } else {
+        copyFile(order.source.path, partial.path(), hooks.progress, stop, ops);
+    }
+    heed(stop);
+    hooks.step(Phase::tagging);
+    writeTags(partial.path(), order.tags, coverBeside(order.source.path));
+    heed(stop);
+    hooks.step(Phase::verifying);
+    const AudioFile read = verified(partial.path(), order, form.converted);
+    heed(stop);
+
+    WrittenFile written;
+    written.path = order.target;
+    written.sourcePath = order.source.path;
+    written.size = read.size;
+    written.modifiedMs = read.modifiedMs;
+    written.durationSec = read.durationSec;
+    written.format = read.format;
+    written.bitrateKbps = read.bitrateKbps;
+    written.lossless = read.lossless;
+    written.origin = order.source.origin;
+    hooks.commit(written);
+    try {
+        putInPlace(partial.path(), order.target, order.replaces == order.target, ops);
+    } catch (...) {
+        hooks.rollback(written);
+        throw;
+    }
+    partial.placed();
+    if (!order.replaces.isEmpty() && order.replaces != order.target) {
+        ops.unlink(QFile::encodeName(order.replaces));
+    }
+    return written;
+}
+
+bool standsWhole(const WrittenFile &file, double toleranceSec) {
+    const auto stamp = stampOf(file.path);
+    if (!stamp) {
+        return false;
+    }
+    if (*stamp == FileStamp{file.size, file.modifiedMs}) {
+        return true;
+    }
+    try {
+        const AudioFile read = readAudio(file.path);
+        const double needed = wholeShare * file.bitrateKbps * 1'000 / 8 * file.durationSec;
+        return std::abs(read.durationSec - file.durationSec) <= toleranceSec &&
+               static_cast<double>(read.size) >= needed;
+    } catch (const NotAudio &) {
+        return false;
+    }
+}
+
+} // namespace zelk::engine

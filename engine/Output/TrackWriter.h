@@ -1,0 +1,50 @@
+#pragma once
+
+#include "Library/AudioFile.h"
+#include "Output/CopyFile.h"
+#include "Output/OutputFolder.h"
+#include "Output/Tagging.h"
+#include "Store/Records.h"
+
+#include <functional>
+#include <stdexcept>
+#include <stop_token>
+
+namespace zelk::engine {
+
+/// One file to be written.
+struct WriteOrder {
+    AudioFile source;
+    QString target; ///< Absolute, with the extension of targetFormOf(source).
+    /// A file of ours that the new one takes the place of, perhaps under another name; empty if there is none.
+    QString replaces;
+    Tags tags;
+    double toleranceSec = 5; ///< By how much the written file's length may differ from its source's.
+};
+
+/// Told of while a file is written, on the writer's thread.
+struct WriteHooks {
+    CopyProgress progress;
+    std::function<void(Phase phase)> step;
+    /// Enters the file into the engine's memory just before it appears, so that no file ever stands that isn't known.
+    std::function<void(const WrittenFile &file)> commit;
+    /// Takes that back if the file couldn't be put in place after all.
+    std::function<void(const WrittenFile &file)> rollback;
+};
+
+/// A written file isn't what it should be. what() is a sentence in UTF-8 that says what to do.
+class VerifyFailed : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+/// Copies or converts, tags, verifies, flushes and puts in place. Throws FileProblem, ConversionFailed, VerifyFailed,
+/// Stopped, or what `commit` throws; then there is no new file, and what was there is untouched.
+WrittenFile writeTrack(const WriteOrder &order, const OutputFolder &folder, const WriteHooks &hooks,
+                       std::stop_token stop, FileOps &ops = FileOps::system());
+
+/// Whether a file that was written earlier still is what it was: it opens, is as long as it was, and has the bytes that
+/// its length needs. A file that was only tagged anew is.
+bool standsWhole(const WrittenFile &file, double toleranceSec);
+
+} // namespace zelk::engine

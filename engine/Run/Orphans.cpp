@@ -1,0 +1,74 @@
+#include "Run/Orphans.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace zelk::engine {
+
+namespace {
+
+/// Whether a playlist's file is out of reach rather than gone: a folder that is missing or empty may be a disk that
+/// isn't there just now.
+bool outOfReach(const QString &origin, const PlaylistSnapshot &snapshot) {
+    for (const QString &path : snapshot.unreadable) {
+        if (origin == path || origin.startsWith(path + u'/')) {
+            return true;
+        }
+    }
+    const QDir folder = QFileInfo(origin).absoluteDir();
+    return !folder.exists() || !folder.isReadable() || folder.isEmpty();
+}
+
+} // namespace
+
+QStringList findOrphans(Database &database, const PlaylistSnapshot &snapshot, const QSet<QString> &playlists) {
+    QSet<QString> liveRows;
+    for (const Playlist &playlist : snapshot.playlists) {
+        for (std::size_t i = 0; playlist.tracks && i < playlist.tracks->size(); ++i) {
+            liveRows.insert((*playlist.tracks)[i].rowKey);
+        }
+    }
+    QSet<QString> kept;
+    const QHash<QString, QString> origins = database.playlistOrigins();
+    for (auto origin = origins.cbegin(); origin != origins.cend(); ++origin) {
+        const bool known = snapshot.find(origin.key()) && !snapshot.unreadable.contains(origin.value());
+        if (!known && outOfReach(origin.value(), snapshot)) {
+            kept.insert(origin.key());
+        }
+    }
+    QSet<qint64> wanted;
+    QSet<qint64> concerned;
+    for (const Want &want : database.wants()) {
+        if (liveRows.contains(want.rowKey) || kept.contains(want.playlistId)) {
+            wanted.insert(want.fileId);
+        }
+        if (playlists.isEmpty() || playlists.contains(want.playlistId)) {
+            concerned.insert(want.fileId);
+        }
+    }
+    QStringList orphans;
+    for (const WrittenFile &file : database.writtenFiles()) {
+        if (concerned.contains(file.id) && !wanted.contains(file.id) && QFileInfo(file.path).isFile()) {
+            orphans += file.path;
+        }
+    }
+    return orphans;
+}
+
+TrashResult moveToTrash(Database &database, const QStringList &paths) {
+    TrashResult result;
+    for (const QString &path : paths) {
+        if (QFile file(path); !file.moveToTrash()) {
+            result.failure = u"%1 couldn't be moved to the Trash: %2"_s.arg(path, file.errorString());
+            break;
+        }
+        database.forgetFile(path);
+        result.moved += path;
+    }
+    return result;
+}
+
+} // namespace zelk::engine

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "Run/RunEvents.h"
+#include "Store/Records.h"
+
+#include <vector>
+
+namespace zelk::engine {
+
+/// One recording in a run: all rows that want it share it, and it is looked for and written once.
+struct Recording {
+    enum class State { Working, Written, Doubtful, Unsure, Failed, Skipped };
+    State state = State::Working;
+    WrittenFile file;                                ///< Written.
+    PendingReview review;                            ///< Doubtful: as the first row has it.
+    QString detail;                                  ///< Unsure, Failed, Skipped.
+    std::vector<std::pair<QString, RunRow>> waiting; ///< Rows, with their keys, that came while it was being worked on.
+};
+
+} // namespace zelk::engine

@@ -1,0 +1,425 @@
+#include "Run/SyncRun.h"
+
+#include "Files/FileProblem.h"
+#include "Library/AudioReader.h"
+#include "Output/Convert.h"
+#include "Run/Orphans.h"
+#include "Run/WriteFailure.h"
+#include "Transport/HelperProtocolEnvelope.h"
+
+#include <QDateTime>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace zelk::engine {
+
+namespace {
+
+/// A scan of playlists may take its time inside a run; beyond this, what is known has to do.
+constexpr std::chrono::seconds scanPatience{60};
+
+QString folderOf(const QString &path) {
+    return path.section(u'/', 0, -2);
+}
+QString stemOf(const QString &path) {
+    const QString name = path.section(u'/', -1);
+    return name.left(std::max<qsizetype>(name.lastIndexOf(u'.'), 0));
+}
+
+} // namespace
+
+SyncRun::SyncRun(RunRequest request, RunServices services)
+    : _request(std::move(request)), _services(services), _events(services.events, _request.runId, _stop.get_token()),
+      _output(_request.outputDir, services.files), _writers(std::make_unique<WorkQueue>(_request.concurrency())) {}
+
+void SyncRun::cancel(bool tellDone) {
+    {
+        const std::lock_guard lock(_mutex);
+        _tellDone = tellDone;
+    }
+    _stop.request_stop();
+    const std::lock_guard lock(_mutex); // so that no waiter misses it between its look and its wait
+    _changed.notify_all();
+}
+
+void SyncRun::execute(const std::function<void()> &rowsDone, const std::function<void()> &over) {
+    const std::vector<Playlist> playlists = selectedPlaylists();
+    _events.syncStarted(static_cast<qint64>(playlists.size()));
+    try {
+        if (!_stop.stop_requested()) {
+            prepareOutput();
+            loadMemory(playlists);
+        }
+        for (std::size_t i = 0; i < playlists.size() && !_stop.stop_requested(); ++i) {
+            playPlaylist(playlists[i], static_cast<qint64>(i));
+        }
+        if (!_stop.stop_requested()) {
+            rowsDone();
+            finish(playlists);
+        }
+    } catch (const std::exception &error) {
+        _events.error(u"run"_s, u"The sync had to stop: %1"_s.arg(QString::fromUtf8(error.what())));
+    }
+    _writers->waitUntilIdle();
+    over();
+    std::unique_lock lock(_mutex);
+    const bool tell = _tellDone;
+    const SyncSummary summary = _summary;
+    lock.unlock();
+    if (tell) {
+        _events.syncDone(summary);
+    }
+}
+
+std::vector<Playlist> SyncRun::selectedPlaylists() {
+    const auto snapshot = _services.playlists.refresh(scanPatience);
+    std::vector<Playlist> playlists;
+    QSet<QString> seen;
+    for (const PlaylistSelection &selected : _request.selection) {
+        const Playlist *playlist = snapshot->find(selected.id);
+        if (!playlist) {
+            _events.error(u"playlists"_s, u"The playlist %1 isn't there any more. Reload the playlists."_s.arg(
+                                              selected.name.value_or(selected.id)));
+        } else if (!playlist->isFolder && !seen.contains(playlist->id)) {
+            seen.insert(playlist->id);
+            playlists.push_back(*playlist);
+        }
+    }
+    return playlists;
+}
+
+void SyncRun::prepareOutput() {
+    if (_request.dryRun()) {
+        return;
+    }
+    try {
+        _output.prepare();
+        _output.removeLeftovers();
+    } catch (const FileProblem &problem) {
+        _outputProblem =
+            problem.isFull()
+                ? u"The disk of the output folder %1 is full. Make room and sync again."_s.arg(_output.path())
+                : outputAdvice(_output.path(), problem.reason());
+        failOutput(_outputProblem);
+    }
+}
+
+void SyncRun::loadMemory(const std::vector<Playlist> &playlists) {
+    QStringList own;
+    for (const WrittenFile &file : _services.database.writtenFiles()) {
+        if (folderOf(file.path) == _output.path()) {
+            own += file.path;
+            _names.take(stemOf(file.path));
+            _bySource.insert(file.sourcePath, file);
+        }
+    }
+    for (const QString &stem : _output.stems(own)) {
+        _names.take(stem);
+    }
+    for (const PendingReview &review : _services.database.reviews()) {
+        _names.take(review.stem);
+    }
+    QStringList keys;
+    for (const Playlist &playlist : playlists) {
+        if (!_request.dryRun()) {
+            _services.database.recordPlaylistOrigin(playlist.id, playlist.origin);
+        }
+        for (const ListedTrack &track : *playlist.tracks) {
+            keys += track.rowKey;
+        }
+    }
+    _written = _services.database.writtenFor(keys);
+}
+
+const SourceFinder *SyncRun::finder() {
+    if (!_finder) {
+        const auto index = _services.library.refresh(_request.config.collectionDirs, _stop.get_token());
+        if (!index) {
+            return nullptr;
+        }
+        const auto warn = [this](const QString &message) { _events.log(ServerEvent::LogLevel::warn, message); };
+        _finder = std::make_unique<SourceFinder>(index, _request.preferences(),
+                                                 static_cast<int>(_request.config.run.searchCount), warn);
+    }
+    return _finder.get();
+}
+
+void SyncRun::playPlaylist(const Playlist &playlist, qint64 index) {
+    {
+        const std::lock_guard lock(_mutex);
+        _anyFailed = _anyFlagged = false;
+    }
+    _events.playlistStarted(playlist, index);
+    for (std::size_t i = 0; i < playlist.tracks->size(); ++i) {
+        RunRow row;
+        row.index = static_cast<qint64>(i);
+        row.playlistId = playlist.id;
+        row.trackId = WireProtocol::trackId(playlist.id, row.index);
+        row.list = playlist.tracks;
+        row.track = &(*playlist.tracks)[i];
+        if (!waitForSlot()) {
+            endRow(row, Finish::skipped, {});
+            continue;
+        }
+        try {
+            takeRow(row);
+        } catch (const std::exception &error) {
+            failRow(row, explainWriteFailure(error, {}, _output.path()).detail);
+        }
+    }
+    {
+        std::unique_lock lock(_mutex);
+        _changed.wait(lock, [this] { return _inHand == 0; });
+    }
+    _services.database.recordWants(std::exchange(_wants, {}));
+    std::unique_lock lock(_mutex);
+    const Finish status = _stop.stop_requested() ? Finish::skipped
+                          : _anyFailed           ? Finish::failed
+                          : _anyFlagged          ? Finish::lowConfidence
+                                                 : Finish::ok;
+    lock.unlock(); // sending may wait for the reader, and nobody may wait for that with us
+    _events.playlistFinished(playlist.id, status);
+}
+
+bool SyncRun::waitForSlot() {
+    std::unique_lock lock(_mutex);
+    _changed.wait(lock, [this] { return _stop.stop_requested() || _inHand < _request.concurrency(); });
+    return !_stop.stop_requested();
+}
+
+void SyncRun::takeRow(const RunRow &row) {
+    _events.trackStarted(row);
+    const QString &key = row.track->rowKey;
+    RecordingPtr recording;
+    bool known = false;
+    {
+        const std::lock_guard lock(_mutex);
+        RecordingPtr &entry = _recordings[key];
+        known = entry != nullptr;
+        if (!known) {
+            entry = std::make_shared<Recording>();
+        }
+        recording = entry;
+    }
+    if (known) {
+        joinRow(row, recording);
+        return;
+    }
+    std::optional<WrittenFile> earlier = earlierFile(key);
+    if (earlier && standsWhole(*earlier, _request.config.run.toleranceSec)) {
+        {
+            const std::lock_guard lock(_mutex);
+            recording->state = Recording::State::Written;
+            recording->file = *earlier;
+            ++_summary.present;
+        }
+        _bySourceNow.insert(earlier->sourcePath, recording);
+        addWant(*earlier, key, row.playlistId);
+        _events.diskCheck(row.trackId, DiskCheckResult::present, metaOf(*earlier));
+        return;
+    }
+    const bool broken = earlier && stampOf(earlier->path);
+    _events.diskCheck(row.trackId, broken ? DiskCheckResult::broken : DiskCheckResult::missing);
+    searchRow(row, recording, earlier);
+}
+
+void SyncRun::failRow(const RunRow &row, const QString &detail) {
+    RecordingPtr recording;
+    {
+        const std::lock_guard lock(_mutex);
+        recording = _recordings.value(row.track->rowKey);
+        recording->state = Recording::State::Failed;
+        recording->detail = detail;
+    }
+    settle(row, recording);
+}
+
+std::optional<WrittenFile> SyncRun::earlierFile(const QString &rowKey) const {
+    std::optional<WrittenFile> best;
+    for (auto file = _written.constFind(rowKey); file != _written.constEnd() && file.key() == rowKey; ++file) {
+        if (folderOf(file->path) == _output.path() && (!best || file->id < best->id)) {
+            best = *file;
+        }
+    }
+    return best;
+}
+
+void SyncRun::joinRow(const RunRow &row, const RecordingPtr &recording) {
+    std::unique_lock lock(_mutex);
+    const bool stands = recording->state == Recording::State::Written;
+    if (stands) {
+        ++_summary.present;
+    }
+    const WrittenFile file = recording->file;
+    lock.unlock();
+    if (stands) {
+        addWant(file, row.track->rowKey, row.playlistId);
+        _events.diskCheck(row.trackId, DiskCheckResult::present, metaOf(file));
+        return;
+    }
+    _events.diskCheck(row.trackId, DiskCheckResult::missing);
+    _events.step(row.trackId, Phase::searching);
+    endJoined(row, row.track->rowKey, recording);
+}
+
+void SyncRun::endJoined(const RunRow &row, const QString &rowKey, const RecordingPtr &recording) {
+    std::unique_lock lock(_mutex);
+    switch (recording->state) {
+    case Recording::State::Working:
+        recording->waiting.emplace_back(rowKey, row);
+        return;
+    case Recording::State::Doubtful: {
+        const PendingReview like = recording->review;
+        lock.unlock();
+        addReview(row, like);
+        return;
+    }
+    case Recording::State::Written:
+    case Recording::State::Unsure:
+    case Recording::State::Failed:
+    case Recording::State::Skipped:
+        lock.unlock();
+        settle(row, recording);
+    }
+}
+
+void SyncRun::searchRow(const RunRow &row, const RecordingPtr &recording, const std::optional<WrittenFile> &earlier) {
+    const QString &key = row.track->rowKey;
+    const auto conclude = [&](Recording::State state, const QString &detail) {
+        {
+            const std::lock_guard lock(_mutex);
+            recording->state = state;
+            recording->detail = detail;
+        }
+        settle(row, recording);
+    };
+    const auto decision = _services.database.decision(key);
+    if (decision && decision->kind == StoredDecision::Kind::Skip) {
+        conclude(Recording::State::Skipped, u"You chose to skip this track."_s);
+        return;
+    }
+    const SourceFinder *search = finder();
+    if (!search) { // stopped while the collection was read
+        conclude(Recording::State::Skipped, {});
+        return;
+    }
+    const auto cooling = decision ? std::nullopt : _services.database.coolOff(key);
+    if (cooling && cooling->untilMs > QDateTime::currentMSecsSinceEpoch() &&
+        cooling->fingerprint == search->fingerprint()) {
+        conclude(Recording::State::Failed, cooling->detail);
+        return;
+    }
+    _events.step(row.trackId, Phase::searching);
+    const FoundSource found = search->find(*row.track, decision);
+    switch (found.kind) {
+    case FoundSource::Kind::Found:
+        write(row, recording, found.file, earlier);
+        return;
+    case FoundSource::Kind::Doubtful:
+        review(row, recording, found.candidates);
+        return;
+    case FoundSource::Kind::Missing:
+        if (!decision) {
+            coolOff(key, found.detail);
+        }
+        conclude(Recording::State::Failed, found.detail);
+    }
+}
+
+void SyncRun::review(const RunRow &row, const RecordingPtr &recording, const std::vector<CandidateDTO> &candidates) {
+    if (!_request.asksForReview() || _request.dryRun()) {
+        {
+            const std::lock_guard lock(_mutex);
+            recording->state = Recording::State::Unsure;
+            recording->detail = u"Only doubtful matches. Sync with review to choose among them."_s;
+        }
+        settle(row, recording);
+        return;
+    }
+    PendingReview pending;
+    pending.rowKey = row.track->rowKey;
+    pending.stem = _names.claim(stemFor(row.track->artist, row.track->title));
+    pending.title = row.track->title;
+    pending.artist = row.track->artist;
+    pending.album = row.track->album;
+    pending.durationSec = row.track->durationSec;
+    pending.candidates = candidates;
+    {
+        const std::lock_guard lock(_mutex);
+        recording->state = Recording::State::Doubtful;
+        recording->review = pending;
+    }
+    addReview(row, pending);
+}
+
+void SyncRun::addReview(const RunRow &row, const PendingReview &like) {
+    PendingReview review = like;
+    review.trackId = row.trackId;
+    review.playlistId = row.playlistId;
+    review.runId = _request.runId;
+    _services.database.recordReview(review);
+    {
+        const std::lock_guard lock(_mutex);
+        ++_summary.flagged;
+        _anyFlagged = true;
+    }
+    _events.needsReview(review);
+}
+
+void SyncRun::write(const RunRow &row, const RecordingPtr &recording, const AudioFile &source,
+                    const std::optional<WrittenFile> &earlier) {
+    const QString &key = row.track->rowKey;
+    // Another row of this run, or of an earlier one, may have asked for the same file in other words.
+    if (const RecordingPtr same = _bySourceNow.value(source.path); same && same != recording) {
+        {
+            const std::lock_guard lock(_mutex);
+            _recordings[key] = same;
+        }
+        endJoined(row, key, same);
+        return;
+    }
+    const auto before = _bySource.constFind(source.path);
+    if (!earlier && before != _bySource.constEnd() && standsWhole(*before, _request.config.run.toleranceSec)) {
+        {
+            const std::lock_guard lock(_mutex);
+            recording->state = Recording::State::Written;
+            recording->file = *before;
+        }
+        _bySourceNow.insert(source.path, recording);
+        settle(row, recording);
+        return;
+    }
+    WriteOrder order;
+    order.source = source;
+    const QString stem = earlier                          ? stemOf(earlier->path)
+                         : before != _bySource.constEnd() ? stemOf(before->path)
+                                                          : _names.claim(stemFor(row.track->artist, row.track->title));
+    order.target = _output.path() + u'/' + stem + u'.' + targetFormOf(source).extension;
+    order.replaces = earlier ? earlier->path : before != _bySource.constEnd() ? before->path : QString();
+    order.tags = {row.track->title, row.track->artist, row.track->album};
+    order.toleranceSec = _request.config.run.toleranceSec;
+    if (_request.dryRun() || !_outputProblem.isEmpty()) {
+        {
+            const std::lock_guard lock(_mutex);
+            recording->state = _request.dryRun() ? Recording::State::Skipped : Recording::State::Failed;
+            recording->detail =
+                _request.dryRun() ? u"Would copy %1 to %2."_s.arg(source.path, order.target) : _outputProblem;
+        }
+        settle(row, recording);
+        return;
+    }
+    _bySourceNow.insert(source.path, recording);
+    {
+        const std::lock_guard lock(_mutex);
+        ++_inHand;
+    }
+    _writers->post([this, row, recording, order] { writeFile(row, recording, order); });
+}
+
+void SyncRun::addWant(const WrittenFile &file, const QString &rowKey, const QString &playlistId) {
+    if (!_request.dryRun()) {
+        _wants.push_back({file.id, rowKey, playlistId});
+    }
+}
+
+} // namespace zelk::engine

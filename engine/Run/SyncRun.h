@@ -1,0 +1,105 @@
+#pragma once
+
+#include "Output/FileNames.h"
+#include "Output/OutputFolder.h"
+#include "Output/TrackWriter.h"
+#include "Run/Recording.h"
+#include "Run/RunTypes.h"
+#include "Run/SourceFinder.h"
+
+#include <QHash>
+#include <QSet>
+
+#include <condition_variable>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <stop_token>
+
+namespace zelk::engine {
+
+/// One run, from syncStarted to syncDone. Rows are looked at one after the other on the thread that executes the run,
+/// so that names are given in playlist order; the files are written on threads of the run's own, so many at a time as
+/// asked.
+class SyncRun {
+public:
+    SyncRun(RunRequest request, RunServices services);
+
+    const QString &runId() const { return _request.runId; }
+
+    /// Does it all; never throws. `rowsDone` is called when all rows are through, and may wait; `over` when nothing is
+    /// left but to send the summary, upon which the application may ask for the next run at once.
+    void execute(const std::function<void()> &rowsDone, const std::function<void()> &over);
+
+    /// Ends it at the next safe point. From any thread. With `tellDone` the summary is still sent.
+    void cancel(bool tellDone);
+    std::stop_token stopToken() const { return _stop.get_token(); }
+
+    /// Takes note of what a decision of the user has made of a recording that this run found doubtful. From any thread.
+    void noteWritten(const QString &rowKey, const WrittenFile &file, int rows);
+    void noteSkipped(const QString &rowKey, const QString &detail, int rows);
+
+private:
+    using RecordingPtr = std::shared_ptr<Recording>;
+
+    // Preparation
+    std::vector<Playlist> selectedPlaylists();
+    void prepareOutput();
+    void loadMemory(const std::vector<Playlist> &playlists);
+    const SourceFinder *finder();
+
+    // Rows, on the executing thread
+    void playPlaylist(const Playlist &playlist, qint64 index);
+    bool waitForSlot();
+    void takeRow(const RunRow &row);
+    void failRow(const RunRow &row, const QString &detail);
+    void joinRow(const RunRow &row, const RecordingPtr &recording);
+    void endJoined(const RunRow &row, const QString &rowKey, const RecordingPtr &recording);
+    void searchRow(const RunRow &row, const RecordingPtr &recording, const std::optional<WrittenFile> &earlier);
+    void review(const RunRow &row, const RecordingPtr &recording, const std::vector<CandidateDTO> &candidates);
+    void write(const RunRow &row, const RecordingPtr &recording, const AudioFile &source,
+               const std::optional<WrittenFile> &earlier);
+    std::optional<WrittenFile> earlierFile(const QString &rowKey) const;
+    void addReview(const RunRow &row, const PendingReview &like);
+    void addWant(const WrittenFile &file, const QString &rowKey, const QString &playlistId);
+
+    // Endings, on any thread
+    void writeFile(const RunRow &row, const RecordingPtr &recording, const WriteOrder &order);
+    void settle(const RunRow &row, const RecordingPtr &recording);
+    void rememberWant(const Want &want);
+    void endRow(const RunRow &row, Finish status, const QString &detail);
+    void endWritten(const RunRow &row, const WrittenFile &file, ServerEvent::TrackFinishKind kind);
+    void failOutput(const QString &message);
+    void coolOff(const QString &rowKey, const QString &detail);
+
+    void finish(const std::vector<Playlist> &playlists);
+
+    const RunRequest _request;
+    RunServices _services;
+    std::stop_source _stop;
+    RunEvents _events;
+    OutputFolder _output;
+
+    // The executing thread's own
+    QString _outputProblem;
+    QMultiHash<QString, WrittenFile> _written; // what was written in earlier runs, by row key
+    QHash<QString, WrittenFile> _bySource;     // the same, by what it was made from
+    NameRegistry _names;
+    std::unique_ptr<SourceFinder> _finder;
+    QHash<QString, RecordingPtr> _bySourceNow; // of this run
+    std::vector<Want> _wants;                  // of rows whose files stood, to be entered together
+
+    mutable std::mutex _mutex; // guards all below
+    std::condition_variable _changed;
+    QHash<QString, RecordingPtr> _recordings; // by row key
+    int _inHand = 0;
+    SyncSummary _summary;
+    bool _anyFailed = false;
+    bool _anyFlagged = false;
+    bool _outputTold = false;
+    bool _tellDone = true;
+
+    std::unique_ptr<WorkQueue> _writers; // last, so that its threads end before what they use
+};
+
+} // namespace zelk::engine

@@ -1,0 +1,190 @@
+// How the rows and recordings of a run end; for the threads that write as well as for the one that executes the run.
+#include "Run/Orphans.h"
+#include "Run/SyncRun.h"
+#include "Run/WriteFailure.h"
+
+#include <QDateTime>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace zelk::engine {
+
+void SyncRun::writeFile(const RunRow &row, const RecordingPtr &recording, const WriteOrder &order) {
+    ProgressMeter meter(_events, row.trackId);
+    WriteHooks hooks;
+    qint64 id = 0;
+    hooks.progress = [&meter](qint64 done, qint64 total) { meter(done, total); };
+    hooks.step = [&](Phase phase) { _events.step(row.trackId, phase); };
+    hooks.commit = [&](const WrittenFile &file) {
+        id = _services.database.recordWritten(file, row.track->rowKey, row.playlistId);
+    };
+    hooks.rollback = [&](const WrittenFile &file) {
+        if (order.replaces != file.path) {
+            _services.database.forgetFile(file.path);
+        }
+    };
+    Recording::State state = Recording::State::Failed;
+    WrittenFile file;
+    QString detail;
+    try {
+        file = writeTrack(order, _output, hooks, _stop.get_token(), _services.files);
+        file.id = id;
+        if (!order.replaces.isEmpty() && order.replaces != order.target) {
+            _services.database.forgetFile(order.replaces);
+        }
+        state = Recording::State::Written;
+    } catch (const Stopped &) {
+        state = Recording::State::Skipped;
+    } catch (const std::exception &error) {
+        const WriteFailure failure = explainWriteFailure(error, order.source.path, _output.path());
+        detail = failure.detail;
+        if (failure.ofOutput) {
+            failOutput(detail);
+        }
+    }
+    std::vector<std::pair<QString, RunRow>> waiting;
+    {
+        const std::lock_guard lock(_mutex);
+        recording->state = state;
+        recording->file = file;
+        recording->detail = detail;
+        waiting = std::exchange(recording->waiting, {});
+    }
+    if (state == Recording::State::Written) {
+        endWritten(row, file, ServerEvent::TrackFinishKind::downloaded);
+    } else {
+        settle(row, recording);
+    }
+    for (const auto &[key, waiter] : waiting) {
+        settle(waiter, recording);
+    }
+    const std::lock_guard lock(_mutex);
+    --_inHand;
+    _changed.notify_all();
+}
+
+void SyncRun::settle(const RunRow &row, const RecordingPtr &recording) {
+    std::unique_lock lock(_mutex);
+    const Recording::State state = recording->state;
+    const WrittenFile file = recording->file;
+    const QString detail = recording->detail;
+    lock.unlock();
+    switch (state) {
+    case Recording::State::Written:
+        rememberWant({file.id, row.track->rowKey, row.playlistId});
+        endWritten(row, file, ServerEvent::TrackFinishKind::verified);
+        return;
+    case Recording::State::Failed:
+        endRow(row, Finish::failed, detail);
+        return;
+    case Recording::State::Unsure:
+        endRow(row, Finish::lowConfidence, detail);
+        return;
+    case Recording::State::Working:
+    case Recording::State::Doubtful:
+    case Recording::State::Skipped:
+        endRow(row, Finish::skipped, detail);
+    }
+}
+
+void SyncRun::rememberWant(const Want &want) {
+    if (_request.dryRun()) {
+        return;
+    }
+    try {
+        _services.database.recordWants({want});
+    } catch (const DatabaseError &error) {
+        _events.log(ServerEvent::LogLevel::warn,
+                    u"The engine's memory can't be written: %1"_s.arg(QString::fromUtf8(error.what())));
+    }
+}
+
+void SyncRun::endRow(const RunRow &row, Finish status, const QString &detail) {
+    {
+        const std::lock_guard lock(_mutex);
+        _summary.failed += status == Finish::failed ? 1 : 0;
+        _summary.flagged += status == Finish::lowConfidence ? 1 : 0;
+        _summary.skipped += status == Finish::skipped ? 1 : 0;
+        _anyFailed |= status == Finish::failed;
+        _anyFlagged |= status == Finish::lowConfidence;
+    }
+    _events.finished(row.trackId, status, detail);
+}
+
+void SyncRun::endWritten(const RunRow &row, const WrittenFile &file, ServerEvent::TrackFinishKind kind) {
+    {
+        const std::lock_guard lock(_mutex);
+        _summary.ok += kind == ServerEvent::TrackFinishKind::downloaded ? 1 : 0;
+        _summary.present += kind == ServerEvent::TrackFinishKind::verified ? 1 : 0;
+    }
+    _events.written(row.trackId, file, kind);
+}
+
+void SyncRun::failOutput(const QString &message) {
+    {
+        const std::lock_guard lock(_mutex);
+        if (std::exchange(_outputTold, true)) {
+            return;
+        }
+    }
+    _events.error(u"output"_s, message);
+}
+
+void SyncRun::coolOff(const QString &rowKey, const QString &detail) {
+    const auto rest = static_cast<qint64>(_request.config.run.cooloffHours * 3'600'000);
+    if (rest > 0 && !_request.dryRun()) {
+        _services.database.recordCoolOff(rowKey,
+                                         {QDateTime::currentMSecsSinceEpoch() + rest, _finder->fingerprint(), detail});
+    }
+}
+
+void SyncRun::noteWritten(const QString &rowKey, const WrittenFile &file, int rows) {
+    const std::lock_guard lock(_mutex);
+    const RecordingPtr recording = _recordings.value(rowKey);
+    if (!recording || recording->state != Recording::State::Doubtful) {
+        return;
+    }
+    recording->state = Recording::State::Written;
+    recording->file = file;
+    _summary.flagged -= rows;
+    _summary.ok += 1;
+    _summary.present += rows - 1;
+}
+
+void SyncRun::noteSkipped(const QString &rowKey, const QString &detail, int rows) {
+    const std::lock_guard lock(_mutex);
+    const RecordingPtr recording = _recordings.value(rowKey);
+    if (!recording || recording->state != Recording::State::Doubtful) {
+        return;
+    }
+    recording->state = Recording::State::Skipped;
+    recording->detail = detail;
+    _summary.flagged -= rows;
+    _summary.skipped += rows;
+}
+
+void SyncRun::finish(const std::vector<Playlist> &playlists) {
+    QSet<QString> ids;
+    for (const Playlist &playlist : playlists) {
+        ids.insert(playlist.id);
+    }
+    if (_request.dryRun() || ids.isEmpty()) {
+        return;
+    }
+    const auto snapshot = _services.playlists.known(std::chrono::seconds(0));
+    QStringList orphans = findOrphans(_services.database, *snapshot, ids);
+    if (_request.options.cleanup.value_or(false) && !orphans.isEmpty()) {
+        const TrashResult result = moveToTrash(_services.database, orphans);
+        if (!result.failure.isEmpty()) {
+            _events.error(u"orphans"_s, result.failure);
+        }
+        const std::lock_guard lock(_mutex);
+        _summary.removed = result.moved.size();
+        orphans.removeIf([&](const QString &path) { return result.moved.contains(path); });
+    }
+    if (!orphans.isEmpty()) {
+        _events.orphansFound(orphans);
+    }
+}
+
+} // namespace zelk::engine

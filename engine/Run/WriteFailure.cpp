@@ -1,0 +1,34 @@
+#include "Run/WriteFailure.h"
+
+#include "Output/OutputFolder.h"
+#include "Store/Database.h"
+
+#include <cerrno>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace zelk::engine {
+
+WriteFailure explainWriteFailure(const std::exception &error, const QString &sourcePath, const QString &outputDir) {
+    if (const auto *problem = dynamic_cast<const FileProblem *>(&error)) {
+        if (problem->path() == sourcePath) {
+            return {u"%1 can't be read (%2). Mend or replace it and sync again."_s.arg(sourcePath, problem->reason()),
+                    false};
+        }
+        if (problem->isFull()) {
+            return {u"The disk of the output folder %1 is full. Make room and sync again."_s.arg(outputDir), true};
+        }
+        if (problem->code() == EEXIST) {
+            return {u"%1 has appeared meanwhile and wasn't touched. Sync again."_s.arg(problem->path()), false};
+        }
+        return {outputAdvice(outputDir, problem->reason()), true};
+    }
+    if (dynamic_cast<const DatabaseError *>(&error)) {
+        return {u"The engine's memory can't be written (%1). Check the disk of your home folder and sync again."_s.arg(
+                    QString::fromUtf8(error.what())),
+                true};
+    }
+    return {QString::fromUtf8(error.what()), false}; // the others speak for themselves
+}
+
+} // namespace zelk::engine

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "Store/EngineConfig.h"
+#include "Transport/JSONFields.h"
+
+#include <QString>
+
+#include <optional>
+#include <vector>
+
+namespace zelk::engine {
+
+/// One thing that the doctor looks at.
+struct DoctorCheck {
+    QString id;
+    std::optional<QString> title;
+    QString status; ///< "ok", "warn" or "fail".
+    std::optional<QString> detail;
+    std::optional<bool> fixable;
+    bool operator==(const DoctorCheck &) const = default;
+};
+ZELK_JSON_FIELDS(DoctorCheck, id, title, status, detail, fixable)
+
+/// What the doctor has to know.
+struct DoctorSubject {
+    EngineConfig config;
+    QString outputDir; ///< Absolute.
+    qsizetype playlists = 0;
+};
+
+/// The checks "ffmpeg", "output-folder", "playlists", "collection" and "disk-space", in this order. Changes nothing.
+std::vector<DoctorCheck> examine(const DoctorSubject &subject);
+
+/// Makes the folder that a check misses. Throws FileProblem if it can't, and MethodError if there is nothing to make.
+void fixCheck(const QString &checkId, const DoctorSubject &subject);
+
+} // namespace zelk::engine

@@ -1,0 +1,66 @@
+#pragma once
+
+#include "Run/RunController.h"
+#include "Serve/Doctor.h"
+#include "Serve/MethodError.h"
+#include "Store/ConfigStore.h"
+#include "Store/EnginePaths.h"
+#include "Store/SecretStore.h"
+
+#include <functional>
+#include <memory>
+
+namespace zelk::engine {
+
+/// All that the engine can do, behind functions that the protocol's methods and the command line share. Each throws
+/// MethodError where it refuses; other exceptions are failures of the machine. Any thread may call. Those that are said
+/// to wait may take seconds.
+class Engine {
+public:
+    Engine(EnginePaths paths, EventSink &events);
+
+    // Settings and accounts
+    SafeConfig safeConfig() const;
+    EngineConfig config() const { return _config.current(); }
+    void setConfig(const ConfigPatch &patch);
+    void storeAccountToken(AccountService service, const QString &token, const std::optional<QString> &clientId);
+    void disconnectAccount(AccountService service);
+    void connectSpotify(); ///< Waits.
+
+    // Playlists; all wait
+    std::vector<PlaylistDTO> listPlaylists(std::optional<PlaylistSourceId> source);
+    std::vector<PreviewTrackDTO> playlistTracks(PlaylistSourceId source, const QString &id);
+    QStringList listOrphans(const std::vector<PlaylistSelection> &selection);
+    void trashOrphans(const QStringList &paths);
+
+    // Runs
+    /// `accepted` is called before anything of the run can be heard.
+    void startSync(const std::vector<PlaylistSelection> &selection, const std::optional<SyncOptions> &options,
+                   const std::function<void()> &accepted);
+    void cancelSync(const std::optional<QString> &runId) { _runs->cancel(runId); }
+    void reviewDecision(const QString &trackId, const ReviewDecision &decision) { _runs->decide(trackId, decision); }
+    /// Lets everything under way stop at its next safe point.
+    void stopRuns() { _runs->stop(); }
+
+    // Diagnosis; all wait
+    std::vector<DoctorCheck> runDoctor();
+    void doctorFix(const QString &checkId);
+    ProvisionToolsResult provisionTools();
+
+private:
+    void warn(const QString &message);
+    void noteSources(const PlaylistSnapshot &snapshot);
+    DoctorSubject doctorSubject();
+    QString outputDir() const { return _paths.expanded(_config.current().outputDir); }
+
+    const EnginePaths _paths;
+    EventSink &_events;
+    ConfigStore _config;
+    SecretStore _secrets;
+    Database _database;
+    PlaylistCatalogue _playlists;
+    AudioLibrary _library;
+    std::unique_ptr<RunController> _runs; // last, so that runs end before what they use
+};
+
+} // namespace zelk::engine

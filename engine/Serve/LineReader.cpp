@@ -1,0 +1,53 @@
+#include "Serve/LineReader.h"
+
+#include <array>
+#include <cerrno>
+#include <poll.h>
+#include <sys/eventfd.h>
+#include <unistd.h>
+
+namespace zelk::engine {
+
+LineReader::LineReader(int descriptor) : _descriptor(descriptor), _wake(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {}
+
+LineReader::~LineReader() {
+    ::close(_wake);
+}
+
+void LineReader::run(const std::function<void(QByteArrayView)> &take) {
+    NDJSONFramer framer;
+    std::array<char, 1 << 16> chunk;
+    for (;;) {
+        pollfd waits[] = {{_descriptor, POLLIN, 0}, {_wake, POLLIN, 0}};
+        if (::poll(waits, 2, -1) < 0 && errno != EINTR) {
+            return;
+        }
+        if (waits[1].revents != 0) {
+            return;
+        }
+        if (waits[0].revents == 0) {
+            continue;
+        }
+        const ssize_t count = ::read(_descriptor, chunk.data(), chunk.size());
+        if (count < 0 && (errno == EINTR || errno == EAGAIN)) {
+            continue;
+        }
+        if (count <= 0) {
+            if (const auto last = framer.flush()) {
+                take(*last);
+            }
+            return;
+        }
+        for (const QByteArray &line : framer.feed(QByteArrayView(chunk.data(), count))) {
+            take(line);
+        }
+    }
+}
+
+void LineReader::stop() noexcept {
+    const int saved = errno;
+    ::eventfd_write(_wake, 1);
+    errno = saved;
+}
+
+} // namespace zelk::engine

@@ -1,0 +1,78 @@
+#pragma once
+
+#include "Library/AudioFile.h"
+#include "Store/Records.h"
+#include "Threads/WorkQueue.h"
+
+#include <QHash>
+#include <QSqlDatabase>
+
+#include <functional>
+#include <stdexcept>
+
+class QSqlQuery;
+
+namespace zelk::engine {
+
+/// A failure of the store itself, in SQLite's words.
+class DatabaseError : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+/// What the engine remembers over restarts: the files it wrote and who wants them, the user's decisions, cool-offs,
+/// waiting reviews, and what it last read of each file of the collection. Lives on a thread of its own; any thread may
+/// call, and each call is one transaction. Throws DatabaseError.
+class Database {
+public:
+    using Warn = std::function<void(const QString &message)>;
+
+    /// Opens or makes the file. One that can't be used is set aside; where none can be made, what is remembered lasts
+    /// as long as the process, and `warn` says so.
+    Database(const QString &path, const Warn &warn);
+    ~Database();
+
+    // Written files
+    std::vector<WrittenFile> writtenFiles();
+    std::vector<Want> wants();
+    /// The files written for any of these rows, by row key; several when the output folder has changed.
+    QMultiHash<QString, WrittenFile> writtenFor(const QStringList &rowKeys);
+    /// Enters a file, or what has changed of it, together with the row that wants it, and ends the row's cool-off and
+    /// review. Returns its id.
+    qint64 recordWritten(const WrittenFile &file, const QString &rowKey, const QString &playlistId);
+    void recordWants(const std::vector<Want> &wants);
+    void forgetFile(const QString &path);
+
+    // Decisions and cool-offs
+    std::optional<StoredDecision> decision(const QString &rowKey);
+    void recordDecision(const QString &rowKey, const StoredDecision &decision);
+    std::optional<CoolOff> coolOff(const QString &rowKey);
+    void recordCoolOff(const QString &rowKey, const CoolOff &coolOff);
+
+    // Playlists
+    /// The file that last told each playlist that a run has gone through, by the playlist's id.
+    QHash<QString, QString> playlistOrigins();
+    void recordPlaylistOrigin(const QString &playlistId, const QString &origin);
+
+    // Reviews
+    std::optional<PendingReview> review(const QString &trackId);
+    std::vector<PendingReview> reviews();
+    void recordReview(const PendingReview &review);
+    void forgetReviewsOf(const QString &rowKey);
+
+    // What was read of the collection
+    QHash<QString, AudioFile> audioFiles();
+    void recordAudioFiles(const std::vector<AudioFile> &read, const QStringList &gone);
+
+private:
+    template<class Function>
+    auto transaction(Function function);
+    QSqlQuery query(const QString &statement, const QVariantList &values = {});
+    void open(const QString &path, const Warn &warn);
+    bool prepare(const QString &path, QString &failure);
+
+    QString _connection;
+    WorkQueue _queue; // the thread that alone touches the connection
+};
+
+} // namespace zelk::engine

@@ -1,0 +1,73 @@
+#pragma once
+
+#include "Transport/HelperProtocolCatalogue.h"
+
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+#include <vector>
+
+namespace zelk::engine {
+
+/// A file that the engine has written.
+struct WrittenFile {
+    qint64 id = 0;
+    QString path;       ///< Absolute.
+    QString sourcePath; ///< What it was made from.
+    qint64 size = 0;
+    qint64 modifiedMs = 0;
+    double durationSec = 0;
+    QString format;
+    int bitrateKbps = 0;
+    bool lossless = false;
+    std::optional<SourceId> origin;
+
+    bool operator==(const WrittenFile &) const = default;
+};
+
+/// A row that wants, or wanted, a written file. `rowKey` names the recording that the row asks for, not its place.
+struct Want {
+    qint64 fileId = 0;
+    QString rowKey;
+    QString playlistId;
+
+    bool operator==(const Want &) const = default;
+};
+
+/// What the user decided for a recording.
+struct StoredDecision {
+    enum class Kind { Take, Skip };
+    Kind kind = Kind::Skip;
+    QString path; ///< Of the file to take.
+
+    bool operator==(const StoredDecision &) const = default;
+};
+
+/// A row that wasn't found and is left alone for a while, as long as there is nothing new to look through.
+struct CoolOff {
+    qint64 untilMs = 0;  ///< Since the epoch.
+    QString fingerprint; ///< Of the collection and the preferences it was looked for with.
+    QString detail;      ///< What the failure said.
+
+    bool operator==(const CoolOff &) const = default;
+};
+
+/// A doubtful track that waits for the user, perhaps longer than this process lives.
+struct PendingReview {
+    QString trackId;
+    QString runId;
+    QString playlistId;
+    QString rowKey;
+    QString stem; ///< The file name, without extension, that its place in the list has given it.
+    QString title;
+    QString artist;
+    QString album;
+    double durationSec = 0;
+    std::vector<CandidateDTO> candidates; ///< The best first; their urls are file URLs.
+
+    bool operator==(const PendingReview &) const = default;
+};
+ZELK_JSON_FIELDS(PendingReview, trackId, runId, playlistId, rowKey, stem, title, artist, album, durationSec, candidates)
+
+} // namespace zelk::engine
