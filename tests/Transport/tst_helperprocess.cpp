@@ -126,6 +126,15 @@ private Q_SLOTS:
         QCOMPARE(child.output, "half a line");
     }
 
+    void theChildsEndWhileThisObjectGoesDisturbsNothing() {
+        // The word of the end follows that of its output; what goes in between meets it on its way.
+        for (int time = 0; time < 100; ++time) {
+            Supervised child({QStringLiteral("exit 0")});
+            QVERIFY(child.start());
+            QTRY_VERIFY_WITH_TIMEOUT(child.streamEnded, 5000);
+        }
+    }
+
     void whatThePipeHoldsComesBeforeTheWordOfTheEnd() {
         // Two hundred thousand bytes are more than one read, and the child is long gone when they are read.
         Supervised child({QStringLiteral("fill 200000"), QStringLiteral("exit 0")});
