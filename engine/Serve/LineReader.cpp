@@ -3,22 +3,15 @@
 #include <array>
 #include <cerrno>
 #include <poll.h>
-#include <sys/eventfd.h>
 #include <unistd.h>
 
 namespace zelk::engine {
-
-LineReader::LineReader(int descriptor) : _descriptor(descriptor), _wake(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {}
-
-LineReader::~LineReader() {
-    ::close(_wake);
-}
 
 void LineReader::run(const std::function<void(QByteArrayView)> &take) {
     NDJSONFramer framer;
     std::array<char, 1 << 16> chunk;
     for (;;) {
-        pollfd waits[] = {{_descriptor, POLLIN, 0}, {_wake, POLLIN, 0}};
+        pollfd waits[] = {{_descriptor, POLLIN, 0}, {_wake.descriptor(), POLLIN, 0}};
         if (::poll(waits, 2, -1) < 0 && errno != EINTR) {
             return;
         }
@@ -42,12 +35,6 @@ void LineReader::run(const std::function<void(QByteArrayView)> &take) {
             take(line);
         }
     }
-}
-
-void LineReader::stop() noexcept {
-    const int saved = errno;
-    ::eventfd_write(_wake, 1);
-    errno = saved;
 }
 
 } // namespace zelk::engine

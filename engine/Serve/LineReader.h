@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Serve/WakePipe.h"
 #include "Transport/NDJSONFramer.h"
 
 #include <functional>
@@ -9,20 +10,17 @@ namespace zelk::engine {
 /// Reads lines from a descriptor until its end, or until told to stop.
 class LineReader {
 public:
-    explicit LineReader(int descriptor);
-    ~LineReader();
-    LineReader(const LineReader &) = delete;
-    LineReader &operator=(const LineReader &) = delete;
+    explicit LineReader(int descriptor) : _descriptor(descriptor) {}
 
     /// Calls `take` with each line, on the calling thread. A last line without a line feed counts.
     void run(const std::function<void(QByteArrayView line)> &take);
 
     /// Ends run(). From any thread, and from a signal handler.
-    void stop() noexcept;
+    void stop() noexcept { _wake.wake(); }
 
 private:
     const int _descriptor;
-    const int _wake;
+    WakePipe _wake;
 };
 
 } // namespace zelk::engine

@@ -4,7 +4,6 @@
 #include <cerrno>
 #include <climits>
 #include <poll.h>
-#include <sys/eventfd.h>
 #include <unistd.h>
 #include <utility>
 
@@ -18,8 +17,7 @@ constexpr qsizetype room = 8'000'000;
 } // namespace
 
 LineWriter::LineWriter(int descriptor, std::function<void()> closed)
-    : _descriptor(descriptor), _closed(std::move(closed)), _wake(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)),
-      _thread([this] { loop(); }) {}
+    : _descriptor(descriptor), _closed(std::move(closed)), _thread([this] { loop(); }) {}
 
 LineWriter::~LineWriter() {
     {
@@ -27,9 +25,8 @@ LineWriter::~LineWriter() {
         _stopping = true;
     }
     _changed.notify_all();
-    ::eventfd_write(_wake, 1);
+    _wake.wake();
     _thread.join();
-    ::close(_wake);
 }
 
 void LineWriter::writeLine(QByteArray line) {
@@ -85,7 +82,7 @@ void LineWriter::loop() {
 
 bool LineWriter::writeAll(const QByteArray &bytes) {
     for (qsizetype done = 0; done < bytes.size();) {
-        pollfd waits[] = {{_descriptor, POLLOUT, 0}, {_wake, POLLIN, 0}};
+        pollfd waits[] = {{_descriptor, POLLOUT, 0}, {_wake.descriptor(), POLLIN, 0}};
         if (::poll(waits, 2, -1) < 0 && errno != EINTR) {
             return false;
         }

@@ -1,12 +1,12 @@
 #pragma once
 
 #include "Run/EventSink.h"
+#include "Serve/WakePipe.h"
 
 #include <QByteArray>
 
 #include <chrono>
 #include <condition_variable>
-#include <deque>
 #include <functional>
 #include <mutex>
 #include <thread>
@@ -37,7 +37,7 @@ private:
 
     const int _descriptor;
     const std::function<void()> _closed;
-    int _wake = -1;    // an eventfd that ends a wait for the reader
+    WakePipe _wake;    // ends a wait for the reader
     std::mutex _mutex; // guards all below
     std::condition_variable_any _changed;
     QByteArray _pending;
