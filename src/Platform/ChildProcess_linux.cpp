@@ -229,8 +229,6 @@ private:
             siginfo_t info{};
             while (::waitid(P_PID, static_cast<id_t>(pid), &info, WEXITED | WNOWAIT) != 0 && errno == EINTR) {
             }
-            if (!home)
-                return; // the child's thread was already ending when it was started
             home->post([watch, pid] {
                 siginfo_t reaped{};
                 ::waitid(P_PID, static_cast<id_t>(pid), &reaped, WEXITED);

@@ -97,6 +97,7 @@ private:
 
 namespace {
 
+thread_local std::shared_ptr<SerialExecutor::Loop> currentLoop;
 thread_local std::weak_ptr<SerialExecutor> currentExecutor;
 
 class Registry {
@@ -157,6 +158,7 @@ SerialExecutor::Ref SerialExecutor::make(const QString &name) {
 
     auto *runner = new Runner;
     auto *thread = QThread::create([loop, executor = std::weak_ptr(executor)] {
+        currentLoop = loop;
         currentExecutor = executor;
         QEventLoop().exec();
         loop->close();
@@ -185,6 +187,12 @@ SerialExecutor::Ref SerialExecutor::main() {
 SerialExecutor::Ref SerialExecutor::current() {
     if (auto executor = currentExecutor.lock())
         return executor;
+    if (currentLoop) {
+        // Its last holder has gone and the end is queued; until then its jobs still find an executor.
+        Ref executor(new SerialExecutor(currentLoop));
+        currentExecutor = executor;
+        return executor;
+    }
     const auto *application = QCoreApplication::instance();
     if (application && QThread::currentThread() == application->thread())
         return main();

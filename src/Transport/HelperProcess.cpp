@@ -146,10 +146,8 @@ private:
         _logger.info(QStringLiteral("helper terminated: %1").arg(termination.description()));
         _stdout.reset();
         closeInput();
-        // We are in a callback of the child's, so it is released on the next turn. Where the executor takes no more
-        // jobs, the one that releases this object and the child with it is already on its way.
-        if (const auto executor = SerialExecutor::current())
-            executor->post([ended = std::move(_process)] {});
+        // We are in a callback of the child's, so it is released on the next turn.
+        SerialExecutor::current()->post([ended = std::move(_process)] {});
         if (const auto onTermination = _onTermination)
             onTermination(termination);
     }

@@ -70,6 +70,20 @@ private Q_SLOTS:
         QCOMPARE(ran->future().result(), 99);
     }
 
+    void aJobFindsItsExecutorAfterTheLastHolderHasGone() {
+        auto executor = SerialExecutor::make(QStringLiteral("test"));
+        const auto mayGoOn = std::make_shared<OneShot<void>>(gone());
+        const auto found = std::make_shared<OneShot<bool>>(gone());
+        executor->post([found, future = mayGoOn->future()]() mutable {
+            future.waitForFinished();
+            const auto current = SerialExecutor::current();
+            found->fulfil(current && current->isCurrent());
+        });
+        executor.reset();
+        mayGoOn->fulfil();
+        QVERIFY(found->future().result());
+    }
+
     void theLastHolderMayBeAJobOfTheThreadItself() {
         auto executor = SerialExecutor::make(QStringLiteral("test"));
         const auto ran = std::make_shared<OneShot<void>>(gone());
