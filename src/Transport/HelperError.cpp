@@ -23,7 +23,7 @@ QString HelperError::errorDescription() const {
 
 std::optional<EngineErrorCode> HelperError::engineCode() const {
     const auto *failure = caseOf<EngineError>(*this);
-    return failure ? fromWireName<EngineErrorCode>(QStringView(failure->code)) : std::nullopt;
+    return failure ? fromWireName<EngineErrorCode>(failure->code) : std::nullopt;
 }
 
 QString describe(const std::exception &error) {

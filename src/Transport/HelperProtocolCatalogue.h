@@ -146,8 +146,10 @@ constexpr QLatin1StringView wireName(ProxyStatusValue status) {
 // A reference to a cover image, told apart on the wire by "kind". A kind that isn't known reads as none, so that a
 // newer engine's track shows without artwork and isn't lost; so does a text that is no URL.
 struct ArtworkRef {
+    // Kept as text, valid and encoded: a library has a hundred thousand of them, of which a screenful is ever fetched.
     struct Url {
-        QUrl url;
+        QString text;
+        QUrl url() const { return QUrl(text); }
         bool operator==(const Url &) const = default;
     };
     struct AppleMusic {
@@ -162,7 +164,7 @@ struct ArtworkRef {
         bool operator==(const None &) const = default;
     };
 
-    static ArtworkRef url(QUrl url) { return {Url{std::move(url)}}; }
+    static ArtworkRef url(const QUrl &url) { return {Url{url.toString(QUrl::FullyEncoded)}}; }
     static ArtworkRef appleMusic(QString persistentID) { return {AppleMusic{std::move(persistentID)}}; }
     static ArtworkRef mosaic(QStringList trackIds) { return {Mosaic{std::move(trackIds)}}; }
     static ArtworkRef none() { return {}; }
@@ -175,25 +177,25 @@ std::size_t qHash(const ArtworkRef &ref, std::size_t seed = 0);
 void writeWire(JSONWriter &writer, const ArtworkRef &ref);
 
 // The URL of that text, or none if the text isn't one.
-ArtworkRef artworkOfUrlText(const QString &text);
+ArtworkRef artworkOfUrlText(QString text);
 
 template<class Node>
 bool readWire(const Node &node, ArtworkRef &out, JSONFailure &failure) {
     if (!node.isObject())
         return failure.expected(QLatin1StringView("an object"), node.kind());
     auto members = node.members();
-    QString kind;
-    if (!readMember(members, QLatin1StringView("kind"), kind, failure))
+    detail::NodeText<Node> kind;
+    if (!readKind(members, kind, failure))
         return false;
-    if (kind == QLatin1StringView("url")) {
+    if (detail::sameText(kind, QLatin1StringView("url"))) {
         QString text;
         if (!readMember(members, QLatin1StringView("url"), text, failure))
             return false;
-        out = artworkOfUrlText(text);
-    } else if (kind == QLatin1StringView("appleMusic")) {
+        out = artworkOfUrlText(std::move(text));
+    } else if (detail::sameText(kind, QLatin1StringView("appleMusic"))) {
         return readMember(members, QLatin1StringView("persistentID"),
                           out.value.emplace<ArtworkRef::AppleMusic>().persistentID, failure);
-    } else if (kind == QLatin1StringView("mosaic")) {
+    } else if (detail::sameText(kind, QLatin1StringView("mosaic"))) {
         return readMember(members, QLatin1StringView("trackIds"), out.value.emplace<ArtworkRef::Mosaic>().trackIds,
                           failure);
     }
@@ -330,20 +332,20 @@ bool readWire(const Node &node, ReviewDecision &out, JSONFailure &failure) {
     if (!node.isObject())
         return failure.expected(QLatin1StringView("an object"), node.kind());
     auto members = node.members();
-    QString kind;
-    if (!readMember(members, QLatin1StringView("kind"), kind, failure))
+    detail::NodeText<Node> kind;
+    if (!readKind(members, kind, failure))
         return false;
-    if (kind == QLatin1StringView("accept")) {
+    if (detail::sameText(kind, QLatin1StringView("accept"))) {
         out.value = ReviewDecision::Accept{};
-    } else if (kind == QLatin1StringView("skip")) {
+    } else if (detail::sameText(kind, QLatin1StringView("skip"))) {
         out.value = ReviewDecision::Skip{};
-    } else if (kind == QLatin1StringView("url")) {
+    } else if (detail::sameText(kind, QLatin1StringView("url"))) {
         return readMember(members, QLatin1StringView("url"), out.value.emplace<ReviewDecision::Url>().url, failure);
-    } else if (kind == QLatin1StringView("candidate")) {
+    } else if (detail::sameText(kind, QLatin1StringView("candidate"))) {
         return readMember(members, QLatin1StringView("candidateId"),
                           out.value.emplace<ReviewDecision::Candidate>().candidateId, failure);
     } else {
-        failure.because(QLatin1StringView("Unknown ReviewDecision kind: "), kind);
+        failure.because(QLatin1StringView("Unknown ReviewDecision kind: "), detail::toQString(kind));
         return failure.under(QLatin1StringView("kind"));
     }
     return true;

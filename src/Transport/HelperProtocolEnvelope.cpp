@@ -164,7 +164,7 @@ std::variant<RequestEnvelope, RequestRefusal> readRequestLine(QByteArrayView lin
     QString name;
     if (!readMember(members, QLatin1StringView("method"), name, failure))
         return refusal(id, EngineErrorCode::badRequest, failure.description());
-    const std::optional<Method> method = fromWireName<Method>(QStringView(name));
+    const std::optional<Method> method = fromWireName<Method>(name);
     if (!method)
         return refusal(id, EngineErrorCode::unknownMethod, QStringLiteral("Unknown method: ") + name);
     std::optional<Request> request;

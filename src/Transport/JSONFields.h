@@ -66,29 +66,31 @@ inline constexpr bool isJSONList<std::vector<T>> = true;
 template<class T>
 inline constexpr bool isJSONList<QList<T>> = true;
 
+template<WireEnum Enum>
+inline constexpr std::size_t caseCount = [] {
+    std::size_t count = 0;
+    while (!wireName(static_cast<Enum>(count)).isEmpty())
+        ++count;
+    return count;
+}();
+
 // All cases of an enumeration, in the order of its declaration.
 template<WireEnum Enum>
 std::vector<Enum> allCases() {
     std::vector<Enum> cases;
-    for (int i = 0; !wireName(static_cast<Enum>(i)).isEmpty(); ++i)
+    for (std::size_t i = 0; i < caseCount<Enum>; ++i)
         cases.push_back(static_cast<Enum>(i));
     return cases;
 }
 
-// The case of that wire string, compared exactly. Text is a QStringView or a std::string_view of UTF-8.
-template<WireEnum Enum, class Text>
-constexpr std::optional<Enum> fromWireName(Text text) {
-    for (int i = 0;; ++i) {
-        const QLatin1StringView name = wireName(static_cast<Enum>(i));
-        if (name.isEmpty())
-            return std::nullopt;
-        if constexpr (std::is_same_v<Text, std::string_view>) {
-            if (text == std::string_view(name.data(), static_cast<std::size_t>(name.size())))
-                return static_cast<Enum>(i);
-        } else if (text == name) {
+// The case of that wire string, compared exactly.
+template<WireEnum Enum>
+std::optional<Enum> fromWireName(QStringView text) {
+    for (std::size_t i = 0; i < caseCount<Enum>; ++i) {
+        if (text == wireName(static_cast<Enum>(i)))
             return static_cast<Enum>(i);
-        }
     }
+    return std::nullopt;
 }
 
 namespace detail {

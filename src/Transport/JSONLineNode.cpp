@@ -30,38 +30,32 @@ private:
     std::array<Slot, 64> _slots;
 };
 
-JSONValue valueOf(simdjson::dom::element element, SharedKeys &keys) {
-    using simdjson::dom::element_type;
-    switch (element.type()) {
-    case element_type::NULL_VALUE:
-        return {};
-    case element_type::BOOL:
-        return JSONValue::bool_(element.get_bool().value_unsafe());
-    case element_type::INT64:
-    case element_type::UINT64:
-    case element_type::DOUBLE:
-        return JSONValue::number(element.get_double().value_unsafe());
-    case element_type::STRING:
-        return JSONValue::string(textOfValidUtf8(element.get_string().value_unsafe()));
-    case element_type::ARRAY: {
-        const simdjson::dom::array elements = element.get_array().value_unsafe();
-        JSONValue::Array array;
-        array.reserve(static_cast<qsizetype>(elements.size()));
-        for (const simdjson::dom::element each : elements)
-            array.append(valueOf(each, keys));
-        return JSONValue::array(std::move(array));
-    }
-    case element_type::OBJECT: {
-        const simdjson::dom::object members = element.get_object().value_unsafe();
+JSONValue valueOf(const LineNode &node, SharedKeys &keys) {
+    std::string_view text;
+    if (node.text(text))
+        return JSONValue::string(textOfValidUtf8(text));
+    if (node.isObject()) {
         JSONValue::Object object;
-        for (const auto &[key, value] : members) {
+        node.forEachMember([&](std::string_view key, const LineNode &member) {
             const QString name = keys.key(key); // a copy: the members below may take its slot
             if (!object.contains(name))
-                object.insert(name, valueOf(value, keys));
-        }
+                object.insert(name, valueOf(member, keys));
+        });
         return JSONValue::object(std::move(object));
     }
+    if (node.isArray()) {
+        JSONValue::Array array;
+        array.reserve(static_cast<qsizetype>(node.count()));
+        node.forEach([&](const LineNode &element) {
+            array.append(valueOf(element, keys));
+            return true;
+        });
+        return JSONValue::array(std::move(array));
     }
+    if (double number = 0; node.read(number))
+        return JSONValue::number(number);
+    if (bool boolean = false; node.read(boolean))
+        return JSONValue::bool_(boolean);
     return {};
 }
 
@@ -100,47 +94,47 @@ QByteArray withHugeIntegersAsFloats(std::string_view json) {
 } // namespace
 
 QLatin1StringView LineNode::kind() const {
-    using simdjson::dom::element_type;
-    switch (_element.type()) {
-    case element_type::NULL_VALUE:
-        return QLatin1StringView("null");
-    case element_type::BOOL:
-        return QLatin1StringView("true or false");
-    case element_type::INT64:
-    case element_type::UINT64:
-    case element_type::DOUBLE:
-        return QLatin1StringView("a number");
-    case element_type::STRING:
+    switch (type()) {
+    case '"':
         return QLatin1StringView("text");
-    case element_type::ARRAY:
-        return QLatin1StringView("a list");
-    case element_type::OBJECT:
+    case '{':
         return QLatin1StringView("an object");
+    case '[':
+        return QLatin1StringView("a list");
+    case 't':
+    case 'f':
+        return QLatin1StringView("true or false");
+    case 'n':
+        return QLatin1StringView("null");
+    default:
+        return QLatin1StringView("a number");
     }
-    return {};
 }
 
 JSONValue LineNode::toValue() const {
     SharedKeys keys;
-    return valueOf(_element, keys);
+    return valueOf(*this, keys);
+}
+
+bool LineNode::readWholeNumber(double &out) const {
+    if (type() == 'l')
+        out = static_cast<double>(payload<std::int64_t>());
+    else if (type() == 'u')
+        out = static_cast<double>(payload<std::uint64_t>());
+    else
+        return false;
+    return true;
 }
 
 // A whole number may be written as a float, 3.0 or 3e0. Beyond 2^53 a float no longer says which integer it means.
 bool LineNode::readWholeFloat(qint64 &out) const {
-    double number = 0;
-    if (_element.type() != simdjson::dom::element_type::DOUBLE || _element.get(number) || std::abs(number) > 0x1p53 ||
-        std::trunc(number) != number)
+    if (type() != 'd')
+        return false;
+    const auto number = payload<double>();
+    if (!(std::abs(number) <= 0x1p53) || std::trunc(number) != number)
         return false;
     out = static_cast<qint64>(number);
     return true;
-}
-
-LineNode LineNode::Members::search(std::string_view key) const {
-    for (auto member = _next; member != _end; ++member) {
-        if (member.key_equals(key))
-            return {member.value(), *_pool};
-    }
-    return {};
 }
 
 simdjson::error_code LineParser::reserve(std::size_t size) {
@@ -170,8 +164,11 @@ LineNode LineParser::parse(QByteArrayView json, JSONFailure &failure) {
         if (const QByteArray floats = withHugeIntegersAsFloats({json.data(), size}); !floats.isEmpty())
             return parseCopy(floats, failure);
     }
-    if (!error)
-        return {root, _pool};
+    if (!error) {
+        _tape.words = _parser.doc.tape.get();
+        _tape.texts = _parser.doc.string_buf.get();
+        return {_tape, _tape.words + 1};
+    }
     if (error == simdjson::NUMBER_ERROR)
         failure.because(QLatin1StringView("Unsupported JSON value"));
     else

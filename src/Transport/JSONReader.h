@@ -5,6 +5,8 @@
 #include "Transport/JSONValue.h"
 
 #include <cmath>
+#include <cstring>
+#include <string_view>
 
 namespace zelk {
 
@@ -15,6 +17,7 @@ namespace zelk {
 //   isAbsent(), isNull(), isObject(), isArray(); kind(): what it is, in words, for messages
 //   text(view): its text, as a QStringView or a std::string_view of UTF-8, when it is text
 //   read(bool &), read(qint64 &), read(double &), read(QString &): false when it is of another type or doesn't fit
+//   readShared(QString &): the same as read, for a text that is likely to come again
 //   members(): a cursor whose find(key) gives a member's node, the first of equal keys, absent when there is none
 //   count() and forEach(function(node) -> bool): the elements of a list, until the function returns false
 //   toValue(): the whole as a JSONValue
@@ -38,6 +41,7 @@ public:
     bool read(bool &out) const { return copy(_value->asBool(), out); }
     bool read(double &out) const { return copy(_value->asNumber(), out); }
     bool read(QString &out) const { return copy(_value->asString(), out); }
+    bool readShared(QString &out) const { return read(out); }
     bool read(qint64 &out) const {
         // Each number of a JSONValue has been through a float, so only its being whole and in range can be asked.
         const double *number = _value->asNumber();
@@ -100,16 +104,24 @@ inline QString toQString(std::string_view text) {
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
 
+inline bool sameText(QStringView text, QLatin1StringView name) {
+    return text == name;
+}
+// With a name that the compiler knows this is a comparison of words.
+Q_ALWAYS_INLINE bool sameText(std::string_view text, QLatin1StringView name) {
+    const auto size = static_cast<std::size_t>(name.size());
+    return text.size() == size && std::memcmp(text.data(), name.data(), size) == 0;
+}
+
 template<class Node, class Enum>
 bool readEnum(const Node &node, Enum &out, JSONFailure &failure) {
     NodeText<Node> text;
     if (!node.text(text))
         return failure.expected(QLatin1StringView("text"), node.kind());
-    const std::optional<Enum> value = fromWireName<Enum>(text);
-    if (!value)
-        return failure.because(QLatin1StringView("unknown value: "), toQString(text));
-    out = *value;
-    return true;
+    const bool known = [&]<std::size_t... index>(std::index_sequence<index...>) {
+        return ((sameText(text, wireName(static_cast<Enum>(index))) && (out = static_cast<Enum>(index), true)) || ...);
+    }(std::make_index_sequence<caseCount<Enum>>());
+    return known || failure.because(QLatin1StringView("unknown value: "), toQString(text));
 }
 
 template<class Node, class List>
@@ -126,17 +138,37 @@ bool readList(const Node &node, List &out, JSONFailure &failure) {
     });
 }
 
-template<class Members, class Record, class Member>
-Q_ALWAYS_INLINE bool readField(Members &members, const JSONField<Record, Member> &field, Record &out, JSONFailure &failure) {
+// Whether a field's text is one of a few that come again and again in a run's lines: then a line's reader shares it.
+consteval bool comesAgain(QLatin1StringView key) {
+    const std::string_view name(key.data(), static_cast<std::size_t>(key.size()));
+    for (const std::string_view each :
+         {"trackId", "playlistId", "runId", "detail", "format", "bitrate", "source", "channel", "reason"}) {
+        if (name == each)
+            return true;
+    }
+    return false;
+}
+
+template<bool shared, class Node, class T>
+Q_ALWAYS_INLINE bool readFieldValue(const Node &node, T &out, JSONFailure &failure) {
+    if constexpr (shared && std::is_same_v<T, QString>)
+        return node.readShared(out) || failure.expected(QLatin1StringView("text"), node.kind());
+    else
+        return readNode(node, out, failure);
+}
+
+template<bool shared, class Members, class Record, class Member>
+Q_ALWAYS_INLINE bool readField(Members &members, const JSONField<Record, Member> &field, Record &out,
+                               JSONFailure &failure) {
     const auto node = members.find(field.key);
     if constexpr (isJSONOptional<Member>) {
         if (node.isAbsent() || node.isNull())
             return true;
-        return readNode(node, (out.*field.member).emplace(), failure) || failure.under(field.key);
+        return readFieldValue<shared>(node, (out.*field.member).emplace(), failure) || failure.under(field.key);
     } else {
         if (node.isAbsent())
             return failure.missing(field.key);
-        return readNode(node, out.*field.member, failure) || failure.under(field.key);
+        return readFieldValue<shared>(node, out.*field.member, failure) || failure.under(field.key);
     }
 }
 
@@ -148,7 +180,8 @@ bool readRecord(const Node &node, Record &out, JSONFailure &failure) {
     static constexpr auto fields = jsonFields(static_cast<const Record *>(nullptr));
     [[maybe_unused]] auto members = node.members();
     return [&]<std::size_t... index>(std::index_sequence<index...>) {
-        return (readField(members, std::get<index>(fields), out, failure) && ...);
+        return (readField<comesAgain(std::get<index>(fields).key)>(members, std::get<index>(fields), out, failure) &&
+                ...);
     }(std::make_index_sequence<std::tuple_size_v<decltype(fields)>>());
 }
 
@@ -185,13 +218,25 @@ bool readNode(const Node &node, T &out, JSONFailure &failure) {
     }
 }
 
-// Reads the required member of an object that is `kind`-tagged or otherwise hand-read.
+// Reads a required member, for hand-written readers.
 template<class Members, class T>
 bool readMember(Members &members, QLatin1StringView key, T &out, JSONFailure &failure) {
     const auto node = members.find(key);
     if (node.isAbsent())
         return failure.missing(key);
     return readNode(node, out, failure) || failure.under(key);
+}
+
+// Reads the "kind" that tells the cases of a tagged value apart.
+template<class Members, class Text>
+bool readKind(Members &members, Text &kind, JSONFailure &failure) {
+    const auto node = members.find(QLatin1StringView("kind"));
+    if (node.isAbsent())
+        return failure.missing(QLatin1StringView("kind"));
+    if (node.text(kind))
+        return true;
+    failure.expected(QLatin1StringView("text"), node.kind());
+    return failure.under(QLatin1StringView("kind"));
 }
 
 // The record that a JSON value holds; throws JSONError, with the path of what failed.

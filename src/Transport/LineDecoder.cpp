@@ -36,8 +36,7 @@ std::optional<Response> LineDecoder::response() {
     if (_state->root.isAbsent())
         return response;
     // Nearly every line is an event: that it has no id is all there is to find out about it.
-    auto members = _state->root.members();
-    if (members.find(QLatin1StringView("id")).isAbsent()) {
+    if (!_state->root.members().contains(QLatin1StringView("id"))) {
         _state->failure.missing(QLatin1StringView("id"));
         return response;
     }
@@ -59,9 +58,9 @@ bool readCase(const EventParts &parts, Case &event, JSONFailure &failure) {
     if constexpr (requires { event.correlationId; }) {
         if (!parts.correlationId.isAbsent() && !parts.correlationId.isNull()) {
             if constexpr (isJSONOptional<decltype(event.correlationId)>)
-                parts.correlationId.read(event.correlationId.emplace());
+                parts.correlationId.readShared(event.correlationId.emplace());
             else
-                parts.correlationId.read(event.correlationId);
+                parts.correlationId.readShared(event.correlationId);
         }
     }
     if (parts.data.isAbsent())
@@ -78,9 +77,7 @@ void readEvent(std::string_view name, const EventParts &parts, std::optional<Ser
             out.emplace(ServerEvent::Unknown{textOfValidUtf8(name), std::move(raw)});
             return true;
         } else {
-            constexpr std::string_view eventName(Case::eventName.data(),
-                                                 static_cast<std::size_t>(Case::eventName.size()));
-            if (name != eventName)
+            if (!detail::sameText(name, Case::eventName))
                 return false;
             out.emplace(std::in_place_type<Case>);
             if (!readCase(parts, *std::get_if<Case>(&out->value), failure))

@@ -11,14 +11,14 @@ namespace zelk {
 // Text that the parser has found to be valid UTF-8.
 QString textOfValidUtf8(std::string_view utf8);
 
-// Short texts that were read lately. A run's lines say the same few over and over (the run's id, the ids of the tracks in
-// hand, a format, a source), and a shared QString costs a fraction of a new one.
+// Short texts that were read lately. A run's lines say the same few over and over (the run's id, the ids of the tracks
+// in hand, a format, a source), and a shared QString costs a fraction of a new one.
 class TextPool {
 public:
     // The bytes must go on, whatever they hold, for 8 behind the text: in a parser's memory they do.
-    const QString &text(std::string_view utf8) {
+    Q_ALWAYS_INLINE const QString &text(std::string_view utf8) {
         Slot &slot = _slots[slotOf(utf8)];
-        if (slot.size != utf8.size() || std::memcmp(slot.utf8, utf8.data(), utf8.size()) != 0)
+        if (slot.size != utf8.size() || !sameBytes(slot.utf8, utf8))
             fill(slot, utf8);
         return slot.text;
     }
@@ -43,6 +43,22 @@ private:
             std::memcpy(&last, utf8.data() + utf8.size() - sizeof last, sizeof last);
         const quint64 mixed = (first ^ (last << 29 | last >> 35)) * 0x9E3779B97F4A7C15u;
         return static_cast<std::size_t>(mixed >> (64 - bits));
+    }
+    static bool sameBytes(const char *stored, std::string_view utf8) {
+        quint64 a;
+        quint64 b;
+        if (utf8.size() < sizeof a)
+            return std::memcmp(stored, utf8.data(), utf8.size()) == 0;
+        const std::size_t lastWord = utf8.size() - sizeof a;
+        for (std::size_t i = 0; i < lastWord; i += sizeof a) {
+            std::memcpy(&a, stored + i, sizeof a);
+            std::memcpy(&b, utf8.data() + i, sizeof b);
+            if (a != b)
+                return false;
+        }
+        std::memcpy(&a, stored + lastWord, sizeof a);
+        std::memcpy(&b, utf8.data() + lastWord, sizeof b);
+        return a == b;
     }
     static void fill(Slot &slot, std::string_view utf8);
 
