@@ -72,6 +72,9 @@ class TestAppModel : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    /// What a model leaves behind ends on the loop.
+    void cleanup() { settle(); }
+
     void aNewModelHasTheRunAndNothingElse() {
         const Bench bench;
         const AppModel &model = *bench.model;
@@ -157,6 +160,18 @@ private Q_SLOTS:
         QCOMPARE(bench.launches, 0);
         QCOMPARE(log.messages(u"app"_s), QStringList{u"startup failed: "_s + text});
         QVERIFY(log.entries().front().type == QtCriticalMsg);
+    }
+
+    void anEngineThatTurnsUpLaterIsFoundAndTheOldErrorStays() {
+        Bench bench;
+        const LogCapture log;
+        bench.noEngine = std::make_exception_ptr(HelperError::helperMissing());
+        QVERIFY(outcomeOf(bench.model->start()).succeeded());
+        bench.noEngine = nullptr;
+        bench.launched->fulfil();
+        bench.answerFetches();
+        QVERIFY(outcomeOf(bench.model->start()).succeeded());
+        QCOMPARE(stateOf(*bench.model), u"client, ready, "_s + HelperError::helperMissing().errorDescription());
     }
 
     void aFailedLaunchStaysFailed_data() {
