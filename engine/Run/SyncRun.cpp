@@ -118,6 +118,7 @@ void SyncRun::loadMemory(const std::vector<Playlist> &playlists) {
     }
     for (const PendingReview &review : _services.database.reviews()) {
         _names.take(review.stem);
+        _reserved.insert(review.rowKey, review.stem);
     }
     QStringList keys;
     for (const Playlist &playlist : playlists) {
@@ -221,6 +222,11 @@ void SyncRun::takeRow(const RunRow &row) {
     const bool broken = earlier && stampOf(earlier->path);
     _events.diskCheck(row.trackId, broken ? DiskCheckResult::broken : DiskCheckResult::missing);
     searchRow(row, recording, earlier);
+}
+
+QString SyncRun::stemOfRow(const ListedTrack &track) {
+    const auto reserved = _reserved.constFind(track.rowKey);
+    return reserved != _reserved.constEnd() ? *reserved : _names.claim(stemFor(track.artist, track.title));
 }
 
 void SyncRun::failRow(const RunRow &row, const QString &detail) {
@@ -338,7 +344,7 @@ void SyncRun::review(const RunRow &row, const RecordingPtr &recording, const std
     }
     PendingReview pending;
     pending.rowKey = row.track->rowKey;
-    pending.stem = _names.claim(stemFor(row.track->artist, row.track->title));
+    pending.stem = stemOfRow(*row.track);
     pending.title = row.track->title;
     pending.artist = row.track->artist;
     pending.album = row.track->album;
@@ -393,7 +399,7 @@ void SyncRun::write(const RunRow &row, const RecordingPtr &recording, const Audi
     order.source = source;
     const QString stem = earlier                          ? stemOf(earlier->path)
                          : before != _bySource.constEnd() ? stemOf(before->path)
-                                                          : _names.claim(stemFor(row.track->artist, row.track->title));
+                                                          : stemOfRow(*row.track);
     order.target = _output.path() + u'/' + stem + u'.' + targetFormOf(source).extension;
     order.replaces = earlier ? earlier->path : before != _bySource.constEnd() ? before->path : QString();
     order.tags = {row.track->title, row.track->artist, row.track->album};

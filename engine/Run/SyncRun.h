@@ -59,6 +59,7 @@ private:
     void review(const RunRow &row, const RecordingPtr &recording, const std::vector<CandidateDTO> &candidates);
     void write(const RunRow &row, const RecordingPtr &recording, const AudioFile &source,
                const std::optional<WrittenFile> &earlier);
+    QString stemOfRow(const ListedTrack &track);
     std::optional<WrittenFile> earlierFile(const QString &rowKey) const;
     void addReview(const RunRow &row, const PendingReview &like);
     void addWant(const WrittenFile &file, const QString &rowKey, const QString &playlistId);
@@ -85,6 +86,7 @@ private:
     QMultiHash<QString, WrittenFile> _written; // what was written in earlier runs, by row key
     QHash<QString, WrittenFile> _bySource;     // the same, by what it was made from
     NameRegistry _names;
+    QHash<QString, QString> _reserved; // stems of rows that still wait for a decision, by row key
     std::unique_ptr<SourceFinder> _finder;
     QHash<QString, RecordingPtr> _bySourceNow; // of this run
     std::vector<Want> _wants;                  // of rows whose files stood, to be entered together
