@@ -77,6 +77,8 @@ const char16_t *spelledOut(char32_t c) {
         return u"oe";
     case 0x00FE:
         return u"th";
+    case 0x00DF:
+        return u"ss";
     case 0x0131:
         return u"i";
     case u'&':
@@ -91,7 +93,8 @@ const char16_t *spelledOut(char32_t c) {
 
 QString fold(const QString &text) {
     const QString cased = withPlainSigns(text).normalized(QString::NormalizationForm_KC).toCaseFolded();
-    const QString decomposed = cased.normalized(QString::NormalizationForm_D);
+    // Case-folded again, since some capitals, such as the dotted I, have a small form only once they are taken apart.
+    const QString decomposed = cased.normalized(QString::NormalizationForm_D).toCaseFolded();
     QString folded;
     folded.reserve(decomposed.size());
     bool strip = false;

@@ -34,6 +34,7 @@ public:
     CsvRecord next() {
         _start = _at;
         _startLine = _line;
+        _loose = false;
         CsvRecord record{_line, {}, false};
         QString field;
         bool quoted = false;
@@ -62,6 +63,7 @@ public:
                 record.fields += field;
                 return record;
             } else {
+                _loose |= opened && !c.isSpace();
                 field += c;
             }
         }
@@ -71,6 +73,8 @@ public:
     }
 
     bool spansLines() const { return _line - _startLine > 1; }
+    /// Text followed a closing quote: most likely the quote was meant to open.
+    bool isLoose() const { return _loose; }
 
     /// Goes back to the last record and behind its first line.
     void passOverFirstLine() {
@@ -100,6 +104,7 @@ private:
     qsizetype _start = 0;
     qint64 _line = 1;
     qint64 _startLine = 1;
+    bool _loose = false;
     QChar _separator = u',';
 };
 
@@ -120,8 +125,8 @@ std::vector<CsvRecord> readCsv(const QString &text) {
     }
     while (!table.atEnd()) {
         CsvRecord record = table.next();
-        const bool swallowed =
-            !records.empty() && table.spansLines() && record.fields.size() != records.front().fields.size();
+        const bool fits = records.empty() || record.fields.size() == records.front().fields.size();
+        const bool swallowed = !records.empty() && table.spansLines() && (!fits || table.isLoose());
         if (record.broken || swallowed) {
             record.broken = true;
             table.passOverFirstLine();

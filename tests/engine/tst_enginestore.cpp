@@ -1,0 +1,210 @@
+#include "Files/FileProblem.h"
+#include "Store/ConfigStore.h"
+#include "Store/Database.h"
+#include "Store/SecretStore.h"
+#include "engine/EngineHome.h"
+
+#include <QDir>
+#include <QTest>
+
+using namespace Qt::Literals::StringLiterals;
+using namespace zelk;
+using namespace zelk::engine;
+using namespace zelk::engine::testing;
+
+namespace {
+
+EnginePaths pathsIn(const EngineHome &home) {
+    EnginePaths paths;
+    paths.home = home.path();
+    paths.configFile = home.path(u"conf/engine.json"_s);
+    paths.secretsFile = home.path(u"conf/secrets.json"_s);
+    paths.databaseFile = home.path(u"data/engine.db"_s);
+    return paths;
+}
+
+WrittenFile fileAt(const QString &path) {
+    WrittenFile file;
+    file.path = path;
+    file.sourcePath = u"/c/x.flac"_s;
+    file.size = 7;
+    file.modifiedMs = 1'234'567'890'123;
+    file.durationSec = 2.5;
+    file.format = u"FLAC"_s;
+    file.bitrateKbps = 900;
+    file.lossless = true;
+    file.origin = SourceId::bandcamp;
+    return file;
+}
+
+} // namespace
+
+class EngineStore : public QObject {
+    Q_OBJECT
+
+    QStringList _warnings;
+    std::function<void(const QString &)> _warn = [this](const QString &message) { _warnings += message; };
+
+private Q_SLOTS:
+    void init() { _warnings.clear(); }
+
+    void aPatchChangesWhatItNamesAndKeepsWhatTheFileSaysBesides() {
+        const EngineHome home;
+        const EnginePaths paths = pathsIn(home);
+        home.write(
+            paths.configFile,
+            R"({"ofANewerEngine":[1],"playlistDirs":["~/lists"],"run":{"searchCount":9,"concurrency":2,"toleranceSec":1,"searchTimeoutSec":3,"cooloffHours":0.5}})");
+        {
+            ConfigStore store(paths, _warn);
+            QCOMPARE(store.current().playlistDirs, QStringList{home.path(u"lists"_s)});
+            QCOMPARE(store.current().run.concurrency, 2);
+            ConfigPatch patch;
+            patch.sources = {SourceId::youtube};
+            store.apply(patch);
+        }
+        const ConfigStore store(paths, _warn);
+        QCOMPARE(store.current().sources, std::vector<SourceId>{SourceId::youtube});
+        QCOMPARE(store.current().run.searchCount, 9);
+        QVERIFY(home.read(paths.configFile).contains("ofANewerEngine"));
+        QVERIFY(_warnings.isEmpty());
+    }
+
+    void aBrokenFileIsSetAsideUnchanged_data() {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::newRow("cut off") << QByteArray("{\"outputDir\":\"/x");
+        QTest::newRow("no object") << QByteArray("[]");
+        QTest::newRow("wrong type") << QByteArray("{\"outputDir\":[]}");
+        QTest::newRow("nonsense") << QByteArray(
+            R"({"run":{"searchCount":5,"concurrency":0,"toleranceSec":5,"searchTimeoutSec":30,"cooloffHours":24}})");
+        QTest::newRow("empty") << QByteArray();
+    }
+
+    void aBrokenFileIsSetAsideUnchanged() {
+        QFETCH(QByteArray, bytes);
+        const EngineHome home;
+        const EnginePaths paths = pathsIn(home);
+        home.write(paths.configFile, bytes);
+        home.write(paths.configFile + u".broken-1"_s, "an older one");
+        ConfigStore store(paths, _warn);
+        QCOMPARE(store.current().outputDir, EnginePaths::defaultOutputDir());
+        QCOMPARE(home.read(paths.configFile + u".broken-2"_s), bytes);
+        QCOMPARE(home.read(paths.configFile + u".broken-1"_s), QByteArray("an older one"));
+        QCOMPARE(_warnings.size(), 1);
+        store.setConnected(PlaylistSourceId::apple, true);
+        QCOMPARE(ConfigStore(paths, _warn).current().appleMusicConnected, true);
+    }
+
+    void aSettingsFileThatCannotBeReadIsNeverReplaced() {
+        const EngineHome home;
+        const EnginePaths paths = pathsIn(home);
+        QDir().mkpath(paths.configFile); // a folder of that name
+        ConfigStore store(paths, _warn);
+        QCOMPARE(_warnings.size(), 1);
+        QVERIFY_EXCEPTION_THROWN(store.apply({}), FileProblem);
+        QVERIFY(QFileInfo(paths.configFile).isDir());
+    }
+
+    void aFailedWriteChangesNothing() {
+        const EngineHome home;
+        EnginePaths paths = pathsIn(home);
+        home.write(home.path(u"file"_s), "x");
+        paths.configFile = home.path(u"file/engine.json"_s);
+        ConfigStore store(paths, _warn);
+        const EngineConfig before = store.current();
+        ConfigPatch patch;
+        patch.outputDir = u"/elsewhere"_s;
+        QVERIFY_EXCEPTION_THROWN(store.apply(patch), FileProblem);
+        QVERIFY(store.current() == before);
+    }
+
+    void tokensAreKeptAndForgotten() {
+        const EngineHome home;
+        const QString path = pathsIn(home).secretsFile;
+        {
+            SecretStore store(path, _warn);
+            QVERIFY(!store.has(AccountService::spotify));
+            store.store(AccountService::spotify, u"hush"_s, u"client"_s);
+            store.store(AccountService::acoustid, u"hush"_s, std::nullopt);
+        }
+        SecretStore store(path, _warn);
+        QVERIFY(store.has(AccountService::spotify));
+        QCOMPARE(store.clientId(AccountService::spotify), u"client"_s);
+        store.forget(AccountService::spotify);
+        QVERIFY(!SecretStore(path, _warn).has(AccountService::spotify));
+        QVERIFY(SecretStore(path, _warn).has(AccountService::acoustid));
+        QVERIFY(_warnings.isEmpty());
+    }
+
+    void writtenFilesAndWhoWantsThemOutliveTheProcess() {
+        const EngineHome home;
+        const QString path = pathsIn(home).databaseFile;
+        {
+            Database database(path, _warn);
+            const qint64 id = database.recordWritten(fileAt(u"/o/a.flac"_s), u"k1"_s, u"p1"_s);
+            database.recordWants({{id, u"k2"_s, u"p1"_s}, {id, u"k2"_s, u"p1"_s}});
+            QCOMPARE(database.recordWritten(fileAt(u"/o/a.flac"_s), u"k1"_s, u"p2"_s), id);
+        }
+        Database database(path, _warn);
+        const auto found = database.writtenFor({u"k1"_s, u"k2"_s, u"k3"_s, u"k1"_s});
+        QCOMPARE(found.size(), 2);
+        WrittenFile expected = fileAt(u"/o/a.flac"_s);
+        expected.id = found.value(u"k1"_s).id;
+        QCOMPARE(found.value(u"k1"_s), expected);
+        QCOMPARE(database.wants().size(), 3u);
+        database.forgetFile(u"/o/a.flac"_s);
+        QVERIFY(database.writtenFiles().empty());
+        QVERIFY(database.wants().empty());
+        QVERIFY(_warnings.isEmpty());
+    }
+
+    void decisionsCoolOffsAndReviewsAreKept() {
+        const EngineHome home;
+        const QString path = pathsIn(home).databaseFile;
+        PendingReview review;
+        review.trackId = u"p#1"_s;
+        review.rowKey = u"k"_s;
+        review.candidates.emplace_back();
+        review.candidates.back().title = u"„x“"_s;
+        const CoolOff rest{99, u"f"_s, u"why"_s};
+        {
+            Database database(path, _warn);
+            database.recordDecision(u"k"_s, {StoredDecision::Kind::Take, u"/c/x"_s});
+            database.recordDecision(u"k"_s, {StoredDecision::Kind::Skip, {}});
+            database.recordCoolOff(u"k"_s, rest);
+            database.recordReview(review);
+        }
+        Database database(path, _warn);
+        QCOMPARE(database.decision(u"k"_s), (StoredDecision{StoredDecision::Kind::Skip, u""_s}));
+        QVERIFY(!database.decision(u"other"_s));
+        QCOMPARE(database.coolOff(u"k"_s), rest);
+        QCOMPARE(database.review(u"p#1"_s), review);
+        database.recordWritten(fileAt(u"/o/a.flac"_s), u"k"_s, u"p"_s); // ends both
+        QVERIFY(!database.coolOff(u"k"_s));
+        QVERIFY(database.reviews().empty());
+    }
+
+    void aBrokenDatabaseIsSetAside() {
+        const EngineHome home;
+        const QString path = pathsIn(home).databaseFile;
+        const QByteArray junk(8'192, 'j');
+        home.write(path, junk);
+        Database database(path, _warn);
+        QCOMPARE(_warnings.size(), 1);
+        QCOMPARE(home.read(path + u".broken-1"_s), junk);
+        database.recordDecision(u"k"_s, {StoredDecision::Kind::Skip, {}});
+        QVERIFY(database.decision(u"k"_s));
+    }
+
+    void withoutAPlaceForADatabaseTheMemoryLastsForTheProcess() {
+        const EngineHome home;
+        home.write(home.path(u"file"_s), "x");
+        Database database(home.path(u"file/engine.db"_s), _warn);
+        QCOMPARE(_warnings.size(), 1);
+        database.recordDecision(u"k"_s, {StoredDecision::Kind::Skip, {}});
+        QVERIFY(database.decision(u"k"_s));
+        QCOMPARE(home.read(home.path(u"file"_s)), QByteArray("x"));
+    }
+};
+
+QTEST_GUILESS_MAIN(EngineStore)
+#include "tst_enginestore.moc"
