@@ -8,6 +8,7 @@ namespace zelk {
 
 namespace {
 
+constexpr std::size_t smallLine = 4 * 1024;
 constexpr std::size_t ordinaryLine = 64 * 1024;
 constexpr std::size_t hugeLine = 1024 * 1024;
 
@@ -142,7 +143,7 @@ simdjson::error_code LineParser::reserve(std::size_t size) {
     // took.
     const std::size_t capacity = _parser.doc.capacity();
     if (size > capacity) {
-        const std::size_t grown = std::max({ordinaryLine, size, std::min(2 * capacity, size + hugeLine)});
+        const std::size_t grown = std::max({smallLine, size, std::min(2 * capacity, size + hugeLine)});
         if (const auto error = _parser.allocate(grown))
             return error;
         return _parser.doc.allocate(grown);

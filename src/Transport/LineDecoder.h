@@ -40,7 +40,7 @@ public:
     std::optional<Response> response();
     // The parsed line as an event, if it is one. An event name that isn't known gives ServerEvent::Unknown.
     std::optional<ServerEvent> event();
-    // Why the last of the calls above that came to nothing did so: "data.phase: unknown value: dancing".
+    // Why parse() or event() came to nothing for this line: "data.phase: unknown value: dancing".
     QString failure() const;
 
 private:
