@@ -23,18 +23,6 @@ void takeLabel(const QString &label, ListedTrack &track) {
     track.title = (dash > 0 ? label.mid(dash + 3) : label).simplified();
 }
 
-/// What the name of the file says, for entries that nothing else describes.
-void takeFileName(const QString &entry, ListedTrack &track) {
-    static const QRegularExpression trackNumber(u"^\\d{1,3}[ ._-]+(?=\\S)"_s);
-    QString name = QString(entry).replace(u'\\', u'/').section(u'/', -1);
-    if (entry.startsWith("file:"_L1, Qt::CaseInsensitive)) {
-        name = QUrl::fromPercentEncoding(name.toUtf8());
-    }
-    const auto dot = name.lastIndexOf(u'.');
-    name = (dot > 0 ? name.left(dot) : name).replace(u'_', u' ');
-    takeLabel(name.remove(trackNumber).simplified(), track);
-}
-
 /// Reads "#EXTINF:<seconds>[ attributes],<label>"; false if it has no comma or no number.
 bool takeInfo(const QString &info, ListedTrack &track) {
     static const QRegularExpression form(u"^\\s*(-?\\d+(?:\\.\\d+)?)((?:\\s+[\\w-]+=\"[^\"]*\")*)\\s*,(.*)$"_s);
@@ -63,6 +51,17 @@ QString resolvedLocation(const QString &entry, const QString &folder) {
     return QDir::cleanPath(path.startsWith(u'/') ? path : folder + u'/' + path);
 }
 
+void takeEntryName(const QString &entry, ListedTrack &track) {
+    static const QRegularExpression trackNumber(u"^\\d{1,3}[ ._-]+(?=\\S)"_s);
+    QString name = QString(entry).replace(u'\\', u'/').section(u'/', -1);
+    if (entry.startsWith("file:"_L1, Qt::CaseInsensitive)) {
+        name = QUrl::fromPercentEncoding(name.toUtf8());
+    }
+    const auto dot = name.lastIndexOf(u'.');
+    name = (dot > 0 ? name.left(dot) : name).replace(u'_', u' ');
+    takeLabel(name.remove(trackNumber).simplified(), track);
+}
+
 ReadFile readM3uPlaylist(const QByteArray &bytes, const QString &folder) {
     ReadFile file;
     ReadList list;
@@ -71,7 +70,7 @@ ReadFile readM3uPlaylist(const QByteArray &bytes, const QString &folder) {
     const auto finish = [&](const QString &entry) {
         ListedTrack track = told.value_or(ListedTrack());
         if (track.title.isEmpty()) {
-            takeFileName(entry, track);
+            takeEntryName(entry, track);
         }
         if (track.album.isEmpty()) {
             track.album = album;

@@ -11,4 +11,7 @@ ReadFile readM3uPlaylist(const QByteArray &bytes, const QString &folder);
 /// undone and backslashes turned. Empty for an address elsewhere.
 QString resolvedLocation(const QString &entry, const QString &folder);
 
+/// Gives a track that nothing describes the artist and title that its file's name tells.
+void takeEntryName(const QString &entry, ListedTrack &track);
+
 } // namespace zelk::engine

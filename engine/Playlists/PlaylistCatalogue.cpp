@@ -6,6 +6,7 @@
 #include "Playlists/CsvPlaylist.h"
 #include "Playlists/M3uPlaylist.h"
 #include "Playlists/RowIdentity.h"
+#include "Playlists/XspfPlaylist.h"
 
 #include <QCryptographicHash>
 #include <QFileInfo>
@@ -25,17 +26,32 @@ constexpr qint64 largestFile = 256'000'000;
 /// Sixteen digits: with a million lists, the chance that two share an id is one in ten million.
 constexpr int idDigits = 16;
 
-enum class Form { None, Csv, M3u };
+enum class Form { None, Csv, M3u, Xspf };
 
 Form formOf(const QString &path) {
     const QString extension = path.section(u'.', -1).toLower();
     return extension == "csv"_L1 || extension == "tsv"_L1    ? Form::Csv
            : extension == "m3u"_L1 || extension == "m3u8"_L1 ? Form::M3u
+           : extension == "xspf"_L1                          ? Form::Xspf
                                                              : Form::None;
 }
 
 PlaylistSourceId sourceOf(Form form) {
     return form == Form::Csv ? PlaylistSourceId::spotify : PlaylistSourceId::apple;
+}
+
+ReadFile readAs(Form form, const QByteArray &bytes, const QString &folder) {
+    switch (form) {
+    case Form::Csv:
+        return readCsvPlaylist(bytes);
+    case Form::M3u:
+        return readM3uPlaylist(bytes, folder);
+    case Form::Xspf:
+        return readXspfPlaylist(bytes, folder);
+    case Form::None:
+        break;
+    }
+    return {};
 }
 
 ArtworkRef artworkOf(const std::vector<ListedTrack> &tracks) {
@@ -203,8 +219,7 @@ std::shared_ptr<const ReadFile> PlaylistCatalogue::read(PlaylistSnapshot &snapsh
         }
         const QByteArray bytes = readWholeFile(path).value_or(QByteArray());
         const QString folder = path.section(u'/', 0, -2);
-        auto content = std::make_shared<ReadFile>(formOf(path) == Form::Csv ? readCsvPlaylist(bytes)
-                                                                            : readM3uPlaylist(bytes, folder));
+        auto content = std::make_shared<ReadFile>(readAs(formOf(path), bytes, folder));
         for (ReadList &list : content->lists) {
             for (ListedTrack &track : list.tracks) {
                 track.rowKey = rowKeyOf(track, probeOf(track));

@@ -43,8 +43,12 @@ void SyncRun::cancel(bool tellDone) {
 }
 
 void SyncRun::execute(const std::function<void()> &rowsDone, const std::function<void()> &over) {
-    const std::vector<Playlist> playlists = selectedPlaylists();
+    QStringList missing;
+    const std::vector<Playlist> playlists = selectedPlaylists(missing);
     _events.syncStarted(static_cast<qint64>(playlists.size()));
+    for (const QString &name : missing) {
+        _events.error(u"playlists"_s, u"The playlist %1 isn't there any more. Reload the playlists."_s.arg(name));
+    }
     try {
         if (!_stop.stop_requested()) {
             prepareOutput();
@@ -71,15 +75,14 @@ void SyncRun::execute(const std::function<void()> &rowsDone, const std::function
     }
 }
 
-std::vector<Playlist> SyncRun::selectedPlaylists() {
+std::vector<Playlist> SyncRun::selectedPlaylists(QStringList &missing) {
     const auto snapshot = _services.playlists.refresh(scanPatience);
     std::vector<Playlist> playlists;
     QSet<QString> seen;
     for (const PlaylistSelection &selected : _request.selection) {
         const Playlist *playlist = snapshot->find(selected.id);
         if (!playlist) {
-            _events.error(u"playlists"_s, u"The playlist %1 isn't there any more. Reload the playlists."_s.arg(
-                                              selected.name.value_or(selected.id)));
+            missing += selected.name.value_or(selected.id);
         } else if (!playlist->isFolder && !seen.contains(playlist->id)) {
             seen.insert(playlist->id);
             playlists.push_back(*playlist);

@@ -6,6 +6,7 @@
 
 #include <QHash>
 #include <QSqlDatabase>
+#include <QVariant>
 
 #include <functional>
 #include <stdexcept>

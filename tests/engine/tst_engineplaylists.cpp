@@ -4,6 +4,7 @@
 #include "Playlists/M3uPlaylist.h"
 #include "Playlists/PlaylistCatalogue.h"
 #include "Playlists/TextDecoding.h"
+#include "Playlists/XspfPlaylist.h"
 #include "engine/EngineHome.h"
 
 #include <QDir>
@@ -219,6 +220,35 @@ private Q_SLOTS:
         const ReadFile file = readM3uPlaylist("#EXTM3U\n#EXTINF:what\nAnn - One.mp3\n", u"/l"_s);
         QCOMPARE(linesOf(file), QList<qint64>{2});
         QCOMPARE(titlesOf(file), QStringList{u"One"_s});
+    }
+
+    void anXspfListIsRead() {
+        const ReadFile file = readXspfPlaylist(
+            "<?xml version=\"1.0\"?><playlist version=\"1\" "
+            "xmlns=\"http://xspf.org/ns/0/\"><title>Mine</title><trackList>"
+            "<track><duration>61500</duration><location>file:///m/a%20b.mp3</location><title>One &amp; only</title>"
+            "<creator>Ann</creator><album>LP</album><image>https://x/1.jpg</image><extension><title>no</title></"
+            "extension></track>"
+            "<track><location>sub/Bob - Two.mp3</location></track></trackList></playlist>",
+            u"/l"_s);
+        QCOMPARE(file.warnings.size(), 0u);
+        QCOMPARE(file.lists.at(0).name, u"Mine"_s);
+        QCOMPARE(titlesOf(file), QStringList({u"One & only"_s, u"Two"_s}));
+        const ListedTrack &first = file.lists[0].tracks[0];
+        QCOMPARE(first.artist, u"Ann"_s);
+        QCOMPARE(first.album, u"LP"_s);
+        QCOMPARE(first.durationSec, 61.5);
+        QCOMPARE(first.location, u"/m/a b.mp3"_s);
+        QCOMPARE(first.artworkUrl, u"https://x/1.jpg"_s);
+        QCOMPARE(file.lists[0].tracks[1].artist, u"Bob"_s);
+        QCOMPARE(file.lists[0].tracks[1].location, u"/l/sub/Bob - Two.mp3"_s);
+    }
+
+    void anXspfListThatBreaksOffGivesWhatCameBefore() {
+        const ReadFile file =
+            readXspfPlaylist("<playlist><trackList>\n<track><title>One</title></track>\n<track><tit", u"/l"_s);
+        QCOMPARE(titlesOf(file), QStringList{u"One"_s});
+        QCOMPARE(linesOf(file), QList<qint64>{3});
     }
 
     void entriesResolveToLocalPaths_data() {
