@@ -1,0 +1,236 @@
+#pragma once
+
+#include "Styling/Tokens.h"
+
+#include <QFont>
+#include <QObject>
+#include <qqmlregistration.h>
+
+// The measures of Tokens as the views read them: Tokens.space.md, Tokens.size.trackRow, Tokens.font.body.
+namespace zelk {
+
+namespace Tokens::Size { // logical pixels
+inline constexpr int trackRow = 34;
+inline constexpr int columnHead = 28;
+inline constexpr int tableTail = 12; // after the last row of each table
+inline constexpr int groupCard = 80;
+inline constexpr int sectionHead = 36;
+inline constexpr int playlistRow = 42;
+inline constexpr int folderRow = 30;
+inline constexpr int depthIndent = 16;
+} // namespace Tokens::Size
+
+class SpaceScale : public QObject {
+    Q_OBJECT
+    QML_ANONYMOUS
+    Q_PROPERTY(int xxs MEMBER xxs CONSTANT)
+    Q_PROPERTY(int xs MEMBER xs CONSTANT)
+    Q_PROPERTY(int sm MEMBER sm CONSTANT)
+    Q_PROPERTY(int md MEMBER md CONSTANT)
+    Q_PROPERTY(int lg MEMBER lg CONSTANT)
+    Q_PROPERTY(int xl MEMBER xl CONSTANT)
+    Q_PROPERTY(int xxl MEMBER xxl CONSTANT)
+
+public:
+    const int xxs = Tokens::Space::xxs;
+    const int xs = Tokens::Space::xs;
+    const int sm = Tokens::Space::sm;
+    const int md = Tokens::Space::md;
+    const int lg = Tokens::Space::lg;
+    const int xl = Tokens::Space::xl;
+    const int xxl = Tokens::Space::xxl;
+};
+
+class RadiusScale : public QObject {
+    Q_OBJECT
+    QML_ANONYMOUS
+    Q_PROPERTY(int chip MEMBER chip CONSTANT)
+    Q_PROPERTY(int control MEMBER control CONSTANT)
+    Q_PROPERTY(int card MEMBER card CONSTANT)
+    Q_PROPERTY(int panel MEMBER panel CONSTANT)
+
+public:
+    const int chip = Tokens::Radius::chip;
+    const int control = Tokens::Radius::control;
+    const int card = Tokens::Radius::card;
+    const int panel = Tokens::Radius::panel;
+};
+
+class ArtScale : public QObject {
+    Q_OBJECT
+    QML_ANONYMOUS
+    Q_PROPERTY(int row MEMBER row CONSTANT)
+    Q_PROPERTY(int sidebar MEMBER sidebar CONSTANT)
+    Q_PROPERTY(int header MEMBER header CONSTANT)
+    Q_PROPERTY(int inspector MEMBER inspector CONSTANT)
+    Q_PROPERTY(double placeholderShare MEMBER placeholderShare CONSTANT)
+    Q_PROPERTY(double logoShare MEMBER logoShare CONSTANT)
+    Q_PROPERTY(double logoRadiusShare MEMBER logoRadiusShare CONSTANT)
+
+public:
+    const int row = Tokens::Art::row;
+    const int sidebar = Tokens::Art::sidebar;
+    const int header = Tokens::Art::header;
+    const int inspector = Tokens::Art::inspector;
+    const double placeholderShare = 0.42; // the symbol's part of a placeholder's edge
+    const double logoShare = 0.52;        // the glyph's part of a logo's tile
+    const double logoRadiusShare = 0.28;  // the corner's part of a logo's tile
+};
+
+class SizeScale : public QObject {
+    Q_OBJECT
+    QML_ANONYMOUS
+    Q_PROPERTY(int windowWidth MEMBER windowWidth CONSTANT)
+    Q_PROPERTY(int windowHeight MEMBER windowHeight CONSTANT)
+    Q_PROPERTY(int windowMinimumWidth MEMBER windowMinimumWidth CONSTANT)
+    Q_PROPERTY(int windowMinimumHeight MEMBER windowMinimumHeight CONSTANT)
+    Q_PROPERTY(int menuBar MEMBER menuBar CONSTANT)
+    Q_PROPERTY(int toolbar MEMBER toolbar CONSTANT)
+    Q_PROPERTY(int summaryBar MEMBER summaryBar CONSTANT)
+    Q_PROPERTY(int sidebarMinimum MEMBER sidebarMinimum CONSTANT)
+    Q_PROPERTY(int sidebarIdeal MEMBER sidebarIdeal CONSTANT)
+    Q_PROPERTY(int sidebarMaximum MEMBER sidebarMaximum CONSTANT)
+    Q_PROPERTY(int bannerMaximum MEMBER bannerMaximum CONSTANT)
+    Q_PROPERTY(int readingWidth MEMBER readingWidth CONSTANT)
+    Q_PROPERTY(int trackRow MEMBER trackRow CONSTANT)
+    Q_PROPERTY(int columnHead MEMBER columnHead CONSTANT)
+    Q_PROPERTY(int groupCard MEMBER groupCard CONSTANT)
+    Q_PROPERTY(int sectionHead MEMBER sectionHead CONSTANT)
+    Q_PROPERTY(int playlistRow MEMBER playlistRow CONSTANT)
+    Q_PROPERTY(int folderRow MEMBER folderRow CONSTANT)
+    Q_PROPERTY(int depthIndent MEMBER depthIndent CONSTANT)
+    Q_PROPERTY(int button MEMBER button CONSTANT)
+    Q_PROPERTY(int smallButton MEMBER smallButton CONSTANT)
+    Q_PROPERTY(int field MEMBER field CONSTANT)
+    Q_PROPERTY(int menuEntry MEMBER menuEntry CONSTANT)
+    Q_PROPERTY(int menuWidth MEMBER menuWidth CONSTANT)
+    Q_PROPERTY(int bar MEMBER bar CONSTANT)
+    Q_PROPERTY(int rowBar MEMBER rowBar CONSTANT)
+    Q_PROPERTY(int logo MEMBER logo CONSTANT)
+    Q_PROPERTY(int spinner MEMBER spinner CONSTANT)
+    Q_PROPERTY(int largeSpinner MEMBER largeSpinner CONSTANT)
+    Q_PROPERTY(int symbol MEMBER symbol CONSTANT)
+    Q_PROPERTY(int smallSymbol MEMBER smallSymbol CONSTANT)
+    Q_PROPERTY(int badgeSymbol MEMBER badgeSymbol CONSTANT)
+    Q_PROPERTY(int chevron MEMBER chevron CONSTANT)
+    Q_PROPERTY(int folderSymbol MEMBER folderSymbol CONSTANT)
+    Q_PROPERTY(int bannerSymbol MEMBER bannerSymbol CONSTANT)
+    Q_PROPERTY(int emptySymbol MEMBER emptySymbol CONSTANT)
+    Q_PROPERTY(int smallEmptySymbol MEMBER smallEmptySymbol CONSTANT)
+    Q_PROPERTY(int hairline MEMBER hairline CONSTANT)
+    Q_PROPERTY(int focusRing MEMBER focusRing CONSTANT)
+    Q_PROPERTY(int focusGap MEMBER focusGap CONSTANT)
+    Q_PROPERTY(int scrollBar MEMBER scrollBar CONSTANT)
+    Q_PROPERTY(int scrollBarHover MEMBER scrollBarHover CONSTANT)
+    Q_PROPERTY(int shadowBlur MEMBER shadowBlur CONSTANT)
+    Q_PROPERTY(int shadowOffset MEMBER shadowOffset CONSTANT)
+    Q_PROPERTY(double disabledOpacity MEMBER disabledOpacity CONSTANT)
+    Q_PROPERTY(double textLineHeight MEMBER textLineHeight CONSTANT)
+
+public:
+    const int windowWidth = 1040;
+    const int windowHeight = 720;
+    const int windowMinimumWidth = 880;
+    const int windowMinimumHeight = 600;
+    const int menuBar = 28;
+    const int toolbar = 52;
+    const int summaryBar = 44;
+    const int sidebarMinimum = 240;
+    const int sidebarIdeal = 280;
+    const int sidebarMaximum = 360;
+    const int bannerMaximum = 560;
+    const int readingWidth = 360; // the widest that an explanation runs
+    const int trackRow = Tokens::Size::trackRow;
+    const int columnHead = Tokens::Size::columnHead;
+    const int groupCard = Tokens::Size::groupCard;
+    const int sectionHead = Tokens::Size::sectionHead;
+    const int playlistRow = Tokens::Size::playlistRow;
+    const int folderRow = Tokens::Size::folderRow;
+    const int depthIndent = Tokens::Size::depthIndent;
+    const int button = 28;
+    const int smallButton = 22;
+    const int field = 28;
+    const int menuEntry = 28;
+    const int menuWidth = 260;
+    const int bar = 4;
+    const int rowBar = 70;
+    const int logo = 18;
+    const int spinner = 12;
+    const int largeSpinner = 24;
+    const int symbol = 14;
+    const int smallSymbol = 12;
+    const int badgeSymbol = 14;
+    const int chevron = 10;
+    const int folderSymbol = 15;
+    const int bannerSymbol = 16;
+    const int emptySymbol = 44;
+    const int smallEmptySymbol = 36;
+    const int hairline = 1;
+    const int focusRing = 2;
+    const int focusGap = 1;
+    const int scrollBar = 6;
+    const int scrollBarHover = 8;
+    const int shadowBlur = 28;
+    const int shadowOffset = 8;
+    const double disabledOpacity = 0.4;
+    const double textLineHeight = 1.25;
+};
+
+// Inter where it is installed, the system's font elsewhere; sizes in logical pixels, no hinting.
+class TypeScale : public QObject {
+    Q_OBJECT
+    QML_ANONYMOUS
+    Q_PROPERTY(QFont title2 MEMBER title2 CONSTANT)
+    Q_PROPERTY(QFont emptyTitle MEMBER emptyTitle CONSTANT)
+    Q_PROPERTY(QFont title3 MEMBER title3 CONSTANT)
+    Q_PROPERTY(QFont headline MEMBER headline CONSTANT)
+    Q_PROPERTY(QFont body MEMBER body CONSTANT)
+    Q_PROPERTY(QFont bodyMedium MEMBER bodyMedium CONSTANT)
+    Q_PROPERTY(QFont callout MEMBER callout CONSTANT)
+    Q_PROPERTY(QFont calloutMedium MEMBER calloutMedium CONSTANT)
+    Q_PROPERTY(QFont calloutSemibold MEMBER calloutSemibold CONSTANT)
+    Q_PROPERTY(QFont caption MEMBER caption CONSTANT)
+    Q_PROPERTY(QFont captionMedium MEMBER captionMedium CONSTANT)
+    Q_PROPERTY(QFont captionSemibold MEMBER captionSemibold CONSTANT)
+
+public:
+    TypeScale();
+
+    QFont title2, emptyTitle, title3, headline, body, bodyMedium;
+    QFont callout, calloutMedium, calloutSemibold, caption, captionMedium, captionSemibold;
+};
+
+// Durations in milliseconds, all 0 when the user wants less motion.
+class MotionScale : public QObject {
+    Q_OBJECT
+    QML_ANONYMOUS
+    Q_PROPERTY(bool reduced READ reduced NOTIFY changed)
+    Q_PROPERTY(int hover READ hover NOTIFY changed)
+    Q_PROPERTY(int chevron READ chevron NOTIFY changed)
+    Q_PROPERTY(int banner READ banner NOTIFY changed)
+    Q_PROPERTY(int bar READ bar NOTIFY changed)
+    Q_PROPERTY(int spinnerStep READ spinnerStep CONSTANT)
+    Q_PROPERTY(int spinnerAngle READ spinnerAngle CONSTANT)
+    Q_PROPERTY(int hintDelay READ hintDelay CONSTANT)
+    Q_PROPERTY(int hintStay READ hintStay CONSTANT)
+
+public:
+    bool reduced() const { return m_reduced; }
+    void setReduced(bool reduced);
+    int hover() const { return m_reduced ? 0 : 80; }
+    int chevron() const { return m_reduced ? 0 : 180; }
+    int banner() const { return m_reduced ? 0 : 220; }
+    int bar() const { return m_reduced ? 0 : 200; }
+    int spinnerStep() const { return 75; }  // 12 steps a turn of 900
+    int spinnerAngle() const { return 30; } // degrees a step
+    int hintDelay() const { return 600; }
+    int hintStay() const { return 5000; }
+
+Q_SIGNALS:
+    void changed();
+
+private:
+    bool m_reduced = false;
+};
+
+} // namespace zelk

@@ -1,0 +1,90 @@
+// The button with a label, in every kind: its colours say which.
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import QtQuick.Templates as T
+import zelk
+
+T.AbstractButton {
+    id: button
+
+    property string symbol: ""
+    property string hint: ""
+    // What a screen reader calls it, where that isn't what it says.
+    property string label: button.text
+    property bool small: false
+    property bool stroked: true
+    property color fill: Tokens.color.button
+    property color ink: Tokens.color.primary
+
+    function press() {
+        if (!button.enabled)
+            return;
+        if (button.action)
+            button.action.trigger(button);
+        else
+            button.clicked();
+    }
+
+    implicitWidth: button.leftPadding + contentItem.implicitWidth + button.rightPadding
+    implicitHeight: button.small ? Tokens.size.smallButton : Tokens.size.button
+    leftPadding: button.small ? Tokens.space.sm : Tokens.space.md
+    rightPadding: button.leftPadding
+    font: button.small ? Tokens.font.captionMedium : Tokens.font.bodyMedium
+    opacity: button.enabled ? 1 : Tokens.size.disabledOpacity
+    focusPolicy: Qt.TabFocus
+    Accessible.name: button.label
+    Accessible.description: button.hint
+    Accessible.onPressAction: button.press()
+    Keys.onReturnPressed: button.press()
+    Keys.onEnterPressed: button.press()
+
+    background: Rectangle {
+        color: button.fill
+        radius: button.small ? Tokens.radius.chip : Tokens.radius.control
+        border.width: button.stroked ? Tokens.size.hairline : 0
+        border.color: Tokens.color.buttonStroke
+
+        Rectangle {
+            anchors.fill: parent
+            radius: parent.radius
+            visible: button.hovered || button.down
+            color: button.down ? Tokens.color.pressed : Tokens.color.hover
+        }
+
+        FocusRing {
+            visible: button.visualFocus
+            controlRadius: parent.radius
+        }
+    }
+
+    contentItem: Item {
+        implicitWidth: children[0].implicitWidth
+
+        Row {
+            anchors.centerIn: parent
+            spacing: button.small ? Tokens.space.xs : Tokens.space.sm
+
+            Symbol {
+                anchors.verticalCenter: parent.verticalCenter
+                visible: button.symbol !== ""
+                name: button.symbol
+                color: button.ink
+                size: button.small ? Tokens.size.smallSymbol : Tokens.size.symbol
+            }
+
+            TextLine {
+                anchors.verticalCenter: parent.verticalCenter
+                readable: false
+                text: button.text
+                color: button.ink
+                font: button.font
+            }
+        }
+    }
+
+    Hint {
+        visible: button.hovered && button.hint !== ""
+        text: button.hint
+    }
+}

@@ -1,0 +1,36 @@
+// A state in a word and its symbol, both in the state's colour.
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import zelk
+
+Row {
+    id: pill
+
+    required property string text
+    required property string symbol
+    required property color ink
+    property real maximumWidth: Infinity
+
+    spacing: Tokens.space.xs
+    Accessible.role: Accessible.StaticText
+    Accessible.name: pill.text
+
+    Symbol {
+        id: mark
+
+        anchors.verticalCenter: parent.verticalCenter
+        name: pill.symbol
+        color: pill.ink
+        size: Tokens.size.smallSymbol
+    }
+
+    TextLine {
+        anchors.verticalCenter: parent.verticalCenter
+        readable: false
+        text: pill.text
+        color: pill.ink
+        font: Tokens.font.caption
+        width: Math.min(implicitWidth, pill.maximumWidth - mark.width - pill.spacing)
+    }
+}

@@ -1,0 +1,40 @@
+#include "Styling/TokensSingleton.h"
+
+#include "Styling/Symbols.h"
+
+#include <QEvent>
+#include <QGuiApplication>
+#include <QPalette>
+
+namespace zelk {
+
+TokensSingleton::TokensSingleton(QObject *parent) : QObject(parent) {
+    followApplication();
+    qApp->installEventFilter(this);
+}
+
+QUrl TokensSingleton::symbol(const QString &name, const QColor &color) const {
+    return Symbols::source(name, color);
+}
+
+QString TokensSingleton::widest(const QString &text) const {
+    QString result = text;
+    for (QChar &c : result) {
+        if (c.isDigit())
+            c = u'4';
+    }
+    return result;
+}
+
+bool TokensSingleton::eventFilter(QObject *watched, QEvent *event) {
+    if (watched == qApp && event->type() == QEvent::ApplicationPaletteChange)
+        followApplication();
+    return QObject::eventFilter(watched, event);
+}
+
+void TokensSingleton::followApplication() {
+    const QPalette palette = QGuiApplication::palette();
+    m_palette.setDark(palette.color(QPalette::Window).lightness() < palette.color(QPalette::WindowText).lightness());
+}
+
+} // namespace zelk

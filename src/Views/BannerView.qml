@@ -1,0 +1,64 @@
+// The one message of the application, until it is dismissed or replaced.
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import zelk
+
+Rectangle {
+    id: banner
+
+    required property BannerLogic logic
+
+    objectName: "banner"
+    implicitHeight: content.height + 2 * Tokens.space.sm
+    radius: Tokens.radius.card
+    color: Tokens.color.card
+    border.width: Tokens.size.hairline
+    border.color: Tokens.color.divider
+    Accessible.role: Accessible.AlertMessage
+    Accessible.name: banner.logic.message
+
+    Item {
+        id: content
+
+        x: Tokens.space.md
+        y: Tokens.space.sm
+        width: parent.width - 2 * Tokens.space.md
+        height: Math.max(message.implicitHeight, Tokens.size.smallButton)
+
+        Symbol {
+            id: symbol
+
+            anchors.verticalCenter: parent.verticalCenter
+            name: banner.logic.symbol
+            color: Tokens.color.inks[banner.logic.ink]
+            size: Tokens.size.bannerSymbol
+        }
+
+        Paragraph {
+            id: message
+
+            anchors.left: symbol.right
+            anchors.leftMargin: Tokens.space.sm
+            anchors.right: dismiss.left
+            anchors.rightMargin: Tokens.space.sm
+            anchors.verticalCenter: parent.verticalCenter
+            text: banner.logic.message
+            color: Tokens.color.primary
+            font: Tokens.font.callout
+        }
+
+        IconButton {
+            id: dismiss
+
+            objectName: "dismissBanner"
+            anchors.right: parent.right
+            anchors.verticalCenter: parent.verticalCenter
+            width: Tokens.size.smallButton
+            height: Tokens.size.smallButton
+            symbol: "xmark"
+            label: qsTr("Dismiss")
+            onClicked: banner.logic.dismiss()
+        }
+    }
+}

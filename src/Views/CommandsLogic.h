@@ -1,0 +1,55 @@
+#pragma once
+
+#include "App/AppModel.h"
+#include "Views/FrameTick.h"
+
+#include <QObject>
+#include <QPointer>
+#include <qqmlregistration.h>
+
+namespace zelk {
+
+// What the menu bar and the toolbar offer, and when.
+class CommandsLogic : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("made with the window")
+    Q_PROPERTY(bool running READ running NOTIFY phaseChanged)
+    Q_PROPERTY(bool canSync READ canSync NOTIFY phaseChanged)
+    Q_PROPERTY(bool canReview READ canReview NOTIFY reviewCountChanged)
+    Q_PROPERTY(QString reviewText READ reviewText NOTIFY reviewCountChanged)
+    // Whether a sync would find a playlist; the toolbar's button asks for that, the menu's entry doesn't.
+    Q_PROPERTY(bool hasSelection READ hasSelection NOTIFY selectionChanged)
+
+public:
+    explicit CommandsLogic(AppModel &model, QObject *parent = nullptr);
+
+    bool running() const { return m_model.sync()->isRunning(); }
+    bool canSync() const { return !running(); }
+    bool canReview() const { return m_reviewCount > 0; }
+    QString reviewText() const; // "2 reviews"
+    bool hasSelection() const { return m_hasSelection; }
+
+    Q_INVOKABLE void sync() { m_model.startSync(); }
+    Q_INVOKABLE void cancel() { m_model.cancelSync(); }
+    Q_INVOKABLE void openReview() { m_model.openReview(); }
+    Q_INVOKABLE void refreshLibrary();
+
+Q_SIGNALS:
+    void phaseChanged();
+    void reviewCountChanged();
+    void selectionChanged();
+
+private:
+    void attach();
+    void countReviews();
+    void followSelection();
+
+    AppModel &m_model;
+    QPointer<LibraryStore> m_library;
+    int m_reviewCount = 0;
+    bool m_hasSelection = false;
+    FrameTick m_tick;
+};
+
+} // namespace zelk

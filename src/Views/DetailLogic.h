@@ -1,0 +1,79 @@
+#pragma once
+
+#include "App/AppModel.h"
+#include "Views/FrameTick.h"
+#include "Views/TrackListModel.h"
+
+#include <QObject>
+#include <QPointer>
+#include <qqmlregistration.h>
+
+namespace zelk {
+
+// Which of its faces the detail pane shows, its rows, and the words of the bar under them.
+class DetailLogic : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("made with the window")
+    Q_PROPERTY(Face face READ face NOTIFY faceChanged)
+    Q_PROPERTY(QString startupError READ startupError NOTIFY startupErrorChanged)
+    Q_PROPERTY(zelk::TrackListModel *tracks READ tracks CONSTANT)
+    Q_PROPERTY(QString phaseText READ phaseText NOTIFY summaryChanged)
+    Q_PROPERTY(QString runSummary MEMBER m_runSummary NOTIFY summaryChanged)
+    Q_PROPERTY(double overallFraction MEMBER m_overallFraction NOTIFY summaryChanged)
+    Q_PROPERTY(QString overallPercentText READ overallPercentText NOTIFY summaryChanged)
+    Q_PROPERTY(QString previewCounts MEMBER m_previewCounts NOTIFY summaryChanged)
+    Q_PROPERTY(QString previewSummary MEMBER m_previewSummary NOTIFY summaryChanged)
+    Q_PROPERTY(bool previewLoading READ previewLoading NOTIFY previewLoadingChanged)
+
+public:
+    // Waiting is before there is a library to select from.
+    enum Face { Unavailable, Run, Preview, Waiting, Empty };
+    Q_ENUM(Face)
+
+    explicit DetailLogic(AppModel &model, QObject *parent = nullptr);
+
+    Face face() const { return m_face; }
+    QString startupError() const { return m_model.startupError().value_or(QString()); }
+    TrackListModel *tracks() { return &m_tracks; }
+    QString phaseText() const;
+    QString overallPercentText() const;
+    bool previewLoading() const { return m_model.preview() && m_model.preview()->isLoading(); }
+
+    Q_INVOKABLE bool isRow(int index) const { return m_tracks.trackAt(index) != nullptr; }
+    Q_INVOKABLE bool needsReview(int index) const;
+    // The one thing that the element at hand offers: a card collapses or expands, a row is reviewed or retried.
+    Q_INVOKABLE void activate(int index);
+    Q_INVOKABLE void setCollapsed(int index, bool collapsed);
+    Q_INVOKABLE void review(int index);
+    Q_INVOKABLE void retry() { m_model.startSync(); }
+    Q_INVOKABLE void skip(int index);
+    Q_INVOKABLE void copyTitle(int index);
+
+Q_SIGNALS:
+    void faceChanged();
+    void startupErrorChanged();
+    void summaryChanged();
+    void previewLoadingChanged();
+    // The row under review is to be brought into view.
+    void revealRequested(int index);
+
+private:
+    void attach();
+    void attachPreview();
+    void updateFace();
+    void updateSummary();
+    void followReview();
+    PlaylistSourceId sourceOf(const QString &playlistId) const;
+
+    AppModel &m_model;
+    QPointer<LibraryStore> m_library;
+    QPointer<PreviewStore> m_preview;
+    TrackListModel m_tracks;
+    Face m_face = Waiting;
+    QString m_runSummary, m_previewCounts, m_previewSummary;
+    double m_overallFraction = 0;
+    FrameTick m_tick;
+};
+
+} // namespace zelk

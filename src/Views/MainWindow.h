@@ -1,0 +1,33 @@
+#pragma once
+
+#include "App/AppModel.h"
+
+#include <memory>
+
+class QQmlApplicationEngine;
+class QQuickWindow;
+
+namespace zelk {
+
+class TokensSingleton;
+
+// The main window over a model, which must outlive it; there from its making to its end. Needs a QGuiApplication, and
+// the main thread's executor to start the model on.
+class MainWindow {
+public:
+    // Shows the window and starts the model, which does nothing for one that has its client.
+    explicit MainWindow(AppModel &model);
+    ~MainWindow();
+    Q_DISABLE_COPY_MOVE(MainWindow)
+
+    // Null only when the views can't be loaded, with what is wrong in the log: a broken build.
+    QQuickWindow *window() const;
+    // The measures and colours that this window's views read.
+    TokensSingleton &tokens() const;
+
+private:
+    struct Parts;
+    std::unique_ptr<Parts> m_parts;
+};
+
+} // namespace zelk

@@ -1,0 +1,44 @@
+// The main window: the menu bar above the root view. Closing it ends the application.
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import zelk
+
+Window {
+    id: window
+
+    required property CommandsLogic commandsLogic
+    required property SidebarLogic sidebarLogic
+    required property DetailLogic detailLogic
+    required property BannerLogic bannerLogic
+
+    objectName: "mainWindow"
+    title: qsTr("zelk")
+    width: Tokens.size.windowWidth
+    height: Tokens.size.windowHeight
+    minimumWidth: Tokens.size.windowMinimumWidth
+    minimumHeight: Tokens.size.windowMinimumHeight
+    color: Tokens.color.window
+
+    ZELKCommands {
+        id: menuBar
+
+        width: window.width
+        logic: window.commandsLogic
+    }
+
+    RootView {
+        height: window.height - y
+        y: menuBar.height
+        width: window.width
+        commands: menuBar
+        sidebar: window.sidebarLogic
+        detail: window.detailLogic
+        banner: window.bannerLogic
+    }
+
+    Shortcut {
+        sequences: ["Ctrl+W"]
+        onActivated: window.close()
+    }
+}

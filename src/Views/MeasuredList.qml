@@ -1,0 +1,136 @@
+// A scrolling list of known heights with the keyboard's way through it; what a key means is for its user to say.
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import QtQuick.Templates as T
+import zelk
+
+Flickable {
+    id: list
+
+    required property MeasuredListModel model
+    property alias delegates: column.delegates
+    property alias currentIndex: column.currentIndex
+    property int topInset: 0
+    property int bottomInset: 0
+
+    signal moved(int index, int modifiers)
+    signal activated(int index)
+    signal toggled(int index)
+    signal opened(int index)
+    signal closed(int index)
+    signal menuRequested(int index)
+
+    function reveal(index: int) {
+        if (index < 0)
+            return;
+        const top = list.topInset + list.model.yOf(index);
+        const bottom = top + list.model.heightOf(index);
+        if (top - list.topInset < list.contentY)
+            list.contentY = Math.max(0, top - list.topInset);
+        else if (bottom + list.bottomInset > list.contentY + list.height)
+            list.contentY = bottom + list.bottomInset - list.height;
+    }
+
+    function step(steps: int, modifiers: int) {
+        const target = column.neighbour(list.currentIndex, steps);
+        list.currentIndex = target;
+        list.reveal(target);
+        list.moved(target, modifiers);
+    }
+
+    // The note of the row under the pointer; an empty text takes it away.
+    function showHint(row: Item, text: string) {
+        if (text !== "") {
+            hint.parent = row;
+            hint.text = text;
+            hint.open();
+        } else if (hint.parent === row) {
+            hint.close();
+        }
+    }
+
+    // Elements that a page of the view holds, by the height of the one the keyboard stands on.
+    function page(): int {
+        return Math.max(1, Math.floor(list.height / list.model.heightOf(Math.max(0, list.currentIndex))) - 1);
+    }
+
+    contentWidth: list.width
+    contentHeight: list.topInset + column.implicitHeight + list.bottomInset
+    boundsBehavior: Flickable.StopAtBounds
+    flickableDirection: Flickable.VerticalFlick
+    clip: true
+    activeFocusOnTab: true
+    Accessible.role: Accessible.List
+    onActiveFocusChanged: {
+        if (list.activeFocus && list.currentIndex < 0 && list.model.contentHeight > 0)
+            list.currentIndex = column.neighbour(-1, 1);
+    }
+    onContentHeightChanged: list.returnToBounds()
+
+    Keys.onPressed: event => {
+        if (list.model.contentHeight <= 0)
+            return;
+        event.accepted = true;
+        column.byKeyboard = true;
+        switch (event.key) {
+        case Qt.Key_Up:
+            return list.step(-1, event.modifiers);
+        case Qt.Key_Down:
+            return list.step(1, event.modifiers);
+        case Qt.Key_PageUp:
+            return list.step(-list.page(), event.modifiers);
+        case Qt.Key_PageDown:
+            return list.step(list.page(), event.modifiers);
+        case Qt.Key_Home:
+            return list.step(-column.count, event.modifiers);
+        case Qt.Key_End:
+            return list.step(column.count, event.modifiers);
+        case Qt.Key_Left:
+            return list.closed(list.currentIndex);
+        case Qt.Key_Right:
+            return list.opened(list.currentIndex);
+        case Qt.Key_Return:
+        case Qt.Key_Enter:
+            return list.activated(list.currentIndex);
+        case Qt.Key_Space:
+            return list.toggled(list.currentIndex);
+        case Qt.Key_Menu:
+            return list.menuRequested(list.currentIndex);
+        case Qt.Key_F10:
+            if (event.modifiers & Qt.ShiftModifier)
+                return list.menuRequested(list.currentIndex);
+        }
+        event.accepted = false;
+    }
+
+    T.ScrollBar.vertical: OverlayScrollBar {
+        objectName: "scrollBar"
+    }
+
+    ListWindow {
+        id: column
+
+        property bool byKeyboard: true
+
+        y: list.topInset
+        width: list.contentWidth
+        height: implicitHeight
+        model: list.model
+        viewTop: list.contentY - list.topInset
+        viewHeight: list.height
+        currentShown: list.activeFocus && column.byKeyboard
+        onContentShifted: delta => list.contentY = Math.max(0, list.contentY + delta)
+    }
+
+    Hint {
+        id: hint
+    }
+
+    TapHandler {
+        onPressedChanged: {
+            column.byKeyboard = false;
+            list.forceActiveFocus(Qt.MouseFocusReason);
+        }
+    }
+}

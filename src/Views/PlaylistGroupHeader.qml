@@ -1,0 +1,119 @@
+// The card over one playlist's table: what it is, how far it has come, and whether its rows show.
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import zelk
+
+Item {
+    id: header
+
+    required property GroupHeaderEntry entry
+
+    signal toggled
+
+    objectName: "groupHeader"
+    Accessible.role: Accessible.Grouping
+    Accessible.name: header.entry.spoken
+
+    Rectangle {
+        anchors.fill: parent
+        anchors.leftMargin: Tokens.space.md
+        anchors.rightMargin: Tokens.space.md
+        radius: Tokens.radius.card
+        color: Tokens.color.card
+        border.width: Tokens.size.hairline
+        border.color: Tokens.color.divider
+
+        FocusRing {
+            visible: header.entry.current
+            controlRadius: parent.radius
+            anchors.margins: 0
+        }
+
+        ArtworkView {
+            id: cover
+
+            x: Tokens.space.md
+            anchors.verticalCenter: parent.verticalCenter
+            size: Tokens.art.header
+            cornerRadius: Tokens.radius.control
+            placeholderSymbol: header.entry.placeholderSymbol
+        }
+
+        Column {
+            anchors.left: cover.right
+            anchors.leftMargin: Tokens.space.md
+            anchors.right: collapse.left
+            anchors.rightMargin: Tokens.space.md
+            anchors.verticalCenter: parent.verticalCenter
+            spacing: Tokens.space.xs
+
+            Item {
+                width: parent.width
+                height: name.implicitHeight
+
+                SourceLogo {
+                    id: logo
+
+                    anchors.verticalCenter: parent.verticalCenter
+                    symbol: header.entry.sourceSymbol
+                    label: header.entry.sourceName
+                    brand: header.entry.sourceColor
+                }
+
+                TextLine {
+                    id: name
+
+                    x: logo.width + Tokens.space.sm
+                    width: Math.min(implicitWidth, parent.width - x - Tokens.space.sm - Tokens.size.badgeSymbol)
+                    text: header.entry.name
+                    font: Tokens.font.title3
+                }
+
+                Symbol {
+                    x: name.x + name.width + Tokens.space.sm
+                    anchors.verticalCenter: parent.verticalCenter
+                    visible: header.entry.badgeSymbol !== ""
+                    name: header.entry.badgeSymbol
+                    color: Tokens.color.inks[header.entry.badgeInk]
+                    size: Tokens.size.badgeSymbol
+                }
+            }
+
+            TextLine {
+                width: parent.width
+                text: header.entry.counts
+                color: Tokens.color.secondary
+                font: Tokens.font.callout
+            }
+
+            Item {
+                width: parent.width
+                height: Tokens.size.bar + Tokens.space.xs
+
+                ProgressLine {
+                    anchors.bottom: parent.bottom
+                    width: parent.width
+                    label: header.entry.progressLabel
+                    value: header.entry.fraction
+                    valueText: header.entry.percentText
+                    fill: header.entry.sourceColor
+                }
+            }
+        }
+
+        IconButton {
+            id: collapse
+
+            objectName: "collapseButton"
+            anchors.right: parent.right
+            anchors.rightMargin: Tokens.space.md
+            anchors.verticalCenter: parent.verticalCenter
+            focusPolicy: Qt.NoFocus
+            symbol: header.entry.collapseSymbol
+            label: header.entry.collapseLabel
+            symbolSize: Tokens.size.symbol
+            onClicked: header.toggled()
+        }
+    }
+}

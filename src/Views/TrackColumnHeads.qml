@@ -1,0 +1,72 @@
+// The titles over the columns of one table.
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import zelk
+
+Item {
+    id: heads
+
+    required property ListEntry entry
+    required property TrackColumns columns
+    readonly property int inset: 2 * Tokens.space.md
+
+    component Head: TextLine {
+        height: heads.height
+        color: Tokens.color.secondary
+        font: Tokens.font.captionMedium
+        visible: width > 0
+        Accessible.role: Accessible.ColumnHeader
+    }
+
+    Head {
+        x: heads.inset + heads.columns.titleX
+        width: heads.columns.titleWidth
+        text: qsTr("Title")
+    }
+
+    Head {
+        x: heads.inset + heads.columns.artistX
+        width: heads.columns.artistWidth
+        text: qsTr("Artist")
+    }
+
+    Head {
+        x: heads.inset + heads.columns.albumX
+        width: heads.columns.albumWidth
+        text: qsTr("Album")
+    }
+
+    Head {
+        x: heads.inset + heads.columns.timeX
+        width: heads.columns.timeWidth
+        horizontalAlignment: Text.AlignRight
+        text: qsTr("Time")
+    }
+
+    Head {
+        x: heads.inset + heads.columns.qualityX
+        width: heads.columns.qualityWidth
+        text: qsTr("Quality")
+    }
+
+    Head {
+        x: heads.inset + heads.columns.sourceX
+        width: heads.columns.sourceWidth
+        text: qsTr("Source")
+    }
+
+    Head {
+        x: heads.inset + heads.columns.statusX
+        width: heads.columns.statusWidth
+        text: qsTr("Status")
+    }
+
+    Rectangle {
+        x: heads.inset
+        anchors.bottom: parent.bottom
+        width: heads.width - 2 * heads.inset
+        height: Tokens.size.hairline
+        color: Tokens.color.divider
+    }
+}

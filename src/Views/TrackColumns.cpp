@@ -1,0 +1,93 @@
+#include "Views/TrackColumns.h"
+
+#include "Styling/Tokens.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace zelk {
+
+namespace {
+
+// Widths with the gap that follows each column.
+constexpr double gap = Tokens::Space::sm;
+constexpr double coverRoom = 34 + Tokens::Space::xs;
+constexpr double timeRoom = 48;
+constexpr double qualityIdeal = 110;
+constexpr double qualityLeast = 84;
+constexpr double sourceIdeal = 110;
+constexpr double sourceLeast = 80;
+constexpr double statusIdeal = 160;
+constexpr double statusRoomy = 192;
+constexpr double statusNarrow = 156;
+// Below this the names give way no further while quality and source can.
+constexpr double namesLeast = 250;
+constexpr double namesLeastNarrow = 200;
+// Narrower than this the detail pane drops the album; each step down drops the next column.
+constexpr double dropAlbumBelow = 640;
+
+} // namespace
+
+TrackColumns::Layout TrackColumns::layout(double contentWidth, double detailWidth, bool roomy) {
+    const bool narrow = detailWidth < dropAlbumBelow;
+    double quality = qualityIdeal;
+    double source = sourceIdeal;
+    const double status = narrow ? statusNarrow : roomy ? statusRoomy : statusIdeal;
+    const double shared = contentWidth - coverRoom - timeRoom - status;
+    double names = shared - quality - source;
+    if (names < namesLeast) {
+        const double slack = qualityIdeal - qualityLeast + sourceIdeal - sourceLeast;
+        const double share = std::min(1.0, (namesLeast - names) / slack);
+        quality -= std::floor((qualityIdeal - qualityLeast) * share);
+        source -= std::floor((sourceIdeal - sourceLeast) * share);
+        names = shared - quality - source;
+    }
+    if (narrow && names < namesLeastNarrow)
+        names += std::exchange(quality, 0);
+    if (narrow && names < namesLeastNarrow)
+        names += std::exchange(source, 0);
+    names = std::max(0.0, names);
+
+    const double title = std::floor(names * (narrow ? 0.58 : 0.46));
+    const double album = narrow ? 0 : std::floor(names * 0.24);
+    const double artist = names - title - album;
+    Layout result;
+    double x = coverRoom;
+    const auto next = [&x](double room, double after) {
+        const Column column{x, std::max(0.0, room - after)};
+        x += room;
+        return column;
+    };
+    result.title = next(title, gap);
+    result.artist = next(artist, gap);
+    result.album = next(album, gap);
+    result.time = next(timeRoom, gap);
+    result.quality = next(quality, gap);
+    result.source = next(source, gap);
+    result.status = next(status, 0);
+    return result;
+}
+
+void TrackColumns::setWidth(double width) {
+    if (m_width == width)
+        return;
+    m_width = width;
+    update();
+}
+
+void TrackColumns::setRoomy(bool roomy) {
+    if (m_roomy == roomy)
+        return;
+    m_roomy = roomy;
+    update();
+}
+
+void TrackColumns::update() {
+    // The content starts under a header card's cover and ends as far from the right.
+    static constexpr double inset = 2.0 * 2 * Tokens::Space::md;
+    m_layout = layout(m_width - inset, m_width, m_roomy);
+    Q_EMIT changed();
+}
+
+} // namespace zelk

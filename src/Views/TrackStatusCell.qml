@@ -1,0 +1,117 @@
+// How a track stands, and the one thing that can be done about it. All faces exist in every row: rows are used again,
+// and making a face anew costs more than keeping it.
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import zelk
+
+Item {
+    id: cell
+
+    required property TrackRowEntry entry
+    readonly property bool failed: cell.entry.face === TrackRowEntry.Failed
+    readonly property bool checking: cell.entry.face === TrackRowEntry.Checking
+
+    signal reviewed
+    signal retried
+
+    Row {
+        anchors.verticalCenter: parent.verticalCenter
+        visible: cell.failed || cell.entry.face === TrackRowEntry.Pill
+        spacing: Tokens.space.sm
+
+        StatusPill {
+            anchors.verticalCenter: parent.verticalCenter
+            text: cell.entry.statusText
+            symbol: cell.entry.statusSymbol
+            ink: Tokens.color.inks[cell.entry.statusInk]
+            maximumWidth: cell.failed ? cell.width - retry.width - Tokens.space.sm : cell.width
+        }
+
+        PushButton {
+            id: retry
+
+            objectName: "retryButton"
+            visible: cell.failed
+            small: true
+            focusPolicy: Qt.NoFocus
+            text: qsTr("Retry")
+            onClicked: cell.retried()
+        }
+    }
+
+    Row {
+        anchors.verticalCenter: parent.verticalCenter
+        visible: cell.checking || cell.entry.face === TrackRowEntry.Working
+        spacing: cell.checking ? Tokens.space.xs : Tokens.space.sm
+        Accessible.role: Accessible.StaticText
+        Accessible.name: cell.entry.statusLabel
+
+        Spinner {
+            id: spinner
+
+            anchors.verticalCenter: parent.verticalCenter
+            color: cell.checking ? Tokens.color.secondary : Tokens.color.accent
+        }
+
+        Row {
+            spacing: Tokens.space.xs
+
+            Symbol {
+                id: phase
+
+                anchors.verticalCenter: parent.verticalCenter
+                visible: !cell.checking
+                name: cell.entry.statusSymbol
+                size: Tokens.size.smallSymbol
+            }
+
+            TextLine {
+                readable: cell.entry.statusText !== cell.entry.statusLabel
+                width: Math.min(implicitWidth, cell.width - spinner.width - phase.width - Tokens.space.md)
+                color: Tokens.color.secondary
+                font: Tokens.font.caption
+                text: cell.entry.statusText
+            }
+        }
+    }
+
+    ProgressLine {
+        id: bar
+
+        anchors.verticalCenter: parent.verticalCenter
+        visible: cell.entry.face === TrackRowEntry.Downloading
+        width: Tokens.size.rowBar
+        label: cell.entry.statusLabel
+        value: cell.entry.fraction
+        valueText: cell.entry.percentText
+    }
+
+    TextLine {
+        id: detail
+
+        x: bar.width + Tokens.space.sm
+        anchors.verticalCenter: parent.verticalCenter
+        visible: bar.visible
+        width: cell.width - x
+        elide: Text.ElideNone
+        color: Tokens.color.secondary
+        font: Tokens.font.caption
+        text: bar.visible ? cell.entry.fittingDetail(width, detail.font) : ""
+    }
+
+    PushButton {
+        objectName: "reviewButton"
+        anchors.verticalCenter: parent.verticalCenter
+        visible: cell.entry.face === TrackRowEntry.Review
+        small: true
+        stroked: false
+        focusPolicy: Qt.NoFocus
+        fill: Tokens.color.orangeTint
+        ink: Tokens.color.orange
+        symbol: cell.entry.statusSymbol
+        text: cell.entry.statusText
+        label: cell.entry.statusLabel
+        onClicked: cell.reviewed()
+    }
+}

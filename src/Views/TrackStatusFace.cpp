@@ -1,0 +1,96 @@
+#include "Views/TrackStatusFace.h"
+
+#include "Styling/Format.h"
+#include "Transport/Tagged.h"
+
+#include <QCoreApplication>
+#include <QFontMetricsF>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace zelk {
+
+namespace {
+
+QString tr(const char *text) {
+    return QCoreApplication::translate("zelk", text);
+}
+
+TrackStatusFace pill(StatusRole role, const QString &text) {
+    return {TrackStatusFace::Kind::pill, text, text, Tokens::Status::symbol(role), Tokens::Status::color(role), 0};
+}
+
+TrackStatusFace working(const TrackModel &track, const TrackState::Working &state) {
+    if (state.phase == Phase::downloading) {
+        const QString percent = QString::number(Format::percent(track.downloadFraction())) + u'%';
+        return {TrackStatusFace::Kind::downloading,
+                track.progressDetail().value_or(percent),
+                tr("Downloading"),
+                {},
+                Ink::secondary,
+                track.downloadFraction()};
+    }
+    const QString name = Tokens::PhaseStyle::label(state.phase);
+    return {TrackStatusFace::Kind::working,
+            state.detail.value_or(name),
+            name,
+            Tokens::PhaseStyle::symbol(state.phase),
+            Ink::secondary,
+            0};
+}
+
+TrackStatusFace done(Finish status) {
+    switch (status) {
+    case Finish::ok:
+        return pill(StatusRole::done, tr("Done"));
+    case Finish::lowConfidence:
+        return pill(StatusRole::review, tr("Low confidence"));
+    case Finish::failed:
+        return pill(StatusRole::failed, tr("Failed"));
+    case Finish::skipped:
+        return pill(StatusRole::skipped, tr("Skipped"));
+    }
+    return {};
+}
+
+} // namespace
+
+TrackStatusFace trackStatusFace(const TrackModel &track) {
+    using Kind = TrackStatusFace::Kind;
+    return match(
+        track.state(), [](const TrackState::Queued &) { return pill(StatusRole::queued, tr("Queued")); },
+        [](const TrackState::CheckingDisk &) {
+            return TrackStatusFace{Kind::checking, tr("Checking disk"), tr("Checking disk"), {}, Ink::secondary, 0};
+        },
+        [](const TrackState::Present &) { return pill(StatusRole::present, tr("On disk")); },
+        [&track](const TrackState::Working &state) { return working(track, state); },
+        [](const TrackState::AwaitingReview &) {
+            return TrackStatusFace{Kind::review,       tr("Review"),
+                                   tr("Needs review"), Tokens::Status::symbol(StatusRole::review),
+                                   Ink::orange,        0};
+        },
+        [](const TrackState::Done &state) { return done(state.status); },
+        [](const TrackState::Failed &state) {
+            TrackStatusFace face = pill(StatusRole::failed, state.reason);
+            face.kind = Kind::failed;
+            return face;
+        });
+}
+
+QString fittingDetail(const QString &text, double width, const QFont &font) {
+    const QFontMetricsF metrics(font);
+    QStringList parts = text.split(u" · "_s);
+    while (parts.size() > 1) {
+        QString widest = parts.join(u" · "_s);
+        for (QChar &c : widest) {
+            if (c.isDigit())
+                c = u'4';
+        }
+        if (metrics.horizontalAdvance(widest) <= width)
+            break;
+        parts.removeLast();
+    }
+    return parts.join(u" · "_s);
+}
+
+} // namespace zelk

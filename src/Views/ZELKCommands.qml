@@ -1,0 +1,95 @@
+// The menu bar and the actions behind it, which the toolbar shares.
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import QtQuick.Templates as T
+import zelk
+
+T.MenuBar {
+    id: commands
+
+    required property CommandsLogic logic
+
+    readonly property T.Action sync: T.Action {
+        text: qsTr("Sync")
+        shortcut: "Ctrl+R"
+        enabled: commands.logic.canSync
+        onTriggered: commands.logic.sync()
+    }
+    readonly property T.Action cancel: T.Action {
+        text: qsTr("Cancel Sync")
+        shortcut: "Ctrl+."
+        enabled: commands.logic.running
+        onTriggered: commands.logic.cancel()
+    }
+    readonly property T.Action refresh: T.Action {
+        text: qsTr("Refresh Library")
+        shortcut: "Ctrl+Shift+R"
+        onTriggered: commands.logic.refreshLibrary()
+    }
+    readonly property T.Action review: T.Action {
+        text: qsTr("Review Matches")
+        shortcut: "Ctrl+Alt+R"
+        enabled: commands.logic.canReview
+        onTriggered: commands.logic.openReview()
+    }
+    readonly property T.Action quit: T.Action {
+        text: qsTr("Quit")
+        shortcut: "Ctrl+Q"
+        onTriggered: Qt.quit()
+    }
+
+    implicitHeight: Tokens.size.menuBar
+    implicitWidth: contentItem.implicitWidth
+    leftPadding: Tokens.space.xs
+
+    delegate: MenuHead {}
+
+    contentItem: Row {
+        Repeater {
+            model: commands.contentModel
+        }
+    }
+
+    background: Rectangle {
+        color: Tokens.color.window
+    }
+
+    MenuPanel {
+        title: qsTr("&File")
+
+        MenuEntry {
+            objectName: "menuSync"
+            action: commands.sync
+            keys: qsTr("Ctrl+R")
+        }
+
+        MenuEntry {
+            objectName: "menuCancelSync"
+            action: commands.cancel
+            keys: qsTr("Ctrl+.")
+        }
+
+        MenuEntry {
+            objectName: "menuRefreshLibrary"
+            action: commands.refresh
+            keys: qsTr("Ctrl+Shift+R")
+        }
+
+        MenuDivider {}
+
+        MenuEntry {
+            objectName: "menuReviewMatches"
+            action: commands.review
+            keys: qsTr("Ctrl+Alt+R")
+        }
+
+        MenuDivider {}
+
+        MenuEntry {
+            objectName: "menuQuit"
+            action: commands.quit
+            keys: qsTr("Ctrl+Q")
+        }
+    }
+}

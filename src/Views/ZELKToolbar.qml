@@ -1,0 +1,60 @@
+// The toolbar: what waits for review, and the one button that starts or cancels a run.
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import zelk
+
+Item {
+    id: toolbar
+
+    required property ZELKCommands commands
+    readonly property CommandsLogic logic: toolbar.commands.logic
+
+    implicitHeight: Tokens.size.toolbar
+
+    Row {
+        anchors.right: parent.right
+        anchors.rightMargin: Tokens.space.md
+        anchors.verticalCenter: parent.verticalCenter
+        spacing: Tokens.space.sm
+
+        PushButton {
+            objectName: "toolbarReview"
+            visible: toolbar.logic.canReview
+            action: toolbar.commands.review
+            stroked: false
+            fill: Tokens.color.orangeTint
+            ink: Tokens.color.orange
+            symbol: "exclamationmark.triangle.fill"
+            text: toolbar.logic.reviewText
+            hint: qsTr("Review low-confidence matches")
+        }
+
+        PushButton {
+            objectName: "toolbarCancel"
+            visible: toolbar.logic.running
+            action: toolbar.commands.cancel
+            stroked: false
+            fill: Tokens.color.redTint
+            ink: Tokens.color.red
+            symbol: "stop.fill"
+            hint: qsTr("Cancel the running sync (⌘.)")
+        }
+
+        PushButton {
+            objectName: "toolbarSync"
+            visible: !toolbar.logic.running
+            enabled: toolbar.logic.hasSelection
+            action: toolbar.commands.sync
+            symbol: "arrow.triangle.2.circlepath"
+            hint: qsTr("Sync the selected playlists (⌘R)")
+        }
+    }
+
+    Rectangle {
+        anchors.bottom: parent.bottom
+        width: parent.width
+        height: Tokens.size.hairline
+        color: Tokens.color.divider
+    }
+}

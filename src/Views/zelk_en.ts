@@ -1,0 +1,28 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="en">
+<context>
+    <name>zelk</name>
+    <message numerus="yes">
+        <source>%n playlist(s)</source>
+        <translation>
+            <numerusform>%n playlist</numerusform>
+            <numerusform>%n playlists</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n review(s)</source>
+        <translation>
+            <numerusform>%n review</numerusform>
+            <numerusform>%n reviews</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n track(s)</source>
+        <translation>
+            <numerusform>%n track</numerusform>
+            <numerusform>%n tracks</numerusform>
+        </translation>
+    </message>
+</context>
+</TS>

@@ -1,0 +1,107 @@
+#pragma once
+
+#include "App/AppModel.h"
+#include "Styling/TokensSingleton.h"
+#include "Support/ManualClock.h"
+#include "Support/MockHelperClient.h"
+#include "Support/SampleData.h"
+#include "Views/MainWindow.h"
+
+#include <QQuickItem>
+#include <QQuickWindow>
+#include <QTest>
+
+namespace zelk {
+
+// The main window over an engine that answers as it is told, and hands to use it with.
+class WindowBench {
+public:
+    explicit WindowBench(const std::vector<PlaylistDTO> &playlists = library())
+        : client(std::make_shared<MockHelperClient>(MockHelperClient::Responses{
+              {Method::getConfig,
+               JSONValue::object({{QStringLiteral("config"), toJSONValue(SampleData::sampleConfig())}})},
+              {Method::listPlaylists, toJSONValue(playlists)},
+              {Method::getPlaylistTracks, SampleData::previewTracksResult()},
+          })),
+          model(client, clock), window(model) {}
+
+    // Two playlists of each source; one of Apple Music's lies in a folder within a folder.
+    static std::vector<PlaylistDTO> library() {
+        const auto list = [](const char *id, PlaylistSourceId source, const char *name, bool isFolder,
+                             const char *parent, std::optional<qint64> count) {
+            PlaylistDTO playlist;
+            playlist.id = QString::fromUtf8(id);
+            playlist.source = source;
+            playlist.name = QString::fromUtf8(name);
+            playlist.isFolder = isFolder;
+            if (parent)
+                playlist.parentId = QString::fromUtf8(parent);
+            playlist.trackCount = count;
+            return playlist;
+        };
+        constexpr auto apple = PlaylistSourceId::apple;
+        constexpr auto spotify = PlaylistSourceId::spotify;
+        return {
+            list("gigs", apple, "Gigs 2025", true, nullptr, {}),
+            list("terrace", apple, "Terrace Sunset", false, "gigs", 42),
+            list("inner", apple, "Late", true, "gigs", {}),
+            list("lasthour", apple, "Last Hour", false, "inner", 18),
+            list("crates", apple, "Crates", true, nullptr, {}),
+            list("broken", apple, "Broken Beat Sketches", false, nullptr, 27),
+            list("peak", spotify, "Peak Time 132", false, nullptr, 64),
+            list("requests", spotify, "Requests", false, nullptr, 1),
+        };
+    }
+
+    void loadLibrary() {
+        startTask(&model, [this](const std::stop_token &) { return model.library()->refresh(); });
+        QTRY_VERIFY(!model.library()->playlists().empty());
+    }
+
+    // Everything visible under an item that answers to `wanted`.
+    template<class Wanted>
+    static QList<QQuickItem *> itemsOf(QQuickItem *root, const Wanted &wanted) {
+        QList<QQuickItem *> found;
+        if (!root->isVisible())
+            return found;
+        if (wanted(root))
+            found += root;
+        for (QQuickItem *child : root->childItems())
+            found += itemsOf(child, wanted);
+        return found;
+    }
+    QQuickItem *item(const char *objectName) const {
+        const QString name = QString::fromLatin1(objectName);
+        return itemsOf(content(), [&name](QQuickItem *each) { return each->objectName() == name; }).value(0);
+    }
+    QList<QQuickItem *> items(const char *objectName) const {
+        const QString name = QString::fromLatin1(objectName);
+        return itemsOf(content(), [&name](QQuickItem *each) { return each->objectName() == name; });
+    }
+    // The texts in view, top to bottom and left to right.
+    QStringList texts(QQuickItem *root = nullptr) const {
+        QList<QQuickItem *> shown = itemsOf(root ? root : content(), [](QQuickItem *each) {
+            return each->inherits("QQuickText") && !each->property("text").toString().isEmpty() && each->opacity() > 0;
+        });
+        QStringList result;
+        for (QQuickItem *each : shown)
+            result += each->property("text").toString();
+        return result;
+    }
+    bool shows(const QString &text) const { return texts().contains(text); }
+
+    QQuickItem *content() const { return window.window()->contentItem(); }
+    void click(QQuickItem *item, Qt::KeyboardModifiers modifiers = {}, Qt::MouseButton button = Qt::LeftButton) {
+        const QPointF middle = item->mapToScene(QPointF(item->width() / 2, item->height() / 2));
+        QTest::mouseClick(window.window(), button, modifiers, middle.toPoint());
+    }
+    void key(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) { QTest::keyClick(window.window(), key, modifiers); }
+    void route(const ServerEvent &event) { model.sync()->route(HelperEvent::server(event)); }
+
+    std::shared_ptr<ManualClock> clock = std::make_shared<ManualClock>();
+    std::shared_ptr<MockHelperClient> client;
+    AppModel model;
+    MainWindow window;
+};
+
+} // namespace zelk
