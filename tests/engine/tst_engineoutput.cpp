@@ -151,7 +151,7 @@ private Q_SLOTS:
         order.source = readAudio(home.collection(u"a.mp3"_s));
         order.target = home.output(u"/Ann - One.mp3"_s);
         Told told;
-        QVERIFY_EXCEPTION_THROWN(writeTrack(order, folder, told.hooks(), {}, ops), FileProblem);
+        QVERIFY_THROWS_EXCEPTION(FileProblem, writeTrack(order, folder, told.hooks(), {}, ops));
         QCOMPARE(told.commits, 1);
         QCOMPARE(told.rollbacks, 1);
         QVERIFY(home.outputFiles().isEmpty());
@@ -166,7 +166,7 @@ private Q_SLOTS:
         order.target = home.output(u"/Ann - One.mp3"_s);
         home.write(order.target, "mine");
         Told told;
-        QVERIFY_EXCEPTION_THROWN(writeTrack(order, folder, told.hooks(), {}), FileProblem);
+        QVERIFY_THROWS_EXCEPTION(FileProblem, writeTrack(order, folder, told.hooks(), {}));
         QCOMPARE(home.read(order.target), QByteArray("mine"));
         QCOMPARE(home.outputFiles().size(), 1);
     }
@@ -187,7 +187,7 @@ private Q_SLOTS:
                 stop.request_stop();
             }
         };
-        QVERIFY_EXCEPTION_THROWN(writeTrack(order, folder, hooks, stop.get_token()), Stopped);
+        QVERIFY_THROWS_EXCEPTION(Stopped, writeTrack(order, folder, hooks, stop.get_token()));
         QVERIFY(home.outputFiles().isEmpty());
     }
 

@@ -100,7 +100,7 @@ private Q_SLOTS:
         QDir().mkpath(paths.configFile); // a folder of that name
         ConfigStore store(paths, _warn);
         QCOMPARE(_warnings.size(), 1);
-        QVERIFY_EXCEPTION_THROWN(store.apply({}), FileProblem);
+        QVERIFY_THROWS_EXCEPTION(FileProblem, store.apply({}));
         QVERIFY(QFileInfo(paths.configFile).isDir());
     }
 
@@ -113,7 +113,7 @@ private Q_SLOTS:
         const EngineConfig before = store.current();
         ConfigPatch patch;
         patch.outputDir = u"/elsewhere"_s;
-        QVERIFY_EXCEPTION_THROWN(store.apply(patch), FileProblem);
+        QVERIFY_THROWS_EXCEPTION(FileProblem, store.apply(patch));
         QVERIFY(store.current() == before);
     }
 

@@ -1,0 +1,150 @@
+#include "engine/EngineHome.h"
+
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QTest>
+#include <QUrl>
+
+using namespace Qt::Literals::StringLiterals;
+using namespace zelk::engine::testing;
+
+namespace {
+
+QJsonObject summaryOf(const QList<QJsonObject> &events) {
+    return events.isEmpty() ? QJsonObject() : dataOf(events.last()).value("summary"_L1).toObject();
+}
+
+} // namespace
+
+/// What the user decides: about doubtful tracks, and about files that no playlist wants any more.
+class EngineReview : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void aDoubtfulTrackWaitsForADecision_data() {
+        QTest::addColumn<QString>("kind");
+        QTest::addColumn<bool>("restart");
+        QTest::newRow("accept") << u"accept"_s << false;
+        QTest::newRow("candidate") << u"candidate"_s << false;
+        QTest::newRow("skip") << u"skip"_s << false;
+        QTest::newRow("path") << u"url"_s << false;
+        QTest::newRow("accept after a restart") << u"accept"_s << true;
+    }
+
+    void aDoubtfulTrackWaitsForADecision() {
+        QFETCH(QString, kind);
+        QFETCH(bool, restart);
+        const EngineHome home;
+        home.addAudio(u"live.mp3"_s, u"Ines"_s, u"Slow Burn (Live)"_s);
+        home.addAudio(u"other/free.flac"_s, u"Somebody"_s, u"Something"_s);
+        home.addList(u"L.csv"_s, {u"Slow Burn|Ines|2"_s, u"Slow Burn|Ines|2"_s});
+        auto engine = std::make_unique<EngineChild>(home);
+        const QList<QJsonObject> events = engine->syncAll();
+        QCOMPARE(endings(events).values(), QStringList({u"review"_s, u"review"_s}));
+        QCOMPARE(summaryOf(events).value("flagged"_L1).toInt(), 2);
+        QCOMPARE(dataOf(named(events, u"playlistFinished"_s).first()).value("status"_L1).toString(),
+                 u"low-confidence"_s);
+        const QString runId = events.first().value("correlationId"_L1).toString();
+        const QJsonObject review = dataOf(named(events, u"needsReview"_s).first());
+        const QJsonObject candidate = review.value("candidates"_L1).toArray().first().toObject();
+        QCOMPARE(review.value("label"_L1).toString(), u"Ines - Slow Burn"_s);
+        QCOMPARE(candidate.value("reason"_L1).toString(), u"Another version: live"_s);
+        QCOMPARE(review.value("best"_L1).toObject().value("title"_L1).toString(), u"Slow Burn (Live)"_s);
+        if (restart) {
+            QCOMPARE(engine->finish(), 0);
+            engine = std::make_unique<EngineChild>(home);
+        }
+        QJsonObject decision{{u"kind"_s, kind}};
+        decision.insert(u"candidateId"_s, candidate.value("id"_L1));
+        decision.insert(u"url"_s, QUrl::fromLocalFile(home.collection(u"other/free.flac"_s)).toString());
+        engine->tell(u"reviewDecision"_s, {{u"trackId"_s, review.value("trackId"_L1)}, {u"decision"_s, decision}});
+        QStringList ends;
+        for (int i = 0; i < 2; ++i) {
+            const QJsonObject finished = engine->until(u"trackFinished"_s);
+            QCOMPARE(finished.value("correlationId"_L1).toString(), runId);
+            ends +=
+                (dataOf(finished).value("status"_L1).toString() + u' ' + dataOf(finished).value("kind"_L1).toString())
+                    .trimmed();
+        }
+        if (kind == "skip"_L1) {
+            QCOMPARE(ends, QStringList({u"skipped"_s, u"skipped"_s}));
+            QVERIFY(home.outputFiles().isEmpty());
+            QCOMPARE(endings(engine->syncAll()).values(), QStringList({u"skipped"_s, u"skipped"_s}));
+        } else {
+            QCOMPARE(ends, QStringList({u"ok downloaded"_s, u"ok verified"_s}));
+            QCOMPARE(home.outputFiles(),
+                     QStringList{kind == "url"_L1 ? u"Ines - Slow Burn.flac"_s : u"Ines - Slow Burn.mp3"_s});
+            QCOMPARE(endings(engine->syncAll()).values(), QStringList({u"present"_s, u"present"_s}));
+        }
+    }
+
+    void aDecisionThatCannotBeCarriedOutLeavesTheTrackWaiting() {
+        const EngineHome home;
+        home.addAudio(u"live.mp3"_s, u"Ines"_s, u"Slow Burn (Live)"_s);
+        home.addList(u"L.csv"_s, {u"Slow Burn|Ines|2"_s});
+        EngineChild engine(home);
+        const QJsonValue track = dataOf(named(engine.syncAll(), u"needsReview"_s).first()).value("trackId"_L1);
+        for (const QJsonObject &decision :
+             {QJsonObject{{u"kind"_s, u"candidate"_s}, {u"candidateId"_s, u"c-of-another"_s}},
+              QJsonObject{{u"kind"_s, u"url"_s}, {u"url"_s, u"/nowhere/at/all.mp3"_s}}}) {
+            engine.tell(u"reviewDecision"_s, {{u"trackId"_s, track}, {u"decision"_s, decision}});
+            QVERIFY(!dataOf(engine.until(u"error"_s)).value("message"_L1).toString().isEmpty());
+        }
+        engine.tell(u"reviewDecision"_s,
+                    {{u"trackId"_s, track}, {u"decision"_s, QJsonObject{{u"kind"_s, u"accept"_s}}}});
+        QCOMPARE(dataOf(engine.until(u"trackFinished"_s)).value("status"_L1).toString(), u"ok"_s);
+    }
+
+    void aSecondRunAsksAgainUnderTheSameName() {
+        const EngineHome home;
+        home.addAudio(u"live.mp3"_s, u"Ines"_s, u"Slow Burn (Live)"_s);
+        home.addList(u"L.csv"_s, {u"Slow Burn|Ines|2"_s});
+        EngineChild engine(home);
+        engine.syncAll();
+        const QJsonValue track = dataOf(named(engine.syncAll(), u"needsReview"_s).first()).value("trackId"_L1);
+        engine.tell(u"reviewDecision"_s,
+                    {{u"trackId"_s, track}, {u"decision"_s, QJsonObject{{u"kind"_s, u"accept"_s}}}});
+        engine.until(u"trackFinished"_s);
+        QCOMPARE(home.outputFiles(), QStringList{u"Ines - Slow Burn.mp3"_s});
+    }
+
+    void filesThatNoPlaylistWantsAreOfferedAndNothingElseIsTrashed() {
+        const EngineHome home;
+        home.addAudio(u"a.flac"_s, u"Ann"_s, u"One"_s);
+        home.addAudio(u"b.flac"_s, u"Ann"_s, u"Two"_s);
+        home.addAudio(u"c.flac"_s, u"Ann"_s, u"Three"_s);
+        home.addList(u"L.csv"_s, {u"One|Ann|2"_s, u"Two|Ann|2"_s, u"Three|Ann|2"_s});
+        home.addList(u"M.csv"_s, {u"Three|Ann|2"_s});
+        EngineChild engine(home);
+        QVERIFY(named(engine.syncAll(), u"orphansFound"_s).isEmpty());
+        home.addList(u"L.csv"_s, {u"Two|Ann|2"_s}); // "Three" is still in the other list
+        const QList<QJsonObject> events = engine.syncAll();
+        const QJsonArray orphan{home.output(u"/Ann - One.flac"_s)};
+        QCOMPARE(named(events, u"orphansFound"_s).size(), 1);
+        QCOMPARE(dataOf(named(events, u"orphansFound"_s).first()).value("paths"_L1).toArray(), orphan);
+        const QJsonObject refused = engine.call(
+            u"trashOrphans"_s, QJsonObject{{u"paths"_s, QJsonArray{orphan[0], home.output(u"/Ann - Two.flac"_s)}}});
+        QCOMPARE(refused.value("error"_L1).toObject().value("code"_L1).toString(), u"invalid_params"_s);
+        QCOMPARE(home.outputFiles().size(), 3);
+        QVERIFY(engine.call(u"trashOrphans"_s, QJsonObject{{u"paths"_s, orphan}}).value("ok"_L1).toBool());
+        QCOMPARE(home.outputFiles(), QStringList({u"Ann - Three.flac"_s, u"Ann - Two.flac"_s}));
+        QVERIFY(QFileInfo(home.path(u".local/share/Trash/files/Ann - One.flac"_s)).isFile());
+    }
+
+    void aListThatCannotBeReadKeepsItsFiles() {
+        const EngineHome home;
+        home.addAudio(u"a.flac"_s, u"Ann"_s, u"One"_s);
+        home.addList(u"L.csv"_s, {u"One|Ann|2"_s});
+        home.addList(u"M.csv"_s, {u"Other|Ann|2"_s});
+        EngineChild engine(home);
+        engine.syncAll();
+        home.write(home.playlists(u"L.csv"_s), {}); // as while an exporter writes it
+        const QJsonObject all{{u"selection"_s, QJsonArray()}};
+        QVERIFY(engine.call(u"listOrphans"_s, all).value("result"_L1).toObject().value("paths"_L1).toArray().isEmpty());
+        QVERIFY(QFile::rename(home.playlists({}), home.path(u"unmounted"_s)));
+        QVERIFY(engine.call(u"listOrphans"_s, all).value("result"_L1).toObject().value("paths"_L1).toArray().isEmpty());
+    }
+};
+
+QTEST_GUILESS_MAIN(EngineReview)
+#include "tst_enginereview.moc"
