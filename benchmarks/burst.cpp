@@ -71,7 +71,7 @@ int main(int argc, char **argv) {
     };
     AppModel model(launcher, clock);
     MainWindow window(model);
-    if (!window.show())
+    if (!window.window())
         return 2;
 
     QElapsedTimer sinceTick;
@@ -87,12 +87,10 @@ int main(int argc, char **argv) {
         if (model.sync()->phase() == SyncPhase::done)
             QCoreApplication::quit();
     });
-    QTimer::singleShot(1000, [&] {
-        sinceTick.start();
-        whole.start();
-        tick.start(16);
-        startTask(&model, [&](std::stop_token) { return model.start(); });
-    });
+    // The window starts the model by itself.
+    sinceTick.start();
+    whole.start();
+    tick.start(16);
     QGuiApplication::exec();
     std::sort(gaps.begin(), gaps.end());
     std::printf("burst of %d events into the open window: %.2f s\n", events, double(whole.nsecsElapsed()) / 1e9);
