@@ -148,7 +148,7 @@ private Q_SLOTS:
     void aRequestThatCantBeWrittenGivesNoLine() {
         ConfigPatch patch;
         patch.run = SafeConfig::Run{5, 4, std::numeric_limits<double>::infinity(), 30, 24};
-        QVERIFY_EXCEPTION_THROWN(Request::setConfig(patch).encodedLine(u"r1"_s), JSONError);
+        QVERIFY_THROWS_EXCEPTION(JSONError, Request::setConfig(patch).encodedLine(u"r1"_s));
     }
 
     void theEngineRefusesWhatIsNoRequest_data() {

@@ -105,7 +105,7 @@ private Q_SLOTS:
     }
     void whatIsNoJSONFailsToRead() {
         QFETCH(QByteArray, json);
-        QVERIFY_EXCEPTION_THROWN(JSONValue::parse(json), JSONError);
+        QVERIFY_THROWS_EXCEPTION(JSONError, JSONValue::parse(json));
     }
 
     void aNumberThatNothingHoldsIsUnsupported() {
@@ -158,8 +158,8 @@ private Q_SLOTS:
     void aNumberThatIsNotFiniteIsNeverWritten() {
         for (const double number : {std::numeric_limits<double>::quiet_NaN(), std::numeric_limits<double>::infinity(),
                                     -std::numeric_limits<double>::infinity()}) {
-            QVERIFY_EXCEPTION_THROWN(JSONValue::number(number).json(), JSONError);
-            QVERIFY_EXCEPTION_THROWN(JSONValue::parse("[]").array({JSONValue::number(number)}).json(), JSONError);
+            QVERIFY_THROWS_EXCEPTION(JSONError, JSONValue::number(number).json());
+            QVERIFY_THROWS_EXCEPTION(JSONError, JSONValue::array({JSONValue::number(number)}).json());
         }
     }
 
@@ -239,7 +239,7 @@ private Q_SLOTS:
         if (fits)
             QCOMPARE(double(readJSON<qint64>(JSONValue::number(number))), number);
         else
-            QVERIFY_EXCEPTION_THROWN(readJSON<qint64>(JSONValue::number(number)), JSONError);
+            QVERIFY_THROWS_EXCEPTION(JSONError, readJSON<qint64>(JSONValue::number(number)));
     }
 
     void aLibrarysOwnRecordIsReadAndWritten() {
@@ -308,7 +308,7 @@ private Q_SLOTS:
     }
 
     void noResultIsReadAsNull() {
-        QVERIFY_EXCEPTION_THROWN(readResult<OwnResult>(std::nullopt), JSONError);
+        QVERIFY_THROWS_EXCEPTION(JSONError, readResult<OwnResult>(std::nullopt));
         QCOMPARE(readResult<JSONValue>(std::nullopt), JSONValue::null);
         QCOMPARE(readResult<EmptyResult>(std::nullopt), EmptyResult());
     }

@@ -232,7 +232,7 @@ private Q_SLOTS:
     void aNumberThatIsNotFiniteIsNotWritten() {
         const ServerEvent event =
             Event::DownloadProgress{u"r"_s, u"t"_s, std::numeric_limits<double>::quiet_NaN(), {}, {}};
-        QVERIFY_EXCEPTION_THROWN(event.encodedLine(), JSONError);
+        QVERIFY_THROWS_EXCEPTION(JSONError, event.encodedLine());
     }
 
     void aClientsEventsAreEqualWhenTheySayTheSame() {
