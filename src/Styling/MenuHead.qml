@@ -1,4 +1,4 @@
-// The title of a menu in the menu bar.
+// The title of a menu in the menu bar. The title itself speaks for it: the control would call itself a menu bar.
 pragma ComponentBehavior: Bound
 
 import QtQuick
@@ -11,14 +11,14 @@ T.MenuBarItem {
     implicitWidth: contentItem.implicitWidth + 2 * Tokens.space.md
     implicitHeight: Tokens.size.menuBar
     font: Tokens.font.body
-    Accessible.name: head.text.replace("&", "")
-    Accessible.onPressAction: head.triggered()
+    Accessible.ignored: true
 
     contentItem: TextLine {
-        readable: false
         horizontalAlignment: Text.AlignHCenter
         text: head.text.replace("&", "")
         font: head.font
+        Accessible.role: Accessible.MenuItem
+        Accessible.onPressAction: head.triggered()
     }
 
     background: Rectangle {

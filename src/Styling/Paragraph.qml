@@ -14,4 +14,5 @@ Text {
     font: Tokens.font.body
     Accessible.role: Accessible.StaticText
     Accessible.name: paragraph.text
+    Accessible.ignored: paragraph.text === ""
 }

@@ -14,6 +14,8 @@ T.AbstractButton {
     property string label: button.text
     property bool small: false
     property bool stroked: true
+    // On a selected row a translucent fill needs a base, or its text is too faint.
+    property bool based: false
     property color fill: Tokens.color.button
     property color ink: Tokens.color.primary
 
@@ -40,10 +42,17 @@ T.AbstractButton {
     Keys.onEnterPressed: button.press()
 
     background: Rectangle {
-        color: button.fill
+        color: button.based ? Tokens.color.card : button.fill
         radius: button.small ? Tokens.radius.chip : Tokens.radius.control
         border.width: button.stroked ? Tokens.size.hairline : 0
         border.color: Tokens.color.buttonStroke
+
+        Rectangle {
+            anchors.fill: parent
+            radius: parent.radius
+            visible: button.based
+            color: button.fill
+        }
 
         Rectangle {
             anchors.fill: parent

@@ -150,6 +150,25 @@ void ListWindow::updatePolish() {
     retireOutside(first, last);
     for (int index = first; index <= last; ++index)
         show(index);
+    stackInOrder();
+}
+
+// Whoever walks the children, a screen reader above all, is to meet them from top to bottom.
+void ListWindow::stackInOrder() {
+    std::sort(m_shown.begin(), m_shown.end(),
+              [](const Delegate &a, const Delegate &b) { return a.entry->index() < b.entry->index(); });
+    const QList<QQuickItem *> children = childItems();
+    qsizetype before = -1;
+    for (std::size_t i = 0; i < m_shown.size(); ++i) {
+        const qsizetype at = children.indexOf(m_shown[i].item);
+        if (at < before)
+            break;
+        before = at;
+        if (i + 1 == m_shown.size())
+            return;
+    }
+    for (std::size_t i = 1; i < m_shown.size(); ++i)
+        m_shown[i].item->stackAfter(m_shown[i - 1].item);
 }
 
 void ListWindow::retireOutside(int first, int last) {

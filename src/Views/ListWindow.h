@@ -87,6 +87,7 @@ private:
     void retire(Delegates::iterator which);
     void retireOutside(int first, int last);
     void show(int index);
+    void stackInOrder();
     Delegate make(int kind, std::unique_ptr<ListEntry> entry);
     void place(Delegate &delegate);
     void contentChanged();

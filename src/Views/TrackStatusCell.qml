@@ -93,7 +93,8 @@ Item {
         x: bar.width + Tokens.space.sm
         anchors.verticalCenter: parent.verticalCenter
         visible: bar.visible
-        width: cell.width - x
+        // It may run as far as the row's own face does, beyond the column.
+        width: cell.width + Tokens.space.sm - x
         elide: Text.ElideNone
         color: Tokens.color.secondary
         font: Tokens.font.caption
@@ -106,6 +107,7 @@ Item {
         visible: cell.entry.face === TrackRowEntry.Review
         small: true
         stroked: false
+        based: cell.entry.underReview
         focusPolicy: Qt.NoFocus
         fill: Tokens.color.orangeTint
         ink: Tokens.color.orange
