@@ -71,7 +71,13 @@ public:
     void beginRequest(const Request &request, ReadResult read, QString typeName, std::chrono::nanoseconds timeout,
                       const std::shared_ptr<Call> &call) {
         call->id = takeId();
-        const QByteArray line = request.encodedLine(call->id) + '\n';
+        QByteArray line;
+        try {
+            line = request.encodedLine(call->id) + '\n';
+        } catch (...) {
+            call->done.fail(std::current_exception());
+            return;
+        }
 
         auto alarm = _clock->after(timeout, [self = weak_from_this(), id = call->id] {
             if (const auto core = self.lock())
@@ -95,7 +101,13 @@ public:
     }
 
     void beginNotify(const Request &request, const OneShotRef<void> &done) {
-        const QByteArray line = request.encodedLine(takeId()) + '\n';
+        QByteArray line;
+        try {
+            line = request.encodedLine(takeId()) + '\n';
+        } catch (...) {
+            done->fail(std::current_exception());
+            return;
+        }
         startTask(&_tasks, [process = _process, line, done](std::stop_token) -> QCoro::Task<> {
             try {
                 auto writing = process->write(line);
@@ -317,6 +329,8 @@ QCoro::Task<> HelperClient::notify(Request request) {
 
 QCoro::Task<> HelperClient::perform(Request request, ReadResult read, QString typeName,
                                     std::chrono::nanoseconds timeout, std::stop_token stop) {
+    if (stop.stop_requested())
+        throw Cancelled();
     const auto call = std::make_shared<Call>();
     const auto future = call->done.future();
     const auto core = Core::Weak(_core);

@@ -10,6 +10,8 @@
 #include <QPointer>
 #include <QTest>
 
+#include <limits>
+
 using namespace zelk;
 using namespace std::chrono_literals;
 
@@ -447,6 +449,29 @@ private Q_SLOTS:
         QCOMPARE(call->failureText(), QString::fromUtf8(Cancelled().what()));
         QCOMPARE(c.clock->pendingAlarms(), 0);
         QVERIFY(outcomeOf(c.client->send(Request::proxyInfo())).succeeded());
+    }
+
+    void aCallThatIsCancelledBeforehandSendsNothing() {
+        Connected c({"expect proxyInfo"_s, R"(send {"id":"%id%","ok":true})"_s, "drain"_s});
+        QVERIFY(c.start());
+        std::stop_source stop;
+        stop.request_stop();
+        QVERIFY(!outcomeOf(c.client->request<EmptyResult>(Request::testProxy(), 15s, stop.get_token())).succeeded());
+        QVERIFY(outcomeOf(c.client->send(Request::proxyInfo())).succeeded());
+        QCOMPARE(c.engine.lines().size(), 1);
+    }
+
+    void aRequestThatCannotBeWrittenFailsAndWritesNoLine() {
+        Connected c({"expect proxyInfo"_s, R"(send {"id":"%id%","ok":true})"_s, "drain"_s});
+        QVERIFY(c.start());
+        ConfigPatch patch;
+        patch.run.emplace();
+        patch.run->toleranceSec = std::numeric_limits<double>::quiet_NaN();
+        const auto refused = outcomeOf(c.client->send(Request::setConfig(patch)));
+        QVERIFY(refused.failure && !refused.failureText().isEmpty());
+        QVERIFY(!outcomeOf(c.client->notify(Request::setConfig(patch))).succeeded());
+        QVERIFY(outcomeOf(c.client->send(Request::proxyInfo())).succeeded());
+        QCOMPARE(c.engine.lines().size(), 1);
     }
 
     void theReleaseFailsWhatIsOpenAndEndsTheStream() {
