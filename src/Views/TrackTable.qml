@@ -13,6 +13,7 @@ MeasuredList {
         if (!table.logic.isRow(index))
             return;
         menu.row = index;
+        menu.offersReview = table.logic.needsReview(index);
         menu.popup(place);
     }
 
@@ -67,6 +68,7 @@ MeasuredList {
         id: menu
 
         property int row: -1
+        property bool offersReview: false
 
         MenuEntry {
             objectName: "menuRetry"
@@ -76,7 +78,7 @@ MeasuredList {
 
         MenuEntry {
             objectName: "menuReview"
-            visible: table.logic.needsReview(menu.row)
+            visible: menu.offersReview
             height: visible ? implicitHeight : 0
             text: qsTr("Review…")
             onTriggered: table.logic.review(menu.row)

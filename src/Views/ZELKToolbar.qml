@@ -42,10 +42,14 @@ Item {
         }
 
         PushButton {
+            id: syncButton
+
+            // Not bound to the action, which would make it as enabled as the menu's entry is.
             objectName: "toolbarSync"
             visible: !toolbar.logic.running
-            enabled: toolbar.logic.hasSelection
-            action: toolbar.commands.sync
+            enabled: toolbar.logic.hasSelection && toolbar.commands.sync.enabled
+            text: toolbar.commands.sync.text
+            onClicked: toolbar.commands.sync.trigger(syncButton)
             symbol: "arrow.triangle.2.circlepath"
             hint: qsTr("Sync the selected playlists (⌘R)")
         }

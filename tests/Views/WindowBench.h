@@ -9,6 +9,7 @@
 
 #include <QQuickItem>
 #include <QQuickWindow>
+#include <QSignalSpy>
 #include <QTest>
 
 namespace zelk {
@@ -91,7 +92,14 @@ public:
     bool shows(const QString &text) const { return texts().contains(text); }
 
     QQuickItem *content() const { return window.window()->contentItem(); }
+    // Lets everything that moved come to its place, as it has for whoever looks at the window.
+    void drawFrame() const {
+        QSignalSpy drawn(window.window(), &QQuickWindow::frameSwapped);
+        window.window()->update();
+        drawn.wait();
+    }
     void click(QQuickItem *item, Qt::KeyboardModifiers modifiers = {}, Qt::MouseButton button = Qt::LeftButton) {
+        drawFrame();
         const QPointF middle = item->mapToScene(QPointF(item->width() / 2, item->height() / 2));
         QTest::mouseClick(window.window(), button, modifiers, middle.toPoint());
     }
