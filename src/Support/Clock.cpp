@@ -14,6 +14,9 @@ QCoro::Task<> Clock::sleep(Duration duration, std::stop_token stop) {
     const auto alarm = after(duration, [end] { end->fulfil(); });
     const std::stop_callback onStop(stop, [end, cancelled] { end->fail(cancelled); });
     co_await future;
+    // The ring and the request to stop may both come before this thread's turn; who was told to stop has stopped.
+    if (stop.stop_requested())
+        throw Cancelled();
 }
 
 } // namespace zelk

@@ -156,7 +156,8 @@ private Q_SLOTS:
         const auto text = HelperError::helperMissing().errorDescription();
         QCOMPARE(stateOf(*bench.model), u"no client, not ready, "_s + text);
         QCOMPARE(bench.model->property("startupError").toString(), text);
-        QVERIFY(!bench.model->library() && !bench.model->preview() && !bench.model->settings());
+        QVERIFY(!bench.model->library() && !bench.model->preview() && !bench.model->settings() &&
+                !bench.model->orphans());
         QCOMPARE(bench.launches, 0);
         QCOMPARE(log.messages(u"app"_s), QStringList{u"startup failed: "_s + text});
         QVERIFY(log.entries().front().type == QtCriticalMsg);

@@ -154,6 +154,39 @@ private Q_SLOTS:
         QCOMPARE(clock->pendingAlarms(), 0);
     }
 
+    void aChangeThatMeetsTheEndOfThePauseStillSendsNothingOfTheOldSelection() {
+        store->update({a});
+        settle();
+        clock->advance(debounce);
+        QMetaObject::invokeMethod(
+            store.get(), [this] { store->update({b}); }, Qt::QueuedConnection);
+        settle();
+        QVERIFY(requested().isEmpty());
+        passDebounce();
+        QCOMPARE(requested(), QStringList{u"b"_s});
+    }
+
+    void aStoreThatGoesAsThePauseEndsSendsNothing() {
+        QObject other;
+        store->update({a});
+        settle();
+        clock->advance(debounce);
+        QMetaObject::invokeMethod(
+            &other, [this] { store.reset(); }, Qt::QueuedConnection);
+        settle();
+        QVERIFY(requested().isEmpty());
+    }
+
+    void anEmptySelectionOnceMoreRunsThroughAllTheStepsAgain() {
+        store->update({});
+        store->update({a});
+        QVERIFY(store->isLoading());
+        store->update({});
+        QVERIFY(!store->isLoading());
+        passDebounce();
+        QVERIFY(requested().isEmpty());
+    }
+
     void theSameSelectionOnceMoreChangesNothing() {
         load({a, b});
         QSignalSpy reset(store->groups(), &PlaylistGroups::groupsReset);
