@@ -68,8 +68,8 @@ void UnattendedRun::goOn() {
         giveUp(banner ? banner->message : u"The run was cut short."_s);
         break;
     case SyncPhase::preparing:
-        // A run that the engine refuses, or that has nothing to do, never leaves this phase; the banner says why.
-        if (banner)
+        // A run that the engine refuses never leaves this phase; the banner says why.
+        if (banner && banner->kind == SyncBanner::Kind::error)
             giveUp(banner->message);
         break;
     case SyncPhase::idle:
@@ -88,6 +88,12 @@ void UnattendedRun::begin() {
         all.insert(playlist.id);
         print(u"Playlist: %1 (%2)"_s.arg(playlist.name).arg(playlist.trackCount.value_or(0)));
     }
+    if (all.isEmpty()) {
+        giveUp(u"There are no playlists to sync."_s);
+        return;
+    }
+    // What was said before this run is no word about it.
+    _model.sync()->dismissBanner();
     _model.library()->setSelection(all);
     _model.selectionChanged();
     _model.startSync();
