@@ -85,19 +85,18 @@ public:
         });
         _pending.insert_or_assign(call->id, Pending{call, std::move(read), std::move(typeName), std::move(alarm)});
 
-        startTask(&_tasks,
-                  [self = weak_from_this(), process = _process, id = call->id, line](std::stop_token) -> QCoro::Task<> {
-                      std::exception_ptr failure;
-                      try {
-                          auto writing = process->write(line);
-                          co_await writing;
-                      } catch (...) {
-                          failure = std::current_exception();
-                      }
-                      const auto core = self.lock();
-                      if (core && failure)
-                          core->dropPending(id, failure);
-                  });
+        startTask(&_tasks, [self = weak_from_this(), id = call->id, line](std::stop_token) -> QCoro::Task<> {
+            std::exception_ptr failure;
+            try {
+                auto writing = write(self, line);
+                co_await writing;
+            } catch (...) {
+                failure = std::current_exception();
+            }
+            const auto core = self.lock();
+            if (core && failure)
+                core->dropPending(id, failure);
+        });
     }
 
     void beginNotify(const Request &request, const OneShotRef<void> &done) {
@@ -108,9 +107,9 @@ public:
             done->fail(std::current_exception());
             return;
         }
-        startTask(&_tasks, [process = _process, line, done](std::stop_token) -> QCoro::Task<> {
+        startTask(&_tasks, [self = weak_from_this(), line, done](std::stop_token) -> QCoro::Task<> {
             try {
-                auto writing = process->write(line);
+                auto writing = write(self, line);
                 co_await writing;
             } catch (...) {
                 done->fail(std::current_exception());
@@ -135,11 +134,24 @@ private:
 
     QString takeId() { return QStringLiteral("r%1").arg(++_nextId); }
 
+    // What waits for the supervisor keeps its own thread, on which it goes on, but neither the state nor the
+    // supervisor: the release of the client must reach them, since it is what ends a write that nobody reads.
+
+    static QCoro::Task<> write(Weak self, QByteArray line) {
+        Ref core = self.lock();
+        if (!core)
+            throw HelperError::helperUnavailable();
+        const auto thread = core->_executor.lock();
+        auto writing = core->_process->write(std::move(line));
+        core.reset();
+        co_await writing;
+    }
+
     static QCoro::Task<> launch(Weak self) {
         Ref core = self.lock();
         if (!core)
             co_return;
-        const auto process = core->_process;
+        const auto thread = core->_executor.lock();
         HelperProcess::OnTermination onTermination = [self, executor = core->_executor](const auto &termination) {
             if (const auto here = executor.lock())
                 here->post([self, termination] {
@@ -147,8 +159,8 @@ private:
                         alive->onTermination(termination);
                 });
         };
+        auto starting = core->_process->start(std::move(onTermination));
         core.reset();
-        auto starting = process->start(std::move(onTermination));
         auto chunks = co_await starting;
         core = self.lock();
         if (!core)
@@ -179,6 +191,9 @@ private:
     void route(QByteArrayView line, std::vector<HelperEvent> &events) {
         if (_decoder.parse(line)) {
             if (auto response = _decoder.response(); response && _pending.contains(response->id)) {
+                // What the engine said before its reply is on the stream before the caller hears of the reply.
+                _events.push(std::move(events));
+                events.clear();
                 complete(std::move(*response));
                 return;
             }
@@ -244,18 +259,21 @@ private:
         Ref core = self.lock();
         if (!core)
             co_return;
-        const auto process = core->_process;
+        const auto thread = core->_executor.lock();
         const auto clock = core->_clock;
         const auto logger = core->_logger;
+        auto asking = core->_process->registerCrashAndShouldRestart();
         core.reset();
-
-        auto asking = process->registerCrashAndShouldRestart();
         const bool goOn = co_await asking;
         if (!goOn) {
             finishEventsOf(self);
             co_return;
         }
-        auto delaying = process->nextBackoffDelay();
+        core = self.lock();
+        if (!core)
+            co_return;
+        auto delaying = core->_process->nextBackoffDelay();
+        core.reset();
         const auto delay = co_await delaying;
         logger.info(QStringLiteral("restarting helper in %1s").arg(inSeconds(delay), 0, 'f', 2));
         try {
@@ -308,9 +326,9 @@ EventReader HelperClient::events() const {
 }
 
 QCoro::Task<> HelperClient::start() {
-    const auto done = std::make_shared<OneShot<void>>(failureOf(HelperError::helperUnavailable()));
+    auto done = std::make_shared<OneShot<void>>(failureOf(HelperError::helperUnavailable()));
     const auto future = done->future();
-    _executor->post([core = Core::Weak(_core), done] {
+    _executor->post([core = Core::Weak(_core), done = std::move(done)] {
         if (const auto alive = core.lock())
             alive->start(done);
     });
@@ -318,9 +336,9 @@ QCoro::Task<> HelperClient::start() {
 }
 
 QCoro::Task<> HelperClient::notify(Request request) {
-    const auto done = std::make_shared<OneShot<void>>(failureOf(HelperError::helperUnavailable()));
+    auto done = std::make_shared<OneShot<void>>(failureOf(HelperError::helperUnavailable()));
     const auto future = done->future();
-    _executor->post([core = Core::Weak(_core), done, request = std::move(request)] {
+    _executor->post([core = Core::Weak(_core), done = std::move(done), request = std::move(request)] {
         if (const auto alive = core.lock())
             alive->beginNotify(request, done);
     });
@@ -331,19 +349,24 @@ QCoro::Task<> HelperClient::perform(Request request, ReadResult read, QString ty
                                     std::chrono::nanoseconds timeout, std::stop_token stop) {
     if (stop.stop_requested())
         throw Cancelled();
-    const auto call = std::make_shared<Call>();
+    // Only what was posted holds the call, so that it fails when that is released.
+    auto call = std::make_shared<Call>();
     const auto future = call->done.future();
     const auto core = Core::Weak(_core);
-    _executor->post([core, call, request = std::move(request), read = std::move(read), typeName, timeout]() mutable {
+    const std::weak_ptr<Call> posted = call;
+    _executor->post([core, call = std::move(call), request = std::move(request), read = std::move(read), typeName,
+                     timeout]() mutable {
         if (const auto alive = core.lock())
             alive->beginRequest(request, std::move(read), typeName, timeout, call);
     });
-    const std::stop_callback onStop(stop, [core, call, executor = std::weak_ptr(_executor)] {
+    const std::stop_callback onStop(stop, [core, posted, executor = std::weak_ptr(_executor)] {
         // Behind the job above, so that the id is known.
         if (const auto here = executor.lock())
-            here->post([core, call] {
-                if (const auto alive = core.lock())
-                    alive->dropPending(call->id, failureOf(Cancelled()));
+            here->post([core, posted] {
+                const auto alive = core.lock();
+                const auto open = posted.lock();
+                if (alive && open)
+                    alive->dropPending(open->id, failureOf(Cancelled()));
             });
     });
     co_await future;

@@ -17,24 +17,24 @@ QString standardized(const QString &path) {
 } // namespace
 
 QString locate(const Bundle &bundle, const QProcessEnvironment &environment) {
+    const QString &application = bundle.executablePath();
+    const auto isEngine = [&](const QString &path) {
+        const bool isApplication = !application.isEmpty() && standardized(path) == standardized(application);
+        return !isApplication && isExecutableFile(path);
+    };
+
     const QString given = environment.value(QStringLiteral("ZELK_HELPER_PATH"));
     if (!given.isEmpty()) {
         const QString path = QFileInfo(given).absoluteFilePath();
-        if (isExecutableFile(path))
+        if (isEngine(path))
             return path;
     }
-
     const QString bundled = bundle.path() + QStringLiteral("/Contents/Helpers/zelk");
-    if (isExecutableFile(bundled))
+    if (isEngine(bundled))
         return bundled;
-
     const auto auxiliary = bundle.auxiliaryExecutable(QStringLiteral("zelk"));
-    if (auxiliary) {
-        const QString &application = bundle.executablePath();
-        const bool isApplication = !application.isEmpty() && standardized(*auxiliary) == standardized(application);
-        if (!isApplication && isExecutableFile(*auxiliary))
-            return *auxiliary;
-    }
+    if (auxiliary && isEngine(*auxiliary))
+        return *auxiliary;
     throw HelperError::helperMissing();
 }
 

@@ -134,7 +134,7 @@ public:
 
 private:
     ChildProcess::Callbacks callbacks() {
-        // The pipes' callbacks hold the stream and the log, not this object; the child is a member and goes with it.
+        // The child is a member, and its callbacks go with it.
         return {.output = [this](const QByteArray &chunk) { _stdout->push(chunk); },
                 .outputEnded = [this] { _stdout->finish(); },
                 .error = [logger = _logger](const QByteArray &chunk) { logStandardError(logger, chunk); },
@@ -186,9 +186,9 @@ HelperProcess::~HelperProcess() {
 }
 
 QCoro::Task<HelperProcess::Chunks> HelperProcess::start(OnTermination onTermination) {
-    const auto started = std::make_shared<OneShot<std::optional<Chunks>>>(gone());
+    auto started = std::make_shared<OneShot<std::optional<Chunks>>>(gone());
     const auto future = started->future();
-    _executor->post([core = _core, started, onTermination = std::move(onTermination)]() mutable {
+    _executor->post([core = _core, started = std::move(started), onTermination = std::move(onTermination)]() mutable {
         try {
             started->fulfil(core->start(std::move(onTermination)));
         } catch (...) {

@@ -497,6 +497,45 @@ private Q_SLOTS:
         QTRY_VERIFY(big->failedWith(HelperError::requestTimedOut()));
         QTRY_VERIFY(behind->failedWith(HelperError::requestTimedOut()));
     }
+
+    void theReleaseReachesAnEngineThatDoesNotReadAndEndsEveryWait() {
+        Connected c({"stall"_s});
+        QVERIFY(c.start());
+        const auto big = c.request<EmptyResult>(Request::trashOrphans(QStringList(QString(10'000'000, u'x'))));
+        const auto notice = observe(&c, c.client->notify(Request::cancelSync()));
+        QTRY_COMPARE(c.clock->pendingAlarms(), 1);
+        QTest::qWait(20);
+        const std::weak_ptr<HelperProcess> supervisor = c.process;
+        c.process.reset();
+        c.client.reset();
+        QTRY_VERIFY(big->failedWith(HelperError::helperUnavailable()));
+        QTRY_VERIFY(notice->isOver() && !notice->succeeded());
+        QTRY_VERIFY(supervisor.expired());
+    }
+
+    void aReleaseRightAfterACallEndsTheCall() {
+        Connected c({"drain"_s});
+        const auto start = observe(&c, c.client->start());
+        const auto notice = observe(&c, c.client->notify(Request::cancelSync()));
+        const auto call = c.request<EmptyResult>(Request::testProxy());
+        c.client.reset();
+        QTRY_VERIFY(start->isOver() && notice->isOver() && call->isOver());
+    }
+
+    void whatTheEngineSaidBeforeItsReplyIsOnTheStreamBeforeTheReply() {
+        Connected c({"expect testProxy"_s,
+                     R"(raw {"event":"log","data":{"level":"info","message":"before"}}\n{"id":"%id%","ok":true}\n)"_s,
+                     "drain"_s});
+        QVERIFY(c.start());
+        QStringList seenAtReply;
+        startTask(&c, [&](std::stop_token) -> QCoro::Task<> {
+            auto asking = c.client->send(Request::testProxy());
+            co_await asking;
+            seenAtReply = c.events;
+        });
+        QTRY_VERIFY(!seenAtReply.isEmpty());
+        QCOMPARE(seenAtReply, (QStringList{"ready"_s, "before"_s}));
+    }
 };
 
 QTEST_GUILESS_MAIN(TestHelperClient)

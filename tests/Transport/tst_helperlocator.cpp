@@ -108,6 +108,14 @@ private Q_SLOTS:
             isMissing(Bundle(path(QStringLiteral("zelk.app")), path(QStringLiteral("zelk.app/Contents/Linux/real")))));
     }
 
+    void theApplicationIsNotTheEngineEvenWhereItIsNamedAsOne() {
+        const auto application = makeFile(QStringLiteral("zelk.app/Contents/Linux/zelk"));
+        QVERIFY(isMissing(bundle(), environment(application)));
+        QDir().mkpath(path(QStringLiteral("zelk.app/Contents/Helpers")));
+        QVERIFY(QFile::link(application, path(QStringLiteral("zelk.app/Contents/Helpers/zelk"))));
+        QVERIFY(isMissing(bundle()));
+    }
+
     void anAuxiliaryThatCannotBeExecutedIsNone() {
         makeFile(QStringLiteral("zelk.app/Contents/Linux/zelk"), false);
         QVERIFY(isMissing(
