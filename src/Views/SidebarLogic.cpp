@@ -1,5 +1,7 @@
 #include "Views/SidebarLogic.h"
 
+#include <QScopedValueRollback>
+
 #include "Styling/Tokens.h"
 #include "Support/Task.h"
 #include "Transport/Tagged.h"
@@ -94,15 +96,20 @@ void SidebarLogic::selectionChanged() {
     const QSet<QString> selection = m_library->selection();
     m_playlists.setSelection(selection);
     const QSet<QString> folders = SidebarTree::foldersOf(*m_library, selection);
+    // A library may list one id twice, as a folder and as what is in it: folders are replaced once.
+    if (folders.isEmpty() || m_isReplacing) {
+        m_model.selectionChanged();
+        return;
+    }
     const QSet<QString> expanded = SidebarTree::expandFolders(*m_library, selection);
-    // A library may list one id twice, as a folder and as what is in it; then there is nothing to replace.
-    if (folders.isEmpty() || expanded == selection) {
+    if (expanded == selection) {
         m_model.selectionChanged();
         return;
     }
     m_manualExpansion.unite(folders);
     rebuild();
     // Comes back here without a folder.
+    const QScopedValueRollback replacing(m_isReplacing, true);
     m_library->setSelection(expanded);
 }
 

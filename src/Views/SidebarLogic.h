@@ -60,6 +60,7 @@ private:
     Face m_face = Waiting;
     QString m_failure;
     QString m_searchText;
+    bool m_isReplacing = false;
     QSet<QString> m_manualExpansion;
     QString m_anchor; // where a selection by Shift begins
 };

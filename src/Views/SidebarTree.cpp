@@ -10,41 +10,51 @@ namespace zelk::SidebarTree {
 
 namespace {
 
-// A library whose entries contain themselves, by ids that repeat, must not trap a walk; no real tree is as deep.
-constexpr int deepest = 64;
+// A library may list an id more than once, and an entry may so contain itself. Each walk therefore goes into a folder's
+// id once: it ends, and in time.
+using Walked = QSet<QString>;
+
+bool isNew(Walked &walked, const QString &folderId) {
+    const auto before = walked.size();
+    walked.insert(folderId);
+    return walked.size() > before;
+}
 
 bool contains(const QString &name, const QString &query) {
     const QLocale locale;
     return locale.toLower(name).contains(locale.toLower(query));
 }
 
-bool matchesAt(const LibraryStore &library, const PlaylistDTO &playlist, const QString &query, int depth) {
+bool matchesAt(const LibraryStore &library, const PlaylistDTO &playlist, const QString &query, Walked &walked) {
     if (query.isEmpty() || contains(playlist.name, query))
         return true;
-    if (!playlist.isFolder || depth >= deepest)
+    if (!playlist.isFolder || !isNew(walked, playlist.id))
         return false;
     const auto children = library.children(playlist.id);
     return std::any_of(children.cbegin(), children.cend(),
-                       [&](const PlaylistDTO *child) { return matchesAt(library, *child, query, depth + 1); });
+                       [&](const PlaylistDTO *child) { return matchesAt(library, *child, query, walked); });
 }
 
 void walk(const LibraryStore &library, const std::vector<const PlaylistDTO *> &level, const QString &query,
-          const QSet<QString> &expansion, int depth, std::vector<Visible> &rows) {
+          const QSet<QString> &expansion, int depth, Walked &walked, std::vector<Visible> &rows) {
     for (const PlaylistDTO *playlist : level) {
         if (!matches(library, *playlist, query))
             continue;
         rows.push_back({playlist, depth});
-        if (playlist->isFolder && depth < deepest && (!query.isEmpty() || expansion.contains(playlist->id)))
-            walk(library, library.children(playlist->id), query, expansion, depth + 1, rows);
+        const bool isOpen = playlist->isFolder && (!query.isEmpty() || expansion.contains(playlist->id));
+        if (isOpen && isNew(walked, playlist->id))
+            walk(library, library.children(playlist->id), query, expansion, depth + 1, walked, rows);
     }
 }
 
-void collectLeaves(const LibraryStore &library, const QString &folderId, int depth, QSet<QString> &leaves) {
+void collectLeaves(const LibraryStore &library, const QString &folderId, Walked &walked, QSet<QString> &leaves) {
+    if (!isNew(walked, folderId))
+        return;
     for (const PlaylistDTO *child : library.children(folderId)) {
         if (!child->isFolder)
             leaves.insert(child->id);
-        else if (depth < deepest)
-            collectLeaves(library, child->id, depth + 1, leaves);
+        else
+            collectLeaves(library, child->id, walked, leaves);
     }
 }
 
@@ -104,7 +114,8 @@ int playlistCount(const LibraryStore &library, PlaylistSourceId source) {
 }
 
 bool matches(const LibraryStore &library, const PlaylistDTO &playlist, const QString &query) {
-    return matchesAt(library, playlist, query, 0);
+    Walked walked;
+    return matchesAt(library, playlist, query, walked);
 }
 
 std::vector<Visible> visibleRows(const LibraryStore &library, PlaylistSourceId source, const QString &query,
@@ -112,13 +123,15 @@ std::vector<Visible> visibleRows(const LibraryStore &library, PlaylistSourceId s
     std::vector<const PlaylistDTO *> roots = library.roots();
     std::erase_if(roots, [source](const PlaylistDTO *root) { return root->source != source; });
     std::vector<Visible> rows;
-    walk(library, roots, query, expansion, 0, rows);
+    Walked walked;
+    walk(library, roots, query, expansion, 0, walked, rows);
     return rows;
 }
 
 QSet<QString> descendantLeafIds(const LibraryStore &library, const QString &folderId) {
     QSet<QString> leaves;
-    collectLeaves(library, folderId, 0, leaves);
+    Walked walked;
+    collectLeaves(library, folderId, walked, leaves);
     return leaves;
 }
 

@@ -114,6 +114,26 @@ private Q_SLOTS:
         QVERIFY(!rows.empty() && rows.size() < 100);
     }
 
+    void idsThatRepeatCostNoWalkMoreThanOnce() {
+        // Two entries of each name below each of the level above: walked one by one, they are 2^40 paths.
+        std::vector<PlaylistDTO> entries{playlist("0", PlaylistSourceId::apple, true)};
+        for (int level = 1; level <= 40; ++level) {
+            for (int twin = 0; twin < 2; ++twin) {
+                PlaylistDTO entry = playlist("0", PlaylistSourceId::apple, true);
+                entry.id = QString::number(level);
+                entry.parentId = QString::number(level - 1);
+                entries.push_back(std::move(entry));
+            }
+        }
+        QSet<QString> all;
+        for (const auto &entry : entries)
+            all.insert(entry.id);
+        Library library(entries);
+        QVERIFY(!SidebarTree::matches(*library, library->playlists().front(), u"x"_s));
+        QVERIFY(SidebarTree::descendantLeafIds(*library, u"0"_s).isEmpty());
+        QVERIFY(SidebarTree::visibleRows(*library, PlaylistSourceId::apple, {}, all).size() <= entries.size());
+    }
+
 private:
     static Library tree() {
         constexpr auto apple = PlaylistSourceId::apple;
