@@ -4,20 +4,18 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import zelk
 
-SpinnerRing {
+Symbol {
     id: spinner
 
-    property int size: Tokens.size.spinner
+    readonly property bool turns: !Tokens.motion.reduced
 
-    width: spinner.size
-    height: spinner.size
-    color: Tokens.color.secondary
-    arc: !Tokens.motion.reduced
+    size: Tokens.size.spinner
+    name: spinner.turns ? "spinner" : "spinner.still"
 
     Timer {
         interval: Tokens.motion.spinnerStep
         repeat: true
-        running: spinner.visible && spinner.arc
+        running: spinner.visible && spinner.turns
         onTriggered: spinner.rotation += Tokens.motion.spinnerAngle
     }
 }

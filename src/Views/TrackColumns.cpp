@@ -37,10 +37,10 @@ TrackColumns::Layout TrackColumns::layout(double contentWidth, double detailWidt
     const double shared = contentWidth - coverRoom - timeRoom - status;
     double names = shared - quality - source;
     if (names < namesLeast) {
-        const double slack = qualityIdeal - qualityLeast + sourceIdeal - sourceLeast;
-        const double share = std::min(1.0, (namesLeast - names) / slack);
-        quality -= std::floor((qualityIdeal - qualityLeast) * share);
-        source -= std::floor((sourceIdeal - sourceLeast) * share);
+        // The source's names are the wider content, so quality gives five parts where the source gives four.
+        const double need = namesLeast - names;
+        quality -= std::min(qualityIdeal - qualityLeast, std::ceil(need * 5 / 9));
+        source -= std::min(sourceIdeal - sourceLeast, need - (qualityIdeal - quality));
         names = shared - quality - source;
     }
     if (narrow && names < namesLeastNarrow)

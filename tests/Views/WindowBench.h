@@ -14,6 +14,13 @@
 
 namespace zelk {
 
+// Lets what a model and a window have left behind come to its end: what ends a task needs a turn of the loop.
+inline void settleDown() {
+    for (int i = 0; i < 20; ++i)
+        QCoreApplication::processEvents();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
 // The main window over an engine that answers as it is told, and hands to use it with.
 class WindowBench {
 public:

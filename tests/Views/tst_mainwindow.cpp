@@ -49,6 +49,7 @@ class MainWindowTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    void cleanup() { settleDown(); }
     void initTestCase() { QAccessible::setActive(true); }
 
     // A view that warns is a view that is broken somewhere.

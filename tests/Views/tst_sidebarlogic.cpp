@@ -49,6 +49,8 @@ class SidebarLogicTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    void cleanup() { settleDown(); }
+
     void itWaitsWithoutALibrary() {
         AppModel model([]() -> AppModel::Engine { throw HelperError::helperMissing(); },
                        std::make_shared<ManualClock>());

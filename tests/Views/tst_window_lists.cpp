@@ -59,6 +59,7 @@ class WindowListsTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    void cleanup() { settleDown(); }
     void initTestCase() { QAccessible::setActive(true); }
     void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
 
