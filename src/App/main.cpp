@@ -45,6 +45,18 @@ AppModel::Launcher engineLauncher(const std::shared_ptr<Clock> &clock) {
     };
 }
 
+int run(const Arguments &arguments) {
+    const auto clock = std::make_shared<BootClock>();
+    AppModel model(engineLauncher(clock), clock);
+    const MainWindow window(model);
+    if (!window.window())
+        return EXIT_FAILURE;
+    std::optional<UnattendedRun> unattended;
+    if (arguments.unattended)
+        unattended.emplace(model, *window.window(), arguments.screenshot);
+    return QGuiApplication::exec();
+}
+
 } // namespace
 
 int main(int argc, char **argv) {
@@ -55,13 +67,8 @@ int main(int argc, char **argv) {
     QCoreApplication::setApplicationVersion(QStringLiteral(ZELK_VERSION));
     const auto arguments = readArguments();
 
-    const auto clock = std::make_shared<BootClock>();
-    AppModel model(engineLauncher(clock), clock);
-    MainWindow window(model);
-    if (!window.window())
-        return EXIT_FAILURE;
-    std::optional<UnattendedRun> unattended;
-    if (arguments.unattended)
-        unattended.emplace(model, *window.window(), arguments.screenshot);
-    return QGuiApplication::exec();
+    const int status = run(arguments);
+    // What was cancelled with the model ends on the next turn.
+    QCoreApplication::processEvents();
+    return status;
 }

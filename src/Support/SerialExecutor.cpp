@@ -126,9 +126,13 @@ public:
         }
         for (const auto &loop : loops)
             loop->quitBehindTheQueue();
+        // What is left behind still runs, so it is kept for as long as the process lives.
+        static auto *const leftBehind = new std::vector<std::shared_ptr<SerialExecutor::Loop>>;
         for (const auto &loop : loops) {
             if (loop->thread != QThread::currentThread() && loop->thread->wait(patienceAtExitMs))
                 delete loop->thread;
+            else
+                leftBehind->push_back(loop);
         }
     }
 
@@ -173,15 +177,16 @@ SerialExecutor::Ref SerialExecutor::make(const QString &name) {
 }
 
 SerialExecutor::Ref SerialExecutor::main() {
-    static const Ref executor = [] {
+    // Kept to the end of the process and beyond: what is released last may still post to it.
+    static const Ref *const executor = [] {
         auto loop = std::make_shared<Loop>();
-        Ref made(new SerialExecutor(loop));
+        const auto *made = new Ref(new SerialExecutor(loop));
         auto *runner = new Runner;
         runner->moveToThread(QCoreApplication::instance()->thread());
         loop->open(runner);
         return made;
     }();
-    return executor;
+    return *executor;
 }
 
 SerialExecutor::Ref SerialExecutor::current() {

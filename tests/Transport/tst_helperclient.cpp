@@ -93,6 +93,8 @@ class TestHelperClient : public QObject {
 
 private Q_SLOTS:
     void initTestCase() { prepareProcessSignals(); }
+    /// What was cancelled with the objects of a test ends on the next turn.
+    void cleanup() { QCoreApplication::processEvents(); }
 
     void repliesInReverseOrderBothComplete() {
         Connected c({"expect getPlaylistTracks A"_s, "expect testProxy B"_s, R"(send {"id":"%B%","ok":true})"_s,
