@@ -202,8 +202,7 @@ QCoro::Task<HelperProcess::Chunks> HelperProcess::start(OnTermination onTerminat
 QCoro::Task<> HelperProcess::write(QByteArray data) {
     const auto done = std::make_shared<OneShot<void>>(gone());
     const auto future = done->future();
-    _executor->post(
-        [core = _core, done, data = std::move(data)]() mutable { core->write(std::move(data), std::move(done)); });
+    _executor->post([core = _core, done, data = std::move(data)]() mutable { core->write(std::move(data), done); });
     co_await future;
 }
 
