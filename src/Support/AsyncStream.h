@@ -41,7 +41,10 @@ public:
         const std::unique_lock lock(_state->mutex);
         if (_state->finished)
             return;
-        _state->gathered.push_back(std::move(element));
+        auto &runs = _state->gathered;
+        if (runs.empty() || runs.back().size() >= runLength)
+            runs.emplace_back();
+        runs.back().push_back(std::move(element));
         _state->wake();
     }
 
@@ -50,11 +53,7 @@ public:
         const std::unique_lock lock(_state->mutex);
         if (_state->finished || elements.empty())
             return;
-        if (_state->gathered.empty())
-            _state->gathered.swap(elements);
-        else
-            _state->gathered.insert(_state->gathered.end(), std::move_iterator(elements.begin()),
-                                    std::move_iterator(elements.end()));
+        _state->gathered.push_back(std::move(elements));
         _state->wake();
     }
 
@@ -69,7 +68,7 @@ public:
 
 private:
     static constexpr std::chrono::milliseconds turn{8};
-    static constexpr std::size_t keptCapacity = 1024;
+    static constexpr std::size_t runLength = 256;
 
     struct Stopper {
         State *state;
@@ -81,13 +80,16 @@ private:
 
     struct State {
         std::mutex mutex; // guards the four below
-        std::vector<T> gathered;
+        // Elements stand in runs, as they were pushed: a backlog of any length is added to, handed over and released
+        // run by run, and nobody waits for the whole of it to move.
+        std::vector<std::vector<T>> gathered;
         bool finished = false;
         std::coroutine_handle<> waiter;
         SerialExecutor::Ref waiterExecutor;
 
         // The reader's own, untouched by writers.
-        std::vector<T> batch;
+        std::vector<std::vector<T>> batch;
+        std::size_t run = 0;
         std::size_t position = 0;
         std::chrono::steady_clock::time_point turnEnd;
         std::stop_token stop;
@@ -101,11 +103,21 @@ private:
             waiterExecutor.reset();
         }
 
+        /// Whether there is an element to hand out without a look at what has gathered.
+        bool hasNext() {
+            while (run < batch.size()) {
+                if (position < batch[run].size())
+                    return true;
+                std::vector<T>().swap(batch[run]);
+                ++run;
+                position = 0;
+            }
+            return false;
+        }
+
         bool refill() {
-            // The memory of a burst is given back, that of the daily traffic is used again.
-            if (batch.capacity() > keptCapacity)
-                std::vector<T>().swap(batch);
             batch.clear();
+            run = 0;
             position = 0;
             const std::unique_lock lock(mutex);
             batch.swap(gathered);
@@ -121,7 +133,7 @@ private:
         bool await_ready() const {
             if (_state->stop.stop_requested())
                 return true;
-            if (_state->position == _state->batch.size() && !_state->refill())
+            if (!_state->hasNext() && !_state->refill())
                 return false;
             return std::chrono::steady_clock::now() < _state->turnEnd;
         }
@@ -133,7 +145,7 @@ private:
                 _state->waiterExecutor = SerialExecutor::current();
                 Q_ASSERT_X(_state->waiterExecutor, "AsyncStream", "awaited on a thread without an executor");
                 _state->waiter = handle;
-                const bool hasMore = _state->position < _state->batch.size() || !_state->gathered.empty();
+                const bool hasMore = _state->hasNext() || !_state->gathered.empty();
                 if (hasMore || _state->finished) {
                     _state->wake();
                     return;
@@ -150,9 +162,9 @@ private:
             const auto now = std::chrono::steady_clock::now();
             if (now >= _state->turnEnd)
                 _state->turnEnd = now + turn;
-            if (_state->position == _state->batch.size() && !_state->refill())
+            if (!_state->hasNext() && !_state->refill())
                 return std::nullopt;
-            return std::move(_state->batch[_state->position++]);
+            return std::move(_state->batch[_state->run][_state->position++]);
         }
 
     private:
@@ -171,14 +183,11 @@ public:
 
         /// Everything that has gathered and was not handed out, without waiting. Only for the thread that reads.
         std::vector<T> takeGathered() const {
-            std::vector<T> rest(
-                std::move_iterator(_state->batch.begin() + static_cast<std::ptrdiff_t>(_state->position)),
-                std::move_iterator(_state->batch.end()));
-            if (_state->refill())
-                rest.insert(rest.end(), std::move_iterator(_state->batch.begin()),
-                            std::move_iterator(_state->batch.end()));
-            _state->batch.clear();
-            _state->position = 0;
+            std::vector<T> rest;
+            do {
+                while (_state->hasNext())
+                    rest.push_back(std::move(_state->batch[_state->run][_state->position++]));
+            } while (_state->refill());
             return rest;
         }
 
