@@ -200,9 +200,11 @@ QCoro::Task<HelperProcess::Chunks> HelperProcess::start(OnTermination onTerminat
 }
 
 QCoro::Task<> HelperProcess::write(QByteArray data) {
-    const auto done = std::make_shared<OneShot<void>>(gone());
+    auto done = std::make_shared<OneShot<void>>(gone());
     const auto future = done->future();
-    _executor->post([core = _core, done, data = std::move(data)]() mutable { core->write(std::move(data), done); });
+    _executor->post([core = _core, done = std::move(done), data = std::move(data)]() mutable {
+        core->write(std::move(data), std::move(done));
+    });
     co_await future;
 }
 
