@@ -5,7 +5,6 @@
 #include <QPointer>
 #include <QSet>
 
-#include <exception>
 #include <utility>
 
 namespace zelk {
@@ -20,7 +19,7 @@ ZELK_JSON_FIELDS(OrphansResult, paths)
 } // namespace
 
 OrphansStore::OrphansStore(std::shared_ptr<HelperClienting> client, QObject *parent)
-    : QObject(parent), _client(std::move(client)) {}
+    : EngineStore(std::move(client), parent) {}
 
 void OrphansStore::accumulate(const QStringList &paths) {
     QStringList all = _paths;
@@ -40,41 +39,20 @@ void OrphansStore::reset() {
 }
 
 QCoro::Task<> OrphansStore::listOrphans(std::vector<PlaylistSelection> selection) {
-    const QPointer<OrphansStore> self(this);
-    QStringList paths;
-    std::exception_ptr failure;
-    try {
-        auto asking = requestInEitherShape(_client, Request::listOrphans(std::move(selection)), &OrphansResult::paths,
-                                           _lifetime.token());
-        paths = co_await asking;
-    } catch (...) {
-        failure = std::current_exception();
-    }
-    if (!self)
+    auto asking = orLastError(
+        requestInEitherShape(client(), Request::listOrphans(std::move(selection)), &OrphansResult::paths, lifetime()));
+    auto paths = co_await asking;
+    if (!paths)
         co_return;
-    if (failure) {
-        setLastError(describe(failure));
-        co_return;
-    }
-    set(std::move(paths), false);
+    set(std::move(*paths), false);
     setLastError(std::nullopt);
 }
 
 QCoro::Task<> OrphansStore::trash(QStringList paths) {
-    const QPointer<OrphansStore> self(this);
-    std::exception_ptr failure;
-    try {
-        auto sending = _client->send(Request::trashOrphans(paths), HelperClienting::standardTimeout, _lifetime.token());
-        co_await sending;
-    } catch (...) {
-        failure = std::current_exception();
-    }
-    if (!self)
+    auto sending = sendOrLastError(Request::trashOrphans(paths));
+    const bool taken = co_await sending;
+    if (!taken)
         co_return;
-    if (failure) {
-        setLastError(describe(failure));
-        co_return;
-    }
     const QSet<QString> victims(paths.cbegin(), paths.cend());
     QStringList rest = _paths;
     rest.removeIf([&](const QString &path) { return victims.contains(path); });
@@ -103,13 +81,6 @@ void OrphansStore::set(QStringList paths, bool dismissed) {
         Q_EMIT dismissedChanged();
     if (hadOrphans != hasOrphans())
         Q_EMIT hasOrphansChanged();
-}
-
-void OrphansStore::setLastError(std::optional<QString> text) {
-    if (text == _lastError)
-        return;
-    _lastError = std::move(text);
-    Q_EMIT lastErrorChanged();
 }
 
 } // namespace zelk

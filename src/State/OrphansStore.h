@@ -1,19 +1,14 @@
 #pragma once
 
-#include "Support/Task.h"
-#include "Transport/HelperClienting.h"
+#include "State/EngineStore.h"
 
-#include <QObject>
 #include <QStringList>
-
-#include <memory>
-#include <optional>
 
 namespace zelk {
 
 /// Files of the library that no selected playlist holds any more. The engine finds them and moves them to the Trash;
 /// this store never touches the file system.
-class OrphansStore final : public QObject {
+class OrphansStore final : public EngineStore {
     Q_OBJECT
     /// In the order of their discovery, without repeats.
     Q_PROPERTY(QStringList paths READ paths NOTIFY pathsChanged)
@@ -21,8 +16,6 @@ class OrphansStore final : public QObject {
     Q_PROPERTY(bool dismissed READ dismissed WRITE setDismissed NOTIFY dismissedChanged)
     /// There are some, and the user has not waved them away.
     Q_PROPERTY(bool hasOrphans READ hasOrphans NOTIFY hasOrphansChanged)
-    /// Empty when there is none.
-    Q_PROPERTY(QString lastError READ lastErrorText NOTIFY lastErrorChanged)
 
 public:
     explicit OrphansStore(std::shared_ptr<HelperClienting> client, QObject *parent = nullptr);
@@ -30,7 +23,6 @@ public:
     const QStringList &paths() const { return _paths; }
     bool dismissed() const { return _dismissed; }
     bool hasOrphans() const { return !_paths.isEmpty() && !_dismissed; }
-    const std::optional<QString> &lastError() const { return _lastError; }
     void setDismissed(bool dismissed);
 
     /// Adds those that are not known yet. A dismissal stays.
@@ -47,18 +39,12 @@ Q_SIGNALS:
     void pathsChanged();
     void dismissedChanged();
     void hasOrphansChanged();
-    void lastErrorChanged();
 
 private:
-    QString lastErrorText() const { return _lastError.value_or(QString()); }
     void set(QStringList paths, bool dismissed);
-    void setLastError(std::optional<QString> text);
 
-    const std::shared_ptr<HelperClienting> _client;
     QStringList _paths;
     bool _dismissed = false;
-    std::optional<QString> _lastError;
-    TaskScope _lifetime;
 };
 
 } // namespace zelk

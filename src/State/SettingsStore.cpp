@@ -2,8 +2,6 @@
 
 #include "State/EitherShape.h"
 
-#include <QPointer>
-
 #include <exception>
 #include <utility>
 
@@ -16,33 +14,88 @@ struct ConfigResult {
 };
 ZELK_JSON_FIELDS(ConfigResult, config)
 
+struct ProxyInfoResult {
+    bool ok = false;
+    qint64 nodeCount = 0;
+};
+ZELK_JSON_FIELDS(ProxyInfoResult, ok, nodeCount)
+
+struct TestProxyResult {
+    bool ok = false;
+    std::optional<QString> detail;
+};
+ZELK_JSON_FIELDS(TestProxyResult, ok, detail)
+
 } // namespace
 
 SettingsStore::SettingsStore(std::shared_ptr<HelperClienting> client, QObject *parent)
-    : QObject(parent), _client(std::move(client)) {}
+    : EngineStore(std::move(client), parent) {}
 
 std::optional<QString> SettingsStore::effectiveSpotifyClientId() const {
     return _config ? _config->effectiveSpotifyClientId : std::nullopt;
 }
 
 QCoro::Task<> SettingsStore::refresh() {
-    const QPointer<SettingsStore> self(this);
-    SafeConfig config;
-    std::exception_ptr failure;
-    try {
-        auto asking = requestInEitherShape(_client, Request::getConfig(), &ConfigResult::config, _lifetime.token());
-        config = co_await asking;
-    } catch (...) {
-        failure = std::current_exception();
-    }
-    if (!self)
+    auto asking = orLastError(requestInEitherShape(client(), Request::getConfig(), &ConfigResult::config, lifetime()));
+    auto config = co_await asking;
+    if (!config)
         co_return;
-    if (failure) {
-        setLastError(describe(failure));
-        co_return;
-    }
-    setConfig(std::move(config));
+    setConfig(std::move(*config));
     setLastError(std::nullopt);
+}
+
+QCoro::Task<> SettingsStore::apply(ConfigPatch patch) {
+    return change(Request::setConfig(std::move(patch)));
+}
+
+QCoro::Task<> SettingsStore::setProxyEnabled(bool enabled) {
+    ConfigPatch patch;
+    patch.proxyEnabled = enabled;
+    return apply(std::move(patch));
+}
+
+QCoro::Task<> SettingsStore::setProxySubscription(QString url) {
+    return change(Request::storeAccountToken(AccountService::proxy, std::move(url)));
+}
+
+QCoro::Task<> SettingsStore::disconnectProxy() {
+    return change(Request::disconnectAccount(AccountService::proxy));
+}
+
+QCoro::Task<> SettingsStore::change(Request request) {
+    auto sending = sendOrLastError(std::move(request));
+    const bool taken = co_await sending;
+    if (!taken)
+        co_return;
+    auto refreshing = refresh();
+    co_await refreshing;
+}
+
+QCoro::Task<std::optional<qint64>> SettingsStore::proxyNodeCount() {
+    try {
+        auto asking =
+            client()->request<ProxyInfoResult>(Request::proxyInfo(), HelperClienting::standardTimeout, lifetime());
+        const auto info = co_await asking;
+        if (info.ok)
+            co_return info.nodeCount;
+    } catch (const std::exception &) {
+        // No count is all that is shown of it.
+    }
+    co_return std::nullopt;
+}
+
+QCoro::Task<SettingsStore::ProxyTest> SettingsStore::testProxy() {
+    ProxyTest test;
+    try {
+        auto asking =
+            client()->request<TestProxyResult>(Request::testProxy(), HelperClienting::standardTimeout, lifetime());
+        const auto result = co_await asking;
+        test.ok = result.ok;
+        test.detail = result.detail;
+    } catch (const std::exception &failure) {
+        test.detail = describe(failure);
+    }
+    co_return test;
 }
 
 void SettingsStore::setConfig(SafeConfig config) {
@@ -50,13 +103,6 @@ void SettingsStore::setConfig(SafeConfig config) {
         return;
     _config = std::move(config);
     Q_EMIT configChanged();
-}
-
-void SettingsStore::setLastError(std::optional<QString> text) {
-    if (text == _lastError)
-        return;
-    _lastError = std::move(text);
-    Q_EMIT lastErrorChanged();
 }
 
 } // namespace zelk

@@ -6,6 +6,8 @@
 #include <QSignalSpy>
 #include <QTest>
 
+#include <stdexcept>
+
 using namespace zelk;
 using namespace Qt::Literals::StringLiterals;
 
@@ -134,11 +136,161 @@ private Q_SLOTS:
         QCOMPARE(store->config(), std::optional(other));
     }
 
+    void aPatchIsSentAndReadBack() {
+        ConfigPatch patch;
+        patch.outputDir = u"~/Music/Elsewhere"_s;
+        auto after = SampleData::sampleConfig();
+        after.outputDir = patch.outputDir;
+        client->reply(Method::setConfig, "null");
+        client->reply(Method::getConfig, wrapped(after));
+        QVERIFY(outcomeOf(store->apply(patch)).succeeded());
+        QCOMPARE(client->sent(), (std::vector{Request::setConfig(patch), Request::getConfig()}));
+        QCOMPARE(client->timeouts().front(), std::chrono::nanoseconds(std::chrono::seconds(15)));
+        QCOMPARE(store->config(), std::optional(after));
+    }
+
+    void aRejectedPatchShowsTheEnginesWordsAndTheOldValue() {
+        client->reply(Method::getConfig, wrapped(SampleData::sampleConfig()));
+        QVERIFY(outcomeOf(store->refresh()).succeeded());
+        client->fail(Method::setConfig, HelperError::engineError(u"invalid_params"_s, u"No such folder."_s));
+        QVERIFY(outcomeOf(store->apply({})).succeeded());
+        QCOMPARE(store->lastError(), std::optional(u"No such folder."_s));
+        QCOMPARE(store->config(), std::optional(SampleData::sampleConfig()));
+        QCOMPARE(client->sentCount(Method::getConfig), 1);
+
+        client->reply(Method::getConfig, wrapped(SampleData::sampleConfig()));
+        QVERIFY(outcomeOf(store->refresh()).succeeded());
+        QVERIFY(!store->lastError());
+    }
+
+    void anotherFailureIsShownInItsPlainWords() {
+        client->failWith(Method::setConfig, std::make_exception_ptr(std::runtime_error("out of luck")));
+        QVERIFY(outcomeOf(store->apply({})).succeeded());
+        QCOMPARE(store->lastError(), std::optional(u"out of luck"_s));
+    }
+
+    void theTunnelIsSwitchedByAPatchOfNothingElse() {
+        client->reply(Method::setConfig, "null");
+        client->reply(Method::getConfig, wrapped(SampleData::sampleConfig()));
+        QVERIFY(outcomeOf(store->setProxyEnabled(true)).succeeded());
+        ConfigPatch expected;
+        expected.proxyEnabled = true;
+        QCOMPARE(client->sent(), (std::vector{Request::setConfig(expected), Request::getConfig()}));
+    }
+
+    void accountCallsOfTheTunnelReadBackOnlyWhatTheEngineTook_data() {
+        QTest::addColumn<bool>("connects");
+        QTest::addColumn<bool>("taken");
+        for (const bool connects : {true, false}) {
+            for (const bool taken : {true, false})
+                QTest::addRow("%s, %s", connects ? "subscribe" : "disconnect", taken ? "taken" : "refused")
+                    << connects << taken;
+        }
+    }
+
+    void accountCallsOfTheTunnelReadBackOnlyWhatTheEngineTook() {
+        QFETCH(bool, connects);
+        QFETCH(bool, taken);
+        const auto method = connects ? Method::storeAccountToken : Method::disconnectAccount;
+        if (taken) {
+            client->reply(method, "null");
+            client->reply(Method::getConfig, wrapped(SampleData::sampleConfig()));
+        } else {
+            client->fail(method, HelperError::requestTimedOut());
+        }
+        const QString link = u"https://tunnel.example/sub"_s;
+        QVERIFY(outcomeOf(connects ? store->setProxySubscription(link) : store->disconnectProxy()).succeeded());
+        QCOMPARE(client->sent().front(), connects ? Request::storeAccountToken(AccountService::proxy, link)
+                                                  : Request::disconnectAccount(AccountService::proxy));
+        QCOMPARE(client->timeouts().front(), std::chrono::nanoseconds(std::chrono::seconds(15)));
+        QCOMPARE(client->sentCount(Method::getConfig), taken ? 1 : 0);
+        QCOMPARE(store->lastError().has_value(), !taken);
+        QCOMPARE(store->config().has_value(), taken);
+    }
+
+    void onlyAnInfoThatIsOkGivesACount_data() {
+        QTest::addColumn<QByteArray>("info");
+        QTest::addColumn<std::optional<qint64>>("count");
+        QTest::newRow("ok") << QByteArray(R"({"ok":true,"nodeCount":7})") << std::optional<qint64>(7);
+        QTest::newRow("not ok") << QByteArray(R"({"ok":false,"nodeCount":7})") << std::optional<qint64>();
+        QTest::newRow("without a count") << QByteArray(R"({"ok":true})") << std::optional<qint64>();
+        QTest::newRow("no reply") << QByteArray() << std::optional<qint64>();
+    }
+
+    void onlyAnInfoThatIsOkGivesACount() {
+        QFETCH(QByteArray, info);
+        QFETCH(std::optional<qint64>, count);
+        if (info.isEmpty())
+            client->fail(Method::proxyInfo, HelperError::helperCrashed());
+        else
+            client->reply(Method::proxyInfo, info);
+        const auto outcome = outcomeOf(store->proxyNodeCount());
+        QVERIFY(outcome.value);
+        QCOMPARE(*outcome.value, count);
+        QCOMPARE(client->sent(), std::vector{Request::proxyInfo()});
+        QVERIFY(!store->lastError());
+    }
+
+    void aTestOfTheTunnelTellsItsResult_data() {
+        QTest::addColumn<QByteArray>("reply");
+        QTest::addColumn<bool>("ok");
+        QTest::addColumn<std::optional<QString>>("detail");
+        QTest::newRow("works") << QByteArray(R"({"ok":true,"detail":"Berlin"})") << true << std::optional(u"Berlin"_s);
+        QTest::newRow("fails") << QByteArray(R"({"ok":false})") << false << std::optional<QString>();
+        QTest::newRow("engine restarts") << QByteArray() << false
+                                         << std::optional(HelperError::helperCrashed().errorDescription());
+    }
+
+    void aTestOfTheTunnelTellsItsResult() {
+        QFETCH(QByteArray, reply);
+        QFETCH(bool, ok);
+        QFETCH(std::optional<QString>, detail);
+        if (reply.isEmpty())
+            client->fail(Method::testProxy, HelperError::helperCrashed());
+        else
+            client->reply(Method::testProxy, reply);
+        const auto outcome = outcomeOf(store->testProxy());
+        QVERIFY(outcome.value);
+        QCOMPARE(outcome.value->ok, ok);
+        QCOMPARE(outcome.value->detail, detail);
+        QCOMPARE(client->sent(), std::vector{Request::testProxy()});
+        QVERIFY(!store->lastError());
+    }
+
+    void aTestOfTheTunnelLeavesAnEarlierFailureStanding() {
+        client->fail(Method::setConfig, HelperError::requestTimedOut());
+        QVERIFY(outcomeOf(store->apply({})).succeeded());
+        client->reply(Method::testProxy, R"({"ok":true})");
+        QVERIFY(outcomeOf(store->testProxy()).succeeded());
+        client->reply(Method::proxyInfo, R"({"ok":true,"nodeCount":1})");
+        QVERIFY(outcomeOf(store->proxyNodeCount()).succeeded());
+        QCOMPARE(store->lastError(), std::optional(HelperError::requestTimedOut().errorDescription()));
+    }
+
+    void aStoreThatGoesWhileItWaitsDisturbsNothing_data() {
+        QTest::addColumn<int>("call");
+        QTest::newRow("refresh") << 0;
+        QTest::newRow("apply") << 1;
+        QTest::newRow("proxyNodeCount") << 2;
+        QTest::newRow("testProxy") << 3;
+    }
+
     void aStoreThatGoesWhileItWaitsDisturbsNothing() {
-        const auto refreshing = observe(this, store->refresh());
-        QTRY_COMPARE(client->held(), 1);
-        store.reset();
-        QTRY_VERIFY(refreshing->isOver());
+        QFETCH(int, call);
+        const auto follow = [&](auto task) {
+            const auto outcome = observe(this, std::move(task));
+            QTRY_COMPARE(client->held(), 1);
+            store.reset();
+            QTRY_VERIFY(outcome->isOver());
+        };
+        if (call == 0)
+            follow(store->refresh());
+        else if (call == 1)
+            follow(store->apply({}));
+        else if (call == 2)
+            follow(store->proxyNodeCount());
+        else
+            follow(store->testProxy());
     }
 };
 
