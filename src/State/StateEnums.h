@@ -14,10 +14,15 @@ Q_ENUM_NS(SyncPhase)
 enum class StatusRole { queued, working, review, done, failed, skipped, present };
 Q_ENUM_NS(StatusRole)
 
+/// How the installation of the outside tools stands.
+enum class ProvisioningPhase { idle, running, ready, failed };
+Q_ENUM_NS(ProvisioningPhase)
+
 } // namespace zelk::StateEnums
 
 namespace zelk {
 
+using StateEnums::ProvisioningPhase;
 using StateEnums::StatusRole;
 using StateEnums::SyncPhase;
 
