@@ -69,7 +69,7 @@ int main(int argc, char **argv) {
         const auto client = std::make_shared<HelperClient>(process, clock);
         return AppModel::Engine{.client = client, .start = [client] { return client->start(); }};
     };
-    AppModel model(launcher, clock);
+    AppModel model(launcher, {.clock = clock, .defaults = UserDefaults::standard()});
     MainWindow window(model);
     if (!window.window())
         return 2;

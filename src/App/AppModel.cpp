@@ -14,13 +14,14 @@ constexpr std::chrono::milliseconds previewDebounce{250};
 
 } // namespace
 
-AppModel::AppModel(Launcher launcher, std::shared_ptr<Clock> clock, QObject *parent)
-    : QObject(parent), _launcher(std::move(launcher)), _clock(std::move(clock)), _sync(new SyncStore(this)) {
+AppModel::AppModel(Launcher launcher, Surroundings surroundings, QObject *parent)
+    : QObject(parent), _launcher(std::move(launcher)), _surroundings(std::move(surroundings)),
+      _sync(new SyncStore(this)) {
     followFocusedReview();
 }
 
-AppModel::AppModel(std::shared_ptr<HelperClienting> client, std::shared_ptr<Clock> clock, QObject *parent)
-    : AppModel(Launcher(), std::move(clock), parent) {
+AppModel::AppModel(std::shared_ptr<HelperClienting> client, Surroundings surroundings, QObject *parent)
+    : AppModel(Launcher(), std::move(surroundings), parent) {
     attach(std::move(client));
 }
 
@@ -69,12 +70,16 @@ void AppModel::attach(std::shared_ptr<HelperClienting> client) {
     Q_EMIT clientChanged();
     _library = new LibraryStore(_client, this);
     Q_EMIT libraryChanged();
-    _preview = new PreviewStore(_client, _clock, previewDebounce, this);
+    _preview = new PreviewStore(_client, _surroundings.clock, previewDebounce, this);
     Q_EMIT previewChanged();
     _settings = new SettingsStore(_client, this);
     Q_EMIT settingsChanged();
+    _diagnostics = new DiagnosticsStore(_client, DiagnosticsStore::defaultLogCapacity, this);
+    Q_EMIT diagnosticsChanged();
     _orphans = new OrphansStore(_client, this);
     Q_EMIT orphansChanged();
+    _toolProvisioning = new ToolProvisioningStore(_client, this);
+    Q_EMIT toolProvisioningChanged();
     startBridge();
 }
 
@@ -112,15 +117,23 @@ void AppModel::routeServer(const ServerEvent &event) {
             if (error.code == wireName(EngineErrorCode::spotifyAuthExpired))
                 refreshSettings();
         },
+        [this](const ServerEvent::Log &log) {
+            if (_diagnostics)
+                _diagnostics->appendLog(log.level, log.message);
+            if (_toolProvisioning)
+                _toolProvisioning->note(log.message);
+        },
+        [this](const ServerEvent::ToolProgress &progress) {
+            if (_toolProvisioning)
+                _toolProvisioning->apply(progress.tool, progress.phase, progress.percent, progress.detail);
+        },
         // The run's own.
         [](const ServerEvent::SyncStarted &) {}, [](const ServerEvent::PlaylistStarted &) {},
         [](const ServerEvent::TrackStarted &) {}, [](const ServerEvent::DiskCheck &) {},
         [](const ServerEvent::Step &) {}, [](const ServerEvent::DownloadProgress &) {},
         [](const ServerEvent::NeedsReview &) {}, [](const ServerEvent::TrackFinished &) {},
         [](const ServerEvent::PlaylistFinished &) {}, [](const ServerEvent::SyncDone &) {},
-        [](const ServerEvent::ProxyStatus &) {},
-        // Nobody's yet.
-        [](const ServerEvent::Log &) {}, [](const ServerEvent::ToolProgress &) {}, [](const ServerEvent::Unknown &) {});
+        [](const ServerEvent::ProxyStatus &) {}, [](const ServerEvent::Unknown &) {});
 }
 
 void AppModel::refreshSettings() {
@@ -134,12 +147,16 @@ void AppModel::refreshSettings() {
 
 QCoro::Task<> AppModel::initialFetch() {
     const QPointer<AppModel> self(this);
-    auto configuring = _settings->refresh();
-    co_await configuring;
-    if (!self)
-        co_return;
-    auto listing = _library->refresh();
-    co_await listing;
+    if (_settings) {
+        auto configuring = _settings->refresh();
+        co_await configuring;
+        if (!self)
+            co_return;
+    }
+    if (_library) {
+        auto listing = _library->refresh();
+        co_await listing;
+    }
 }
 
 void AppModel::failStartup(const std::exception_ptr &failure) {

@@ -1,10 +1,15 @@
 #pragma once
 
+#include "App/SetupCoordinator.h"
+#include "Platform/UserDefaults.h"
+#include "Services/SignInModel.h"
+#include "State/DiagnosticsStore.h"
 #include "State/LibraryStore.h"
 #include "State/OrphansStore.h"
 #include "State/PreviewStore.h"
 #include "State/SettingsStore.h"
 #include "State/SyncStore.h"
+#include "State/ToolProvisioningStore.h"
 #include "Support/Clock.h"
 #include "Support/Logger.h"
 #include "Support/Task.h"
@@ -21,13 +26,17 @@ namespace zelk {
 /// The top of the application's state: owns the engine's client and every store, carries the engine's events into the
 /// stores, and holds the commands that the user's gestures start. The stores that talk to the engine exist from the
 /// moment a client does, and then for good: whoever sees one may use it.
-class AppModel final : public QObject {
+class AppModel final : public QObject, public SignInModel {
     Q_OBJECT
     Q_PROPERTY(zelk::SyncStore *sync READ sync CONSTANT)
     Q_PROPERTY(zelk::LibraryStore *library READ library NOTIFY libraryChanged)
     Q_PROPERTY(zelk::PreviewStore *preview READ preview NOTIFY previewChanged)
     Q_PROPERTY(zelk::SettingsStore *settings READ settings NOTIFY settingsChanged)
+    Q_PROPERTY(zelk::DiagnosticsStore *diagnostics READ diagnostics NOTIFY diagnosticsChanged)
     Q_PROPERTY(zelk::OrphansStore *orphans READ orphans NOTIFY orphansChanged)
+    Q_PROPERTY(zelk::ToolProvisioningStore *toolProvisioning READ toolProvisioning NOTIFY toolProvisioningChanged)
+    /// There while the setup is up.
+    Q_PROPERTY(zelk::SetupCoordinator *setupCoordinator READ setupCoordinator NOTIFY setupCoordinatorChanged)
     /// What the main window shows when the engine could not be brought up; empty otherwise.
     Q_PROPERTY(QString startupError READ startupErrorText NOTIFY startupErrorChanged)
     /// The engine has answered, or said that it is ready. Never taken back.
@@ -49,10 +58,16 @@ public:
     /// Makes the engine's client; throws `HelperError::helperMissing` when there is no engine to be found.
     using Launcher = std::function<Engine()>;
 
+    /// What the model needs of the machine that it runs on.
+    struct Surroundings {
+        std::shared_ptr<Clock> clock;
+        std::shared_ptr<UserDefaults> defaults;
+    };
+
     /// A model without a client, until start().
-    AppModel(Launcher launcher, std::shared_ptr<Clock> clock, QObject *parent = nullptr);
+    AppModel(Launcher launcher, Surroundings surroundings, QObject *parent = nullptr);
     /// A model over that client, which is taken as running.
-    AppModel(std::shared_ptr<HelperClienting> client, std::shared_ptr<Clock> clock, QObject *parent = nullptr);
+    AppModel(std::shared_ptr<HelperClienting> client, Surroundings surroundings, QObject *parent = nullptr);
     ~AppModel() override;
 
     /// Brings up the engine and loads what the main window needs first. Does nothing once there is a client. Never
@@ -62,11 +77,14 @@ public:
     void shutdown();
 
     const std::shared_ptr<HelperClienting> &client() const { return _client; }
-    SyncStore *sync() const { return _sync; }
+    SyncStore *sync() const override { return _sync; }
     LibraryStore *library() const { return _library; }
     PreviewStore *preview() const { return _preview; }
-    SettingsStore *settings() const { return _settings; }
+    SettingsStore *settings() const override { return _settings; }
+    DiagnosticsStore *diagnostics() const { return _diagnostics; }
     OrphansStore *orphans() const { return _orphans; }
+    ToolProvisioningStore *toolProvisioning() const { return _toolProvisioning; }
+    SetupCoordinator *setupCoordinator() const { return _setupCoordinator; }
     const std::optional<QString> &startupError() const { return _startupError; }
     bool isReady() const { return _isReady; }
     const std::optional<QString> &focusedReviewTrackId() const { return _focusedReviewTrackId; }
@@ -93,12 +111,40 @@ public:
     Q_INVOKABLE void retryTrack(const QString &trackId);
     Q_INVOKABLE void skipTrack(const QString &trackId);
 
+    /// Gives the engine a token to keep. The configuration is not read again: that is for the caller to decide. Throws
+    /// `HelperError`, `helperUnavailable` without a client.
+    QCoro::Task<> storeAccountToken(AccountService service, QString token,
+                                    std::optional<QString> clientId = {}) override;
+    /// Has the engine forget an account, and reads the configuration again. Throws as above.
+    QCoro::Task<> disconnectAccount(AccountService service);
+    /// Has the engine connect a Spotify account, five minutes at most while the user works in the browser; then reads
+    /// the configuration and the playlists again. A failure shows in the banner; without a client nothing happens.
+    QCoro::Task<> connectSpotify() override;
+    /// What the engine authorizes with at Spotify. Throws `HelperError`, `helperUnavailable` without a client.
+    template<typename T>
+    QCoro::Task<T> requestSpotifyAuthParams() {
+        if (!_client)
+            throw HelperError::helperUnavailable();
+        auto asking =
+            _client->request<T>(Request::getSpotifyAuthParams(), HelperClienting::standardTimeout, _lifetime.token());
+        co_return co_await asking;
+    }
+
+    /// Opens the setup, once there is a configuration to start from or none to be had. Without a mode it is a re-run
+    /// for whoever has been through it before.
+    void beginOnboarding(std::optional<SetupCoordinator::Mode> mode = {});
+    /// Closes the setup and loads again what it may have changed.
+    Q_INVOKABLE void finishOnboarding();
+
 Q_SIGNALS:
     void clientChanged();
     void libraryChanged();
     void previewChanged();
     void settingsChanged();
+    void diagnosticsChanged();
     void orphansChanged();
+    void toolProvisioningChanged();
+    void setupCoordinatorChanged();
     void startupErrorChanged();
     void isReadyChanged();
     void focusedReviewTrackIdChanged();
@@ -112,8 +158,11 @@ private:
     void startBridge();
     void route(const HelperEvent &event);
     void routeServer(const ServerEvent &event);
+    /// Loads what the main window needs first, and again when an account has changed: the configuration, then the
+    /// playlists.
     QCoro::Task<> initialFetch();
     void refreshSettings();
+    void setSetupCoordinator(SetupCoordinator *coordinator);
     void failStartup(const std::exception_ptr &failure);
     void setReady();
     /// Sends, on the next turn, what is to be said of the run as it then is. A failure leaves no trace.
@@ -125,20 +174,24 @@ private:
 
     const Logger _logger{"app"};
     const Launcher _launcher;
-    const std::shared_ptr<Clock> _clock;
+    const Surroundings _surroundings;
     std::shared_ptr<HelperClienting> _client;
     TaskHandle _bridgeTask;
     SyncStore *_sync;
     LibraryStore *_library = nullptr;
     PreviewStore *_preview = nullptr;
     SettingsStore *_settings = nullptr;
+    DiagnosticsStore *_diagnostics = nullptr;
     OrphansStore *_orphans = nullptr;
+    ToolProvisioningStore *_toolProvisioning = nullptr;
+    SetupCoordinator *_setupCoordinator = nullptr;
     std::optional<QString> _startupError;
     bool _isReady = false;
     std::optional<QString> _focusedReviewTrackId;
     const TrackModel *_toldResolved = nullptr; // only to be compared: null as soon as its rows are replaced
     bool _isInspectorPresented = false;
     bool _isOnboardingPresented = false;
+    TaskScope _lifetime;
 };
 
 } // namespace zelk

@@ -47,7 +47,7 @@ AppModel::Launcher engineLauncher(const std::shared_ptr<Clock> &clock) {
 
 int run(const Arguments &arguments) {
     const auto clock = std::make_shared<BootClock>();
-    AppModel model(engineLauncher(clock), clock);
+    AppModel model(engineLauncher(clock), {.clock = clock, .defaults = UserDefaults::standard()});
     const MainWindow window(model);
     if (!window.window())
         return EXIT_FAILURE;

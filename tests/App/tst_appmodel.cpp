@@ -1,4 +1,5 @@
 #include "App/AppModel.h"
+#include "App/Surroundings.h"
 #include "State/Records.h"
 #include "Support/Await.h"
 #include "Support/LogCapture.h"
@@ -52,7 +53,7 @@ struct Bench {
             };
             return engine;
         },
-        clock);
+        surroundings(clock));
 
     void answerFetches() {
         client->reply(Method::getConfig, "{\"config\":" + writeJSON(SampleData::sampleConfig()) + "}");
@@ -81,6 +82,7 @@ private Q_SLOTS:
         QCOMPARE(stateOf(model), u"no client, not ready, no error"_s);
         QVERIFY(model.sync());
         QVERIFY(!model.library() && !model.preview() && !model.settings() && !model.orphans());
+        QVERIFY(!model.diagnostics() && !model.toolProvisioning() && !model.setupCoordinator());
         QVERIFY(!model.focusedReviewTrackId());
         QVERIFY(!model.isInspectorPresented() && !model.isOnboardingPresented());
         QCOMPARE(bench.made, 0);
@@ -95,13 +97,15 @@ private Q_SLOTS:
         connect(&model, &AppModel::libraryChanged, this, note(u"library"_s));
         connect(&model, &AppModel::previewChanged, this, note(u"preview"_s));
         connect(&model, &AppModel::settingsChanged, this, note(u"settings"_s));
+        connect(&model, &AppModel::diagnosticsChanged, this, note(u"diagnostics"_s));
         connect(&model, &AppModel::orphansChanged, this, note(u"orphans"_s));
+        connect(&model, &AppModel::toolProvisioningChanged, this, note(u"tools"_s));
         connect(&model, &AppModel::isReadyChanged, this, note(u"ready"_s));
         bench.onLaunch = note(u"launch"_s);
         const auto starting = observe(this, model.start());
         settle();
-        QCOMPARE(order,
-                 (QStringList{u"client"_s, u"library"_s, u"preview"_s, u"settings"_s, u"orphans"_s, u"launch"_s}));
+        QCOMPARE(order, (QStringList{u"client"_s, u"library"_s, u"preview"_s, u"settings"_s, u"diagnostics"_s,
+                                     u"orphans"_s, u"tools"_s, u"launch"_s}));
         QCOMPARE(stateOf(model), u"client, not ready, no error"_s);
         QVERIFY(bench.client->sent().empty());
 
@@ -216,8 +220,10 @@ private Q_SLOTS:
 
     void aModelOverAClientHasAllStoresAndWaitsForReadiness() {
         const auto client = std::make_shared<MockHelperClient>();
-        AppModel model(client, std::make_shared<ManualClock>());
+        AppModel model(client, surroundings());
         QVERIFY(model.library() && model.preview() && model.settings() && model.orphans());
+        QVERIFY(model.diagnostics() && model.toolProvisioning());
+        QCOMPARE(model.diagnostics()->logCapacity(), 500);
         settle();
         QVERIFY(!model.isReady());
         QVERIFY(outcomeOf(model.start()).succeeded());
@@ -229,7 +235,7 @@ private Q_SLOTS:
 
     void aWholeRunComesThroughTheBridge() {
         const auto client = std::make_shared<MockHelperClient>(MockHelperClient::Responses(), SampleData::syncScript());
-        AppModel model(client, std::make_shared<ManualClock>());
+        AppModel model(client, surroundings());
         client->play(true);
         QTRY_COMPARE(model.sync()->phase(), SyncPhase::done);
         QCOMPARE(model.sync()->summary()->flagged, 1);
@@ -240,7 +246,7 @@ private Q_SLOTS:
 
     void aCrashLeavesReadinessAndARestartChangesNothing() {
         Bench bench;
-        AppModel model(bench.client, bench.clock);
+        AppModel model(bench.client, surroundings(bench.clock));
         bench.client->emitAll({HelperEvent::helperReady(), syncStarted(u"run"_s), playlistStarted(u"p"_s, {u"p#0"_s})});
         settle();
         bench.client->emit(HelperEvent::helperCrashed());
@@ -260,7 +266,7 @@ private Q_SLOTS:
 
     void orphansGoToTheRunAndThenToTheirStore() {
         Bench bench;
-        AppModel model(bench.client, bench.clock);
+        AppModel model(bench.client, surroundings(bench.clock));
         bench.client->emitAll({playlistStarted(u"p"_s, {}), orphansFound(u"p"_s, {u"/a"_s, u"/a"_s}),
                                orphansFound({}, {u"/b"_s, u"/a"_s})});
         QStringList seen;
@@ -272,9 +278,42 @@ private Q_SLOTS:
         QCOMPARE(seen, (QStringList{u"run knew 2"_s, u"run knew 2"_s}));
     }
 
+    void aLogLineGoesToTheDiagnosticsAndDuringAnInstallationToItsStoreToo() {
+        Bench bench;
+        const AppModel model(bench.client, surroundings(bench.clock));
+        bench.client->emit(logged(u"idle"_s));
+        settle();
+        QCOMPARE(model.diagnostics()->logs().size(), 1u);
+        QVERIFY(!model.toolProvisioning()->lastLog());
+
+        const auto provisioning = observe(this, model.toolProvisioning()->provision());
+        bench.client->emit(logged(u"busy"_s));
+        settle();
+        QCOMPARE(model.diagnostics()->logs().back().message, u"busy"_s);
+        QCOMPARE(model.toolProvisioning()->lastLog(), std::optional(u"busy"_s));
+        QVERIFY(!provisioning->isOver());
+    }
+
+    void theProgressOfAToolGoesToItsStore() {
+        Bench bench;
+        const AppModel model(bench.client, surroundings(bench.clock));
+        ServerEvent::ToolProgress progress;
+        progress.tool = u"ffmpeg"_s;
+        progress.phase = ToolPhase::verify;
+        progress.percent = 12.5;
+        progress.detail = u"Checking"_s;
+        bench.client->emit(HelperEvent::server(progress));
+        settle();
+        const auto &tool = model.toolProvisioning()->tools()[1];
+        QCOMPARE(tool.id, u"ffmpeg"_s);
+        QCOMPARE(tool.phase, ToolPhase::verify);
+        QCOMPARE(tool.percent, std::optional(12.5));
+        QCOMPARE(tool.detail, std::optional(u"Checking"_s));
+    }
+
     void anExpiredSpotifySignInRefreshesTheSettingsOnce() {
         Bench bench;
-        AppModel model(bench.client, bench.clock);
+        AppModel model(bench.client, surroundings(bench.clock));
         bench.answerFetches();
         bench.client->emit(engineError(u"Sign in again"_s, u"spotify_auth_expired"_s));
         settle();
@@ -286,7 +325,7 @@ private Q_SLOTS:
 
     void otherEventsAskTheEngineNothing() {
         Bench bench;
-        AppModel model(bench.client, bench.clock);
+        AppModel model(bench.client, surroundings(bench.clock));
         bench.client->emitAll({engineError(u"x"_s, u"internal"_s), engineError(u"y"_s), logged(u"line"_s),
                                HelperEvent::server(ServerEvent::ToolProgress()),
                                HelperEvent::server(ServerEvent::Unknown()), HelperEvent::helperReady(),
@@ -298,7 +337,7 @@ private Q_SLOTS:
 
     void theRouteDoesNotWaitForTheRefresh() {
         Bench bench;
-        AppModel model(bench.client, bench.clock);
+        AppModel model(bench.client, surroundings(bench.clock));
         bench.client->emitAll({engineError(u"x"_s, u"spotify_auth_expired"_s), syncStarted(u"run"_s)});
         settle();
         QCOMPARE(bench.client->held(), 1); // still unanswered
@@ -307,7 +346,7 @@ private Q_SLOTS:
 
     void afterAShutdownNothingIsRouted() {
         Bench bench;
-        AppModel model(bench.client, bench.clock);
+        AppModel model(bench.client, surroundings(bench.clock));
         bench.client->emit(syncStarted(u"run"_s));
         settle();
         bench.client->emit(engineError(u"gathered but not yet applied"_s));
@@ -322,7 +361,7 @@ private Q_SLOTS:
 
     void aShutdownFromAnEventStopsBeforeTheNext() {
         Bench bench;
-        AppModel model(bench.client, bench.clock);
+        AppModel model(bench.client, surroundings(bench.clock));
         connect(model.sync(), &SyncStore::runIdChanged, &model, &AppModel::shutdown);
         bench.client->emitAll({syncStarted(u"run"_s), syncDone(1)});
         settle();
@@ -337,7 +376,7 @@ private Q_SLOTS:
     void theModelGoesWithoutAShutdownAndLetsTheClientGo() {
         auto client = std::make_shared<ScriptedClient>();
         const std::weak_ptr watched(client);
-        auto model = std::make_unique<AppModel>(client, std::make_shared<ManualClock>());
+        auto model = std::make_unique<AppModel>(client, surroundings());
         settle();
         client->emit(syncStarted(u"run"_s));
         model.reset();
@@ -370,7 +409,7 @@ private Q_SLOTS:
     void aBurstOfEventsIsAppliedInOrderAndLeavesTheLoopItsTurns() {
         constexpr int count = 300'000;
         Bench bench;
-        AppModel model(bench.client, bench.clock);
+        AppModel model(bench.client, surroundings(bench.clock));
         bench.client->emitAll({syncStarted(u"run"_s), playlistStarted(u"p"_s, {u"p#0"_s})});
         settle();
         std::vector<HelperEvent> events;

@@ -1,4 +1,5 @@
 #include "App/AppModel.h"
+#include "App/Surroundings.h"
 #include "State/Records.h"
 #include "Support/Await.h"
 #include "Support/ManualClock.h"
@@ -66,7 +67,7 @@ private Q_SLOTS:
     void init() {
         client = std::make_shared<ScriptedClient>();
         clock = std::make_shared<ManualClock>();
-        model = std::make_unique<AppModel>(client, clock);
+        model = std::make_unique<AppModel>(client, surroundings(clock));
     }
     void cleanup() {
         model.reset();
@@ -159,7 +160,7 @@ private Q_SLOTS:
     }
 
     void commandsWithoutAClientDoNothing() {
-        AppModel bare(noLauncher(), clock);
+        AppModel bare(noLauncher(), surroundings(clock));
         bare.selectionChanged();
         bare.startSync();
         bare.cancelSync();

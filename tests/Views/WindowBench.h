@@ -1,6 +1,7 @@
 #pragma once
 
 #include "App/AppModel.h"
+#include "App/Surroundings.h"
 #include "Styling/TokensSingleton.h"
 #include "Support/ManualClock.h"
 #include "Support/MockHelperClient.h"
@@ -31,7 +32,7 @@ public:
               {Method::listPlaylists, toJSONValue(playlists)},
               {Method::getPlaylistTracks, SampleData::previewTracksResult()},
           })),
-          model(client, clock), window(model) {}
+          model(client, surroundings(clock)), window(model) {}
 
     // Two playlists of each source; one of Apple Music's lies in a folder within a folder.
     static std::vector<PlaylistDTO> library() {

@@ -66,8 +66,7 @@ private Q_SLOTS:
 
     void theUnavailableEngineIsSaidEvenOverARun() {
         QTest::failOnWarning(QRegularExpression(u"qrc:.*"_s));
-        AppModel model([]() -> AppModel::Engine { throw HelperError::helperMissing(); },
-                       std::make_shared<ManualClock>());
+        AppModel model([]() -> AppModel::Engine { throw HelperError::helperMissing(); }, surroundings());
         MainWindow window(model);
         QTRY_VERIFY(model.startupError());
         model.sync()->route(HelperEvent::server(Event::SyncStarted{u"r"_s, u"r"_s, 1}));

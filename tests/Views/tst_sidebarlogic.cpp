@@ -20,7 +20,7 @@ struct Bench {
         {Method::listPlaylists, toJSONValue(WindowBench::library())},
         {Method::getPlaylistTracks, SampleData::previewTracksResult()},
     });
-    AppModel model{client, clock};
+    AppModel model{client, surroundings(clock)};
     SidebarLogic logic{model};
     QAbstractItemModelTester tester{logic.playlists(), QAbstractItemModelTester::FailureReportingMode::QtTest};
 
@@ -52,8 +52,7 @@ private Q_SLOTS:
     void cleanup() { settleDown(); }
 
     void itWaitsWithoutALibrary() {
-        AppModel model([]() -> AppModel::Engine { throw HelperError::helperMissing(); },
-                       std::make_shared<ManualClock>());
+        AppModel model([]() -> AppModel::Engine { throw HelperError::helperMissing(); }, surroundings());
         const SidebarLogic logic(model);
         QCOMPARE(logic.face(), SidebarLogic::Waiting);
     }
@@ -61,7 +60,7 @@ private Q_SLOTS:
     void anEmptyLibraryLoadsAndIsThenEmpty() {
         AppModel model(std::make_shared<MockHelperClient>(
                            MockHelperClient::Responses{{Method::listPlaylists, JSONValue::array({})}}),
-                       std::make_shared<ManualClock>());
+                       surroundings());
         SidebarLogic logic(model);
         QCOMPARE(logic.face(), SidebarLogic::Empty);
         QList<SidebarLogic::Face> faces;
@@ -73,7 +72,7 @@ private Q_SLOTS:
     void aFailureSaysWhyAndOffersToTryAgain() {
         AppModel model(std::make_shared<MockHelperClient>(
                            MockHelperClient::Responses{{Method::listPlaylists, JSONValue::string(u"no list"_s)}}),
-                       std::make_shared<ManualClock>());
+                       surroundings());
         SidebarLogic logic(model);
         logic.refresh();
         QTRY_COMPARE(logic.face(), SidebarLogic::Failed);
