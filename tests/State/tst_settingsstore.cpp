@@ -17,6 +17,10 @@ QByteArray wrapped(const SafeConfig &config) {
     return "{\"config\":" + writeJSON(config) + "}";
 }
 
+QByteArray withoutSources(QByteArray json) {
+    return json.replace("\"sources\"", "\"other\"");
+}
+
 } // namespace
 
 class TestSettingsStore : public QObject {
@@ -85,6 +89,17 @@ private Q_SLOTS:
         QVERIFY(outcomeOf(store->refresh()).succeeded());
         QCOMPARE(store->config(), std::optional(SampleData::sampleConfig()));
         QCOMPARE(client->sent(), (std::vector{Request::getConfig(), Request::getConfig()}));
+    }
+
+    void aConfigurationThatLacksAFieldFailsAsAWhole() {
+        client->reply(Method::getConfig, wrapped(SampleData::sampleConfig()));
+        QVERIFY(outcomeOf(store->refresh()).succeeded());
+        for (const QByteArray &reply : {withoutSources(wrapped(SampleData::sampleConfig())),
+                                        withoutSources(writeJSON(SampleData::sampleConfig()))})
+            client->reply(Method::getConfig, reply);
+        QVERIFY(outcomeOf(store->refresh()).succeeded());
+        QVERIFY2(store->lastError() && store->lastError()->contains(u"sources"_s), "says what is missing");
+        QCOMPARE(store->config(), std::optional(SampleData::sampleConfig()));
     }
 
     void twoFailuresShowTheSecondAndKeepTheOldConfiguration() {
