@@ -90,6 +90,10 @@ class SizeScale : public QObject {
     Q_PROPERTY(int sidebarMinimum MEMBER sidebarMinimum CONSTANT)
     Q_PROPERTY(int sidebarIdeal MEMBER sidebarIdeal CONSTANT)
     Q_PROPERTY(int sidebarMaximum MEMBER sidebarMaximum CONSTANT)
+    Q_PROPERTY(int inspectorMinimum MEMBER inspectorMinimum CONSTANT)
+    Q_PROPERTY(int inspectorIdeal MEMBER inspectorIdeal CONSTANT)
+    Q_PROPERTY(int inspectorMaximum MEMBER inspectorMaximum CONSTANT)
+    Q_PROPERTY(int detailRoom MEMBER detailRoom CONSTANT)
     Q_PROPERTY(int bannerMaximum MEMBER bannerMaximum CONSTANT)
     Q_PROPERTY(int readingWidth MEMBER readingWidth CONSTANT)
     Q_PROPERTY(int trackRow MEMBER trackRow CONSTANT)
@@ -105,6 +109,9 @@ class SizeScale : public QObject {
     Q_PROPERTY(int menuEntry MEMBER menuEntry CONSTANT)
     Q_PROPERTY(int menuWidth MEMBER menuWidth CONSTANT)
     Q_PROPERTY(int bar MEMBER bar CONSTANT)
+    Q_PROPERTY(int meter MEMBER meter CONSTANT)
+    Q_PROPERTY(int candidate MEMBER candidate CONSTANT)
+    Q_PROPERTY(double pickedStroke MEMBER pickedStroke CONSTANT)
     Q_PROPERTY(int rowBar MEMBER rowBar CONSTANT)
     Q_PROPERTY(int logo MEMBER logo CONSTANT)
     Q_PROPERTY(int spinner MEMBER spinner CONSTANT)
@@ -138,6 +145,10 @@ public:
     const int sidebarMinimum = 240;
     const int sidebarIdeal = 280;
     const int sidebarMaximum = 360;
+    const int inspectorMinimum = 300;
+    const int inspectorIdeal = 340;
+    const int inspectorMaximum = 420;
+    const int detailRoom = 640; // what the columns beside the detail pane leave it while they can
     const int bannerMaximum = 560;
     const int readingWidth = 360; // the widest that an explanation runs
     const int trackRow = Tokens::Size::trackRow;
@@ -153,6 +164,9 @@ public:
     const int menuEntry = 28;
     const int menuWidth = 260;
     const int bar = 4;
+    const int meter = 6;
+    const int candidate = 50;
+    const double pickedStroke = 1.5;
     const int rowBar = 70;
     const int logo = 18;
     const int spinner = 12;
@@ -209,6 +223,7 @@ class MotionScale : public QObject {
     Q_PROPERTY(int chevron READ chevron NOTIFY changed)
     Q_PROPERTY(int banner READ banner NOTIFY changed)
     Q_PROPERTY(int bar READ bar NOTIFY changed)
+    Q_PROPERTY(int inspector READ inspector NOTIFY changed)
     Q_PROPERTY(int spinnerStep READ spinnerStep CONSTANT)
     Q_PROPERTY(int spinnerAngle READ spinnerAngle CONSTANT)
     Q_PROPERTY(int hintDelay READ hintDelay CONSTANT)
@@ -221,6 +236,7 @@ public:
     int chevron() const { return m_reduced ? 0 : 180; }
     int banner() const { return m_reduced ? 0 : 220; }
     int bar() const { return m_reduced ? 0 : 200; }
+    int inspector() const { return m_reduced ? 0 : 240; }
     int spinnerStep() const { return 75; }  // 12 steps a turn of 900
     int spinnerAngle() const { return 30; } // degrees a step
     int hintDelay() const { return 600; }

@@ -47,6 +47,10 @@ const std::vector<Shade> &shades() {
         {&Palette::orange, at(0x9A4600), at(0xFFB066)},
         {&Palette::yellow, at(0x785B00), at(0xF2CE55)},
         {&Palette::green, at(0x156B36), at(0x5FD68A)},
+        {&Palette::redFill, at(0xD92D35), at(0xF2555A)},
+        {&Palette::orangeFill, at(0xDB6B00), at(0xF58A1F)},
+        {&Palette::yellowFill, at(0xB38600), at(0xEBC13B)},
+        {&Palette::greenFill, at(0x1F9D50), at(0x36B865)},
         {&Palette::redTint, at(0xD92D35, 0.15), at(0xF2555A, 0.22)},
         {&Palette::orangeTint, at(0xFF8A00, 0.15), at(0xF58A1F, 0.22)},
         {&Palette::fieldHalo, at(0x4B48CC, 0.35), at(0xA9A7FF, 0.35)},
@@ -104,6 +108,10 @@ QVariantList Palette::inks() const {
          {Ink::primary, Ink::secondary, Ink::tertiary, Ink::accent, Ink::red, Ink::orange, Ink::yellow, Ink::green})
         all += ink(each);
     return all;
+}
+
+QVariantList Palette::fills() const {
+    return {accentFill, accentFill, accentFill, accentFill, redFill, orangeFill, yellowFill, greenFill};
 }
 
 } // namespace zelk

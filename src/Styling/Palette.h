@@ -42,6 +42,10 @@ class Palette : public QObject {
     Q_PROPERTY(QColor orange MEMBER orange NOTIFY changed)
     Q_PROPERTY(QColor yellow MEMBER yellow NOTIFY changed)
     Q_PROPERTY(QColor green MEMBER green NOTIFY changed)
+    Q_PROPERTY(QColor redFill MEMBER redFill NOTIFY changed)
+    Q_PROPERTY(QColor orangeFill MEMBER orangeFill NOTIFY changed)
+    Q_PROPERTY(QColor yellowFill MEMBER yellowFill NOTIFY changed)
+    Q_PROPERTY(QColor greenFill MEMBER greenFill NOTIFY changed)
     Q_PROPERTY(QColor redTint MEMBER redTint NOTIFY changed)
     Q_PROPERTY(QColor orangeTint MEMBER orangeTint NOTIFY changed)
     Q_PROPERTY(QColor fieldHalo MEMBER fieldHalo NOTIFY changed)
@@ -49,6 +53,7 @@ class Palette : public QObject {
     Q_PROPERTY(QColor scrollBarHover MEMBER scrollBarHover NOTIFY changed)
     Q_PROPERTY(QColor shadow MEMBER shadow NOTIFY changed)
     Q_PROPERTY(QVariantList inks READ inks NOTIFY changed)
+    Q_PROPERTY(QVariantList fills READ fills NOTIFY changed)
 
 public:
     explicit Palette(QObject *parent = nullptr);
@@ -57,12 +62,14 @@ public:
     void setDark(bool dark);
 
     QColor ink(Ink ink) const;
-    QVariantList inks() const; // the colours of Ink, in its order
+    QVariantList inks() const;  // the colours of Ink, in its order
+    QVariantList fills() const; // what fills a meter for each Ink, in its order
 
     QColor window, sidebar, card, button, buttonStroke, field, fieldStroke, searchField;
     QColor hover, pressed, fillHover, fillPressed, selection, divider, coverStroke, barTrack;
     QColor primary, secondary, tertiary, quaternary, accentFill, onAccent, accent;
-    QColor red, orange, yellow, green, redTint, orangeTint, fieldHalo, scrollBar, scrollBarHover, shadow;
+    QColor red, orange, yellow, green, redFill, orangeFill, yellowFill, greenFill, redTint, orangeTint, fieldHalo,
+        scrollBar, scrollBarHover, shadow;
 
 Q_SIGNALS:
     void changed();

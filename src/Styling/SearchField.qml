@@ -20,21 +20,9 @@ T.TextField {
     Accessible.name: field.placeholderText
     Keys.onEscapePressed: field.clear()
 
-    background: Rectangle {
-        radius: Tokens.radius.control
+    background: FieldFrame {
+        focused: field.activeFocus
         color: Tokens.color.searchField
-        border.width: Tokens.size.hairline
-        border.color: field.activeFocus ? Tokens.color.accent : Tokens.color.fieldStroke
-
-        Rectangle {
-            anchors.fill: parent
-            anchors.margins: -border.width
-            visible: field.activeFocus
-            radius: parent.radius + border.width
-            color: Qt.alpha(Tokens.color.fieldHalo, 0)
-            border.width: Tokens.size.focusRing + Tokens.size.focusGap
-            border.color: Tokens.color.fieldHalo
-        }
     }
 
     Symbol {

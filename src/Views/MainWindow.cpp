@@ -6,6 +6,7 @@
 #include "Views/BannerLogic.h"
 #include "Views/CommandsLogic.h"
 #include "Views/DetailLogic.h"
+#include "Views/ReviewLogic.h"
 #include "Views/SidebarLogic.h"
 
 #include <QCoreApplication>
@@ -20,11 +21,13 @@ extern void qml_register_types_zelk();
 namespace zelk {
 
 struct MainWindow::Parts {
-    explicit Parts(AppModel &model) : commands(model), sidebar(model), detail(model), banner(*model.sync()) {}
+    explicit Parts(AppModel &model)
+        : commands(model), sidebar(model), detail(model), review(model), banner(*model.sync()) {}
 
     CommandsLogic commands;
     SidebarLogic sidebar;
     DetailLogic detail;
+    ReviewLogic review;
     BannerLogic banner;
     QQmlApplicationEngine engine; // last: the views go before what they show
 };
@@ -51,6 +54,7 @@ MainWindow::MainWindow(AppModel &model) {
         {u"commandsLogic"_s, QVariant::fromValue(&m_parts->commands)},
         {u"sidebarLogic"_s, QVariant::fromValue(&m_parts->sidebar)},
         {u"detailLogic"_s, QVariant::fromValue(&m_parts->detail)},
+        {u"reviewLogic"_s, QVariant::fromValue(&m_parts->review)},
         {u"bannerLogic"_s, QVariant::fromValue(&m_parts->banner)},
     });
     engine.load(QUrl(u"qrc:/qt/qml/zelk/MainWindow.qml"_s));

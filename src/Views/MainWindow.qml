@@ -10,6 +10,7 @@ Window {
     required property CommandsLogic commandsLogic
     required property SidebarLogic sidebarLogic
     required property DetailLogic detailLogic
+    required property ReviewLogic reviewLogic
     required property BannerLogic bannerLogic
 
     objectName: "mainWindow"
@@ -34,6 +35,7 @@ Window {
         commands: menuBar
         sidebar: window.sidebarLogic
         detail: window.detailLogic
+        review: window.reviewLogic
         banner: window.bannerLogic
     }
 

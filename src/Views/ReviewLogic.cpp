@@ -86,7 +86,16 @@ double ReviewLogic::bestConfidence() const {
         for (const CandidateDTO &candidate : *waiting)
             best = std::max(best, candidate.confidence.value_or(0));
     }
-    return best;
+    return std::clamp(best, 0.0, 1.0);
+}
+
+int ReviewLogic::bestPercent() const {
+    return Format::percent(bestConfidence());
+}
+
+bool ReviewLogic::hasCandidates() const {
+    const auto *waiting = waitingCandidates();
+    return waiting && !waiting->empty();
 }
 
 QVariantList ReviewLogic::candidates() const {

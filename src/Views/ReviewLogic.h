@@ -52,7 +52,10 @@ class ReviewLogic : public QObject {
     Q_PROPERTY(QString artist READ artist NOTIFY trackChanged)
     Q_PROPERTY(QString album READ album NOTIFY trackChanged)
     Q_PROPERTY(QString duration READ duration NOTIFY trackChanged)
-    Q_PROPERTY(double bestConfidence READ bestConfidence NOTIFY trackChanged)
+    Q_PROPERTY(double bestConfidence READ bestConfidence NOTIFY trackChanged) // 0 to 1
+    Q_PROPERTY(int bestPercent READ bestPercent NOTIFY trackChanged)
+    Q_PROPERTY(int bestInk READ bestInk NOTIFY trackChanged)
+    Q_PROPERTY(bool hasCandidates READ hasCandidates NOTIFY trackChanged)
     // A list of CandidateFace, in the engine's order.
     Q_PROPERTY(QVariantList candidates READ candidates NOTIFY trackChanged)
     // "Review 1 of 2"; empty where there is nowhere to step to.
@@ -71,6 +74,9 @@ public:
     QString album() const;
     QString duration() const;
     double bestConfidence() const;
+    int bestPercent() const;
+    int bestInk() const { return static_cast<int>(confidenceInk(bestConfidence())); }
+    bool hasCandidates() const;
     QVariantList candidates() const;
     QString stepperText() const { return m_stepperText; }
     QString selectedCandidateId() const { return m_selectedCandidateId; }

@@ -1,4 +1,5 @@
-// The content of the main window: the sidebar, the detail pane under its toolbar, and the message over them.
+// The content of the main window: the sidebar, the detail pane under its toolbar, the review beside it, and the message
+// over them.
 pragma ComponentBehavior: Bound
 
 import QtQuick
@@ -10,14 +11,26 @@ Item {
     required property ZELKCommands commands
     required property SidebarLogic sidebar
     required property DetailLogic detail
+    required property ReviewLogic review
     required property BannerLogic banner
 
     property int sidebarWidth: Tokens.size.sidebarIdeal
+    property int inspectorWidth: Tokens.size.inspectorIdeal
+    // Short of room, the columns beside the detail pane give way before it does.
+    readonly property real sideRoom: root.width - Tokens.size.detailRoom
+    readonly property real shownInspectorWidth: Math.max(Tokens.size.inspectorMinimum,
+                                                         Math.min(root.inspectorWidth,
+                                                                  root.sideRoom - Tokens.size.sidebarMinimum))
+    readonly property real shownSidebarWidth: root.review.presented
+                                              ? Math.max(Tokens.size.sidebarMinimum,
+                                                         Math.min(root.sidebarWidth,
+                                                                  root.sideRoom - root.shownInspectorWidth))
+                                              : root.sidebarWidth
 
     SidebarView {
         id: sidebarView
 
-        width: root.sidebarWidth
+        width: root.shownSidebarWidth
         height: parent.height
         logic: root.sidebar
     }
@@ -26,7 +39,7 @@ Item {
         id: pane
 
         anchors.left: sidebarView.right
-        anchors.right: parent.right
+        anchors.right: inspector.left
         height: parent.height
 
         ZELKToolbar {
@@ -67,6 +80,38 @@ Item {
                     duration: Tokens.motion.banner
                 }
             }
+        }
+    }
+
+    ReviewInspector {
+        id: inspector
+
+        x: root.width - (root.review.presented ? root.shownInspectorWidth : 0)
+        width: root.shownInspectorWidth
+        height: parent.height
+        visible: inspector.x < root.width
+        logic: root.review
+
+        Behavior on x {
+            enabled: root.Window.window?.visible ?? false
+
+            NumberAnimation {
+                duration: Tokens.motion.inspector
+                easing.type: Easing.OutCubic
+            }
+        }
+    }
+
+    MouseArea {
+        objectName: "inspectorEdge"
+        x: inspector.x - width / 2
+        width: Tokens.space.sm
+        height: parent.height
+        enabled: root.review.presented
+        cursorShape: Qt.SplitHCursor
+        onPositionChanged: mouse => {
+            root.inspectorWidth = Math.max(Tokens.size.inspectorMinimum,
+                                           Math.min(Tokens.size.inspectorMaximum, root.width - x - mouse.x));
         }
     }
 

@@ -1,0 +1,38 @@
+// The field in which a line of text is entered.
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import QtQuick.Templates as T
+import zelk
+
+T.TextField {
+    id: field
+
+    // What a screen reader calls it.
+    required property string label
+
+    implicitHeight: Tokens.size.field
+    leftPadding: Tokens.space.sm
+    rightPadding: Tokens.space.sm
+    verticalAlignment: TextInput.AlignVCenter
+    font: Tokens.font.body
+    color: Tokens.color.primary
+    selectionColor: Tokens.color.accentFill
+    selectedTextColor: Tokens.color.onAccent
+    selectByMouse: true
+    Accessible.name: field.label
+
+    background: FieldFrame {
+        focused: field.activeFocus
+    }
+
+    TextLine {
+        anchors.fill: parent
+        anchors.leftMargin: field.leftPadding
+        anchors.rightMargin: field.rightPadding
+        readable: false
+        visible: field.length === 0 && field.preeditText === ""
+        text: field.placeholderText
+        color: Tokens.color.tertiary
+    }
+}
