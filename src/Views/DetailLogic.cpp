@@ -81,6 +81,7 @@ void DetailLogic::updateSummary() {
     m_previewCounts = SummaryTexts::previewCounts(m_preview ? m_preview->groups()->count() : 0, tracks);
     m_previewSummary = SummaryTexts::previewLine(tracks, m_preview ? m_preview->onDiskCount() : 0);
     Q_EMIT summaryChanged();
+    Q_EMIT menuChanged();
 }
 
 QString DetailLogic::phaseText() const {
@@ -128,14 +129,30 @@ void DetailLogic::review(int index) {
         m_model.focusReview(track->id());
 }
 
-void DetailLogic::skip(int index) {
-    if (const TrackModel *track = m_tracks.trackAt(index))
-        m_model.skipTrack(track->id());
+bool DetailLogic::openMenu(int index) {
+    const TrackModel *track = m_tracks.trackAt(index);
+    if (!track)
+        return false;
+    m_menuTrackId = track->id();
+    m_menuTitle = track->dto().title;
+    Q_EMIT menuChanged();
+    return true;
 }
 
-void DetailLogic::copyTitle(int index) {
-    if (const TrackModel *track = m_tracks.trackAt(index))
-        QGuiApplication::clipboard()->setText(track->dto().title);
+bool DetailLogic::menuOffersReview() const {
+    return needsReview(m_tracks.indexOf(m_menuTrackId));
+}
+
+void DetailLogic::reviewMenuTrack() {
+    m_model.focusReview(m_menuTrackId);
+}
+
+void DetailLogic::skipMenuTrack() {
+    m_model.skipTrack(m_menuTrackId);
+}
+
+void DetailLogic::copyMenuTitle() {
+    QGuiApplication::clipboard()->setText(m_menuTitle);
 }
 
 } // namespace zelk

@@ -25,6 +25,8 @@ class DetailLogic : public QObject {
     Q_PROPERTY(QString previewCounts MEMBER m_previewCounts NOTIFY summaryChanged)
     Q_PROPERTY(QString previewSummary MEMBER m_previewSummary NOTIFY summaryChanged)
     Q_PROPERTY(bool previewLoading READ previewLoading NOTIFY previewLoadingChanged)
+    // Whether the row whose menu is open awaits review.
+    Q_PROPERTY(bool menuOffersReview READ menuOffersReview NOTIFY menuChanged)
 
 public:
     // Waiting is before there is a library to select from.
@@ -40,25 +42,31 @@ public:
     QString overallPercentText() const;
     bool previewLoading() const { return m_model.preview() && m_model.preview()->isLoading(); }
 
-    Q_INVOKABLE bool isRow(int index) const { return m_tracks.trackAt(index) != nullptr; }
-    Q_INVOKABLE bool needsReview(int index) const;
     // The one thing that the element at hand offers: a card collapses or expands, a row is reviewed or retried.
     Q_INVOKABLE void activate(int index);
     Q_INVOKABLE void setCollapsed(int index, bool collapsed);
     Q_INVOKABLE void review(int index);
     Q_INVOKABLE void retry() { m_model.startSync(); }
-    Q_INVOKABLE void skip(int index);
-    Q_INVOKABLE void copyTitle(int index);
+
+    // The menu of a row is that track's for as long as it is open, wherever its row goes meanwhile. False where there
+    // is no row.
+    Q_INVOKABLE bool openMenu(int index);
+    Q_INVOKABLE void reviewMenuTrack();
+    Q_INVOKABLE void skipMenuTrack();
+    Q_INVOKABLE void copyMenuTitle();
+    bool menuOffersReview() const;
 
 Q_SIGNALS:
     void faceChanged();
     void startupErrorChanged();
     void summaryChanged();
     void previewLoadingChanged();
+    void menuChanged();
     // The row under review is to be brought into view.
     void revealRequested(int index);
 
 private:
+    bool needsReview(int index) const;
     void attach();
     void attachPreview();
     void updateFace();
@@ -70,6 +78,7 @@ private:
     QPointer<LibraryStore> m_library;
     QPointer<PreviewStore> m_preview;
     TrackListModel m_tracks;
+    QString m_menuTrackId, m_menuTitle;
     Face m_face = Waiting;
     QString m_runSummary, m_previewCounts, m_previewSummary;
     double m_overallFraction = 0;

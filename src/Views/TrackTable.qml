@@ -10,11 +10,8 @@ MeasuredList {
     required property DetailLogic logic
 
     function openMenu(index: int, place: Item) {
-        if (!table.logic.isRow(index))
-            return;
-        menu.row = index;
-        menu.offersReview = table.logic.needsReview(index);
-        menu.popup(place);
+        if (table.logic.openMenu(index))
+            menu.popup(place);
     }
 
     objectName: "trackTable"
@@ -67,9 +64,6 @@ MeasuredList {
     MenuPanel {
         id: menu
 
-        property int row: -1
-        property bool offersReview: false
-
         MenuEntry {
             objectName: "menuRetry"
             text: qsTr("Retry")
@@ -78,16 +72,16 @@ MeasuredList {
 
         MenuEntry {
             objectName: "menuReview"
-            visible: menu.offersReview
+            visible: table.logic.menuOffersReview
             height: visible ? implicitHeight : 0
             text: qsTr("Review…")
-            onTriggered: table.logic.review(menu.row)
+            onTriggered: table.logic.reviewMenuTrack()
         }
 
         MenuEntry {
             objectName: "menuSkip"
             text: qsTr("Skip")
-            onTriggered: table.logic.skip(menu.row)
+            onTriggered: table.logic.skipMenuTrack()
         }
 
         MenuDivider {}
@@ -95,7 +89,7 @@ MeasuredList {
         MenuEntry {
             objectName: "menuCopyTitle"
             text: qsTr("Copy Title")
-            onTriggered: table.logic.copyTitle(menu.row)
+            onTriggered: table.logic.copyMenuTitle()
         }
     }
 }

@@ -1,3 +1,5 @@
+#include "State/Records.h"
+#include "Support/Await.h"
 #include "WindowBench.h"
 
 #include "Views/ListWindow.h"
@@ -211,6 +213,28 @@ private Q_SLOTS:
         QTRY_VERIFY(bench.item("menuSkip")->y() > bench.item("menuReview")->y());
         bench.click(bench.item("menuReview"));
         QCOMPARE(bench.model.focusedReviewTrackId(), u"t0-0"_s);
+    }
+
+    void theRowsMenuStaysItsTracksWhenTheRunStartsAnew() {
+        WindowBench bench;
+        bench.loadLibrary();
+        beginRun(bench, 1, 2);
+        QTRY_VERIFY(trackRow(bench, u"Track 0-1"_s));
+        bench.click(trackRow(bench, u"Track 0-1"_s), {}, Qt::RightButton);
+        QTRY_VERIFY(bench.item("menuSkip"));
+        // The same track comes back as another row.
+        bench.route(Event::SyncStarted{u"run"_s, u"run"_s, 1});
+        Event::PlaylistStarted begun{u"run"_s, u"terrace"_s, 0, u"Terrace"_s, {}};
+        for (const auto &id : {u"t0-1"_s, u"t0-0"_s})
+            begun.tracks.push_back(trackOf(id));
+        bench.route(begun);
+        QVERIFY(!bench.item("menuReview"));
+        bench.model.sync()->groups()->at(0)->track(0)->setState(TrackState::awaitingReview({}));
+        QTRY_VERIFY(bench.item("menuReview"));
+        bench.click(bench.item("menuSkip"));
+        QTRY_VERIFY(!outcomeOf(bench.client->sent()).value->empty());
+        QCOMPARE(outcomeOf(bench.client->sent()).value->back(),
+                 Request::reviewDecision(u"run"_s, u"t0-1"_s, ReviewDecision::skip()));
     }
 
     void retryStartsASync() {
