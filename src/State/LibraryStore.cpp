@@ -56,17 +56,14 @@ QCoro::Task<bool> LibraryStore::startSync(std::optional<SyncOptions> options) {
 void LibraryStore::setSelection(QSet<QString> selection) {
     if (selection == _selection)
         return;
-    const qint64 oldCount = selectedTrackCount();
     _selection = std::move(selection);
     Q_EMIT selectionChanged();
-    if (oldCount != selectedTrackCount())
-        Q_EMIT selectedTrackCountChanged();
+    tellSelectedTrackCount();
 }
 
 void LibraryStore::setPlaylists(std::vector<PlaylistDTO> playlists) {
     if (playlists == _playlists)
         return;
-    const qint64 oldCount = selectedTrackCount();
     _playlists = std::move(playlists);
     _roots.clear();
     _firstById.clear();
@@ -78,8 +75,7 @@ void LibraryStore::setPlaylists(std::vector<PlaylistDTO> playlists) {
         (playlist.parentId ? _childrenById[*playlist.parentId] : _roots).push_back(position);
     }
     Q_EMIT playlistsChanged();
-    if (oldCount != selectedTrackCount())
-        Q_EMIT selectedTrackCountChanged();
+    tellSelectedTrackCount();
 }
 
 void LibraryStore::setLoadState(LoadState state) {
@@ -87,6 +83,12 @@ void LibraryStore::setLoadState(LoadState state) {
         return;
     _loadState = std::move(state);
     Q_EMIT loadStateChanged();
+}
+
+void LibraryStore::tellSelectedTrackCount() {
+    const qint64 count = selectedTrackCount();
+    if (std::exchange(_toldTrackCount, count) != count)
+        Q_EMIT selectedTrackCountChanged();
 }
 
 bool LibraryStore::isLoading() const {

@@ -95,6 +95,7 @@ private:
     void setSelectionList(const QStringList &ids) { setSelection(QSet<QString>(ids.cbegin(), ids.cend())); }
     void setPlaylists(std::vector<PlaylistDTO> playlists);
     void setLoadState(LoadState state);
+    void tellSelectedTrackCount();
     std::vector<const PlaylistDTO *> entries(const std::vector<std::size_t> &positions) const;
 
     const std::shared_ptr<HelperClienting> _client;
@@ -105,6 +106,7 @@ private:
     QHash<QString, std::vector<std::size_t>> _childrenById;
     LoadState _loadState;
     QSet<QString> _selection;
+    qint64 _toldTrackCount = 0; // a listener may change the selection again before it is told
     TaskScope _lifetime;
 };
 

@@ -234,6 +234,25 @@ private Q_SLOTS:
         QCOMPARE(told.count(), 2);
     }
 
+    void aSelectionThatIsCorrectedWhileItIsToldTellsEachCountOnce() {
+        auto a = playlistOf(u"a"_s, u"A"_s);
+        a.trackCount = 3;
+        auto b = playlistOf(u"b"_s, u"B"_s);
+        b.trackCount = 5;
+        load({a, b});
+        QList<qint64> counts;
+        connect(store.get(), &LibraryStore::selectedTrackCountChanged, this,
+                [&] { counts.append(store->selectedTrackCount()); });
+        connect(store.get(), &LibraryStore::selectionChanged, this, [&] {
+            if (store->isSelected(u"a"_s))
+                store->setSelection({u"b"_s});
+        });
+        store->setSelection({u"a"_s});
+        QCOMPARE(counts, QList<qint64>{5});
+        store->setSelection({u"a"_s});
+        QCOMPARE(counts, QList<qint64>{5}); // it was 3 only until it was corrected
+    }
+
     void anEqualSelectionTellsNobody() {
         QSignalSpy told(store.get(), &LibraryStore::selectionChanged);
         store->setSelection({u"a"_s, u"b"_s});
