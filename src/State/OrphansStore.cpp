@@ -3,7 +3,6 @@
 #include "State/EitherShape.h"
 
 #include <QPointer>
-#include <QSet>
 
 #include <utility>
 
@@ -22,16 +21,18 @@ OrphansStore::OrphansStore(std::shared_ptr<HelperClienting> client, QObject *par
     : EngineStore(std::move(client), parent) {}
 
 void OrphansStore::accumulate(const QStringList &paths) {
-    QStringList all = _paths;
-    QSet<QString> known(all.cbegin(), all.cend());
+    const qsizetype before = _paths.size();
     for (const QString &path : paths) {
-        if (known.contains(path))
+        if (_known.contains(path))
             continue;
-        known.insert(path);
-        all.append(path);
+        _known.insert(path);
+        _paths.append(path);
     }
     // Who pressed Keep isn't asked again in the same run.
-    set(std::move(all), _dismissed);
+    if (_paths.size() == before)
+        return;
+    Q_EMIT pathsChanged();
+    tellHasOrphans();
 }
 
 void OrphansStore::reset() {
@@ -68,18 +69,26 @@ void OrphansStore::trashPaths(const QStringList &paths) {
 }
 
 void OrphansStore::setDismissed(bool dismissed) {
-    set(_paths, dismissed);
+    if (std::exchange(_dismissed, dismissed) == dismissed)
+        return;
+    Q_EMIT dismissedChanged();
+    tellHasOrphans();
 }
 
 void OrphansStore::set(QStringList paths, bool dismissed) {
-    const bool hadOrphans = hasOrphans();
     const bool areOthers = std::exchange(_paths, std::move(paths)) != _paths;
     const bool isOther = std::exchange(_dismissed, dismissed) != dismissed;
+    _known = QSet<QString>(_paths.cbegin(), _paths.cend());
     if (areOthers)
         Q_EMIT pathsChanged();
     if (isOther)
         Q_EMIT dismissedChanged();
-    if (hadOrphans != hasOrphans())
+    tellHasOrphans();
+}
+
+void OrphansStore::tellHasOrphans() {
+    const bool has = hasOrphans();
+    if (std::exchange(_toldHasOrphans, has) != has)
         Q_EMIT hasOrphansChanged();
 }
 

@@ -2,6 +2,7 @@
 
 #include "State/EngineStore.h"
 
+#include <QSet>
 #include <QStringList>
 
 namespace zelk {
@@ -42,9 +43,12 @@ Q_SIGNALS:
 
 private:
     void set(QStringList paths, bool dismissed);
+    void tellHasOrphans();
 
     QStringList _paths;
+    QSet<QString> _known; // the paths, so that a library of orphans is not walked for each event
     bool _dismissed = false;
+    bool _toldHasOrphans = false; // a listener may change the paths again before it is told
 };
 
 } // namespace zelk

@@ -39,6 +39,29 @@ private Q_SLOTS:
         QVERIFY(store->hasOrphans());
     }
 
+    void whatLeftTheListMayBeFoundAgain() {
+        store->accumulate({u"/a"_s, u"/b"_s});
+        client->reply(Method::trashOrphans, "null");
+        QVERIFY(outcomeOf(store->trash({u"/a"_s})).succeeded());
+        store->accumulate({u"/a"_s, u"/b"_s});
+        QCOMPARE(store->paths(), (QStringList{u"/b"_s, u"/a"_s}));
+
+        client->reply(Method::listOrphans, R"({"paths":["/c"]})");
+        QVERIFY(outcomeOf(store->listOrphans({})).succeeded());
+        store->accumulate({u"/a"_s, u"/c"_s});
+        QCOMPARE(store->paths(), (QStringList{u"/c"_s, u"/a"_s}));
+
+        store->reset();
+        store->accumulate({u"/a"_s});
+        QCOMPARE(store->paths(), QStringList{u"/a"_s});
+    }
+
+    void whatIsKnownIsNotAddedWhileItIsTold() {
+        connect(store.get(), &OrphansStore::pathsChanged, this, [this] { store->accumulate({u"/a"_s, u"/b"_s}); });
+        store->accumulate({u"/a"_s});
+        QCOMPARE(store->paths(), (QStringList{u"/a"_s, u"/b"_s}));
+    }
+
     void whatAddsNothingTellsNobody() {
         store->accumulate({u"/a"_s});
         QSignalSpy paths(store.get(), &OrphansStore::pathsChanged);
