@@ -1,22 +1,18 @@
 #include "Platform/ChildProcess.h"
 
 #include "Platform/InputPipe.h"
+#include "Platform/Spawn_linux.h"
 #include "Platform/UniqueFd.h"
 #include "Support/SerialExecutor.h"
 
-#include <QFile>
 #include <QSocketNotifier>
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
 #include <csignal>
 #include <optional>
-#include <system_error>
-#include <vector>
 
 #include <fcntl.h>
-#include <spawn.h>
 extern "C" {
 #include <sys/pidfd.h>
 }
@@ -27,84 +23,10 @@ namespace zelk {
 
 namespace {
 
-constexpr int firstFreeDescriptor = 3;
 constexpr int wantedPipeSize = 1 << 20;
 constexpr qsizetype readSize = 256 * 1024;
 /// How much one turn of the loop reads, so that a child that never stops talking leaves room for the rest.
 constexpr qsizetype readPerTurn = 4 * readSize;
-
-void check(int error, const char *what) {
-    if (error != 0)
-        throw std::system_error(error, std::system_category(), what);
-}
-
-struct Pipe {
-    UniqueFd readEnd;
-    UniqueFd writeEnd;
-};
-
-/// Away from 0, 1 and 2, which the child's own descriptors take: a process may be started with those closed.
-UniqueFd lifted(int fd) {
-    if (fd >= firstFreeDescriptor)
-        return UniqueFd(fd);
-    const UniqueFd low(fd);
-    return UniqueFd(::fcntl(fd, F_DUPFD_CLOEXEC, firstFreeDescriptor));
-}
-
-Pipe makePipe() {
-    std::array<int, 2> ends{};
-    if (::pipe2(ends.data(), O_CLOEXEC) != 0)
-        throw std::system_error(errno, std::system_category(), "pipe");
-    Pipe pipe{.readEnd = lifted(ends[0]), .writeEnd = lifted(ends[1])};
-    if (!pipe.readEnd || !pipe.writeEnd)
-        throw std::system_error(errno, std::system_category(), "pipe");
-    return pipe;
-}
-
-void makeNonBlocking(const UniqueFd &fd) {
-    ::fcntl(fd.get(), F_SETFL, ::fcntl(fd.get(), F_GETFL) | O_NONBLOCK);
-}
-
-class SpawnSettings {
-public:
-    SpawnSettings(int input, int output, int error) {
-        check(::posix_spawn_file_actions_init(&actions), "posix_spawn");
-        check(::posix_spawn_file_actions_adddup2(&actions, input, STDIN_FILENO), "posix_spawn");
-        check(::posix_spawn_file_actions_adddup2(&actions, output, STDOUT_FILENO), "posix_spawn");
-        check(::posix_spawn_file_actions_adddup2(&actions, error, STDERR_FILENO), "posix_spawn");
-        check(::posix_spawnattr_init(&attributes), "posix_spawn");
-        sigset_t none;
-        ::sigemptyset(&none);
-        check(::posix_spawnattr_setsigmask(&attributes, &none), "posix_spawn");
-        sigset_t defaults;
-        ::sigemptyset(&defaults);
-        ::sigaddset(&defaults, SIGPIPE);
-        check(::posix_spawnattr_setsigdefault(&attributes, &defaults), "posix_spawn");
-        check(::posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF), "posix_spawn");
-    }
-    ~SpawnSettings() {
-        ::posix_spawn_file_actions_destroy(&actions);
-        ::posix_spawnattr_destroy(&attributes);
-    }
-    Q_DISABLE_COPY_MOVE(SpawnSettings)
-
-    posix_spawn_file_actions_t actions{};
-    posix_spawnattr_t attributes{};
-};
-
-pid_t spawn(const QString &program, const QStringList &arguments, const SpawnSettings &settings) {
-    std::vector<QByteArray> words{QFile::encodeName(program)};
-    for (const auto &argument : arguments)
-        words.push_back(argument.toUtf8());
-    std::vector<char *> argv;
-    for (auto &word : words)
-        argv.push_back(word.data());
-    argv.push_back(nullptr);
-    pid_t pid = 0;
-    check(::posix_spawn(&pid, words.front().constData(), &settings.actions, &settings.attributes, argv.data(), environ),
-          "posix_spawn");
-    return pid;
-}
 
 ChildProcess::Exit exitOf(const siginfo_t &info) {
     switch (info.si_code) {
@@ -124,7 +46,7 @@ public:
     OutputPipe(UniqueFd readEnd, std::function<void(const QByteArray &)> chunk, std::function<void()> ended)
         : _readEnd(std::move(readEnd)), _notifier(_readEnd.get(), QSocketNotifier::Read), _chunk(std::move(chunk)),
           _ended(std::move(ended)) {
-        makeNonBlocking(_readEnd);
+        spawn::makeNonBlocking(_readEnd);
         QObject::connect(&_notifier, &QSocketNotifier::activated, [this] {
             if (read(readPerTurn) == Read::AtEnd) {
                 _notifier.setEnabled(false);
@@ -169,17 +91,18 @@ class LinuxChildProcess final : public ChildProcess {
 public:
     LinuxChildProcess(const QString &program, const QStringList &arguments, Callbacks callbacks)
         : _ended(std::move(callbacks.ended)) {
-        auto input = makePipe();
-        auto output = makePipe();
-        auto error = makePipe();
+        auto input = spawn::makePipe();
+        auto output = spawn::makePipe();
+        auto error = spawn::makePipe();
         // A full pipe costs the child a switch to us for every 64 KiB; where the platform refuses, nothing is lost.
         ::fcntl(output.readEnd.get(), F_SETPIPE_SZ, wantedPipeSize);
-        makeNonBlocking(input.writeEnd);
+        spawn::makeNonBlocking(input.writeEnd);
         _input = std::make_shared<InputPipe>(std::move(input.writeEnd));
         _output.emplace(std::move(output.readEnd), std::move(callbacks.output), std::move(callbacks.outputEnded));
         _error.emplace(std::move(error.readEnd), std::move(callbacks.error), nullptr);
-        const SpawnSettings settings(input.readEnd.get(), output.writeEnd.get(), error.writeEnd.get());
-        _pid = spawn(program, arguments, settings);
+        _pid = spawn::start(
+            program, arguments,
+            {.input = input.readEnd.get(), .output = output.writeEnd.get(), .error = error.writeEnd.get()});
         watch();
     }
 
