@@ -18,10 +18,23 @@ Q_ENUM_NS(StatusRole)
 enum class ProvisioningPhase { idle, running, ready, failed };
 Q_ENUM_NS(ProvisioningPhase)
 
+/// How the command-line tool stands.
+enum class CLIToolKind {
+    unknown,
+    notInstalled,
+    installedSymlink,
+    installedSymlinkStale,
+    foreignCopy,
+    fallbackInstalled,
+    dangling
+};
+Q_ENUM_NS(CLIToolKind)
+
 } // namespace zelk::StateEnums
 
 namespace zelk {
 
+using StateEnums::CLIToolKind;
 using StateEnums::ProvisioningPhase;
 using StateEnums::StatusRole;
 using StateEnums::SyncPhase;
