@@ -96,6 +96,8 @@ class SizeScale : public QObject {
     Q_PROPERTY(int detailRoom MEMBER detailRoom CONSTANT)
     Q_PROPERTY(int bannerMaximum MEMBER bannerMaximum CONSTANT)
     Q_PROPERTY(int readingWidth MEMBER readingWidth CONSTANT)
+    Q_PROPERTY(int dialogWidth MEMBER dialogWidth CONSTANT)
+    Q_PROPERTY(int dialogSymbol MEMBER dialogSymbol CONSTANT)
     Q_PROPERTY(int trackRow MEMBER trackRow CONSTANT)
     Q_PROPERTY(int columnHead MEMBER columnHead CONSTANT)
     Q_PROPERTY(int groupCard MEMBER groupCard CONSTANT)
@@ -151,6 +153,8 @@ public:
     const int detailRoom = 640; // what the columns beside the detail pane leave it while they can
     const int bannerMaximum = 560;
     const int readingWidth = 360; // the widest that an explanation runs
+    const int dialogWidth = 440;
+    const int dialogSymbol = 24;
     const int trackRow = Tokens::Size::trackRow;
     const int columnHead = Tokens::Size::columnHead;
     const int groupCard = Tokens::Size::groupCard;

@@ -1,6 +1,5 @@
 #include "Views/MainWindow.h"
 
-#include "Styling/Symbols.h"
 #include "Styling/TokensSingleton.h"
 #include "Support/Task.h"
 #include "Views/BannerLogic.h"
@@ -8,15 +7,12 @@
 #include "Views/DetailLogic.h"
 #include "Views/ReviewLogic.h"
 #include "Views/SidebarLogic.h"
+#include "Views/ViewEngine.h"
 
-#include <QCoreApplication>
 #include <QQmlApplicationEngine>
 #include <QQuickWindow>
-#include <QTranslator>
 
 using namespace Qt::Literals::StringLiterals;
-
-extern void qml_register_types_zelk();
 
 namespace zelk {
 
@@ -32,24 +28,10 @@ struct MainWindow::Parts {
     QQmlApplicationEngine engine; // last: the views go before what they show
 };
 
-namespace {
-
-// The plural forms of English, by name: the C locale has no language that would lead to them.
-void installPlurals() {
-    static QTranslator english;
-    if (english.isEmpty() && english.load(u":/zelk/i18n/zelk_en.qm"_s))
-        QCoreApplication::installTranslator(&english);
-}
-
-} // namespace
-
 MainWindow::MainWindow(AppModel &model) {
-    qml_register_types_zelk();
-    installPlurals();
     m_parts = std::make_unique<Parts>(model);
     QQmlApplicationEngine &engine = m_parts->engine;
-    engine.addImportPath(u"qrc:/qt/qml"_s);
-    engine.addImageProvider(u"symbol"_s, new Symbols::Provider);
+    prepareViewEngine(engine);
     engine.setInitialProperties({
         {u"commandsLogic"_s, QVariant::fromValue(&m_parts->commands)},
         {u"sidebarLogic"_s, QVariant::fromValue(&m_parts->sidebar)},
@@ -57,7 +39,7 @@ MainWindow::MainWindow(AppModel &model) {
         {u"reviewLogic"_s, QVariant::fromValue(&m_parts->review)},
         {u"bannerLogic"_s, QVariant::fromValue(&m_parts->banner)},
     });
-    engine.load(QUrl(u"qrc:/qt/qml/zelk/MainWindow.qml"_s));
+    engine.load(viewUrl(u"MainWindow"_s));
     if (QQuickWindow *shown = window())
         shown->show();
     startTask(&model, [&model](const std::stop_token &) { return model.start(); });
@@ -70,7 +52,7 @@ QQuickWindow *MainWindow::window() const {
 }
 
 TokensSingleton &MainWindow::tokens() const {
-    return *m_parts->engine.singletonInstance<TokensSingleton *>(qmlTypeId("zelk", 1, 0, "Tokens"));
+    return tokensOf(m_parts->engine);
 }
 
 } // namespace zelk

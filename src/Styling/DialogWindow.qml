@@ -1,0 +1,145 @@
+// A window of its own for one matter: what it is about, what belongs to it, and the buttons that end it. It stays until
+// whoever shows it hides it.
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import zelk
+
+Window {
+    id: dialog
+
+    required property string heading
+    property string text: ""
+    property string symbol: ""
+    // What Return presses, wherever the focus is but on another button.
+    required property string primaryText
+    property bool primaryEnabled: true
+    // What Escape presses. Without it the dialog has one button, and Escape dismisses it.
+    property string secondaryText: ""
+    // Between the text and the buttons, as wide as they are.
+    default property alias content: body.data
+
+    signal accepted
+    signal refused
+    // Closed without a button.
+    signal dismissed
+
+    function refuse() {
+        if (dialog.secondaryText === "")
+            dialog.dismissed();
+        else
+            dialog.refused();
+    }
+
+    title: dialog.heading
+    flags: Qt.Dialog
+    width: Tokens.size.dialogWidth
+    height: frame.implicitHeight
+    minimumWidth: dialog.width
+    maximumWidth: dialog.width
+    minimumHeight: dialog.height
+    maximumHeight: dialog.height
+    color: Tokens.color.window
+    onClosing: close => {
+        close.accepted = false;
+        dialog.dismissed();
+    }
+
+    Shortcut {
+        sequences: ["Escape"]
+        onActivated: dialog.refuse()
+    }
+
+    Shortcut {
+        sequences: ["Ctrl+W"]
+        onActivated: dialog.dismissed()
+    }
+
+    Item {
+        id: frame
+
+        objectName: "dialogFrame"
+        width: dialog.width
+        implicitHeight: Math.ceil(buttons.y + buttons.height + Tokens.space.xl)
+        focus: true
+        Accessible.role: Accessible.Dialog
+        Accessible.name: dialog.heading
+        Accessible.description: dialog.text
+        Keys.onReturnPressed: primary.press()
+        Keys.onEnterPressed: primary.press()
+
+        Symbol {
+            id: mark
+
+            objectName: "dialogSymbol"
+            x: Tokens.space.xl
+            y: Tokens.space.xl
+            visible: dialog.symbol !== ""
+            name: dialog.symbol
+            color: Tokens.color.accent
+            size: Tokens.size.dialogSymbol
+        }
+
+        Column {
+            id: words
+
+            x: mark.visible ? mark.x + mark.width + Tokens.space.lg : Tokens.space.xl
+            y: Tokens.space.xl
+            width: parent.width - x - Tokens.space.xl
+            spacing: Tokens.space.sm
+
+            Paragraph {
+                objectName: "dialogHeading"
+                width: parent.width
+                text: dialog.heading
+                color: Tokens.color.primary
+                font: Tokens.font.title3
+            }
+
+            Paragraph {
+                objectName: "dialogText"
+                width: parent.width
+                visible: dialog.text !== ""
+                text: dialog.text
+            }
+        }
+
+        Column {
+            id: body
+
+            anchors.top: words.bottom
+            anchors.topMargin: body.implicitHeight > 0 ? Tokens.space.lg : 0
+            x: Tokens.space.xl
+            width: parent.width - 2 * Tokens.space.xl
+        }
+
+        Row {
+            id: buttons
+
+            anchors.top: body.bottom
+            anchors.topMargin: Tokens.space.xl
+            anchors.right: parent.right
+            anchors.rightMargin: Tokens.space.xl
+            spacing: Tokens.space.sm
+
+            PushButton {
+                objectName: "dialogSecondary"
+                visible: dialog.secondaryText !== ""
+                text: dialog.secondaryText
+                onClicked: dialog.refused()
+            }
+
+            PushButton {
+                id: primary
+
+                objectName: "dialogPrimary"
+                enabled: dialog.primaryEnabled
+                text: dialog.primaryText
+                stroked: false
+                fill: Tokens.color.accentFill
+                ink: Tokens.color.onAccent
+                onClicked: dialog.accepted()
+            }
+        }
+    }
+}

@@ -1,0 +1,50 @@
+#include "Views/DialogHost.h"
+
+#include "Views/ViewEngine.h"
+
+#include <QGuiApplication>
+#include <QQmlComponent>
+#include <QQmlEngine>
+#include <QQuickWindow>
+
+namespace zelk {
+
+DialogHost::DialogHost() = default;
+
+DialogHost::~DialogHost() = default;
+
+QQmlEngine &DialogHost::engine() {
+    if (!m_engine) {
+        m_engine = std::make_unique<QQmlEngine>();
+        prepareViewEngine(*m_engine);
+    }
+    return *m_engine;
+}
+
+std::unique_ptr<QQuickWindow> DialogHost::make(const QString &view, const QVariantMap &properties) {
+    QQmlComponent component(&engine(), viewUrl(view));
+    // 6.4 looks into a component that failed to load.
+    std::unique_ptr<QObject> made(component.isReady() ? component.createWithInitialProperties(properties) : nullptr);
+    auto *window = qobject_cast<QQuickWindow *>(made.get());
+    if (!window) {
+        qWarning("%s", qUtf8Printable(component.errorString()));
+        return {};
+    }
+    made.release();
+    return std::unique_ptr<QQuickWindow>(window);
+}
+
+void DialogHost::present(QQuickWindow &window) {
+    QWindow *const front = QGuiApplication::focusWindow();
+    if (!window.isVisible() && front != &window)
+        window.setTransientParent(front);
+    window.show();
+    window.raise();
+    window.requestActivate();
+}
+
+TokensSingleton &DialogHost::tokens() {
+    return tokensOf(engine());
+}
+
+} // namespace zelk

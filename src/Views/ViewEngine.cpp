@@ -1,0 +1,42 @@
+#include "Views/ViewEngine.h"
+
+#include "Styling/Symbols.h"
+#include "Styling/TokensSingleton.h"
+
+#include <QCoreApplication>
+#include <QQmlEngine>
+#include <QTranslator>
+
+using namespace Qt::Literals::StringLiterals;
+
+extern void qml_register_types_zelk();
+
+namespace zelk {
+
+namespace {
+
+// The plural forms of English, by name: the C locale has no language that would lead to them.
+void installPlurals() {
+    static QTranslator english;
+    if (english.isEmpty() && english.load(u":/zelk/i18n/zelk_en.qm"_s))
+        QCoreApplication::installTranslator(&english);
+}
+
+} // namespace
+
+void prepareViewEngine(QQmlEngine &engine) {
+    qml_register_types_zelk();
+    installPlurals();
+    engine.addImportPath(u"qrc:/qt/qml"_s);
+    engine.addImageProvider(u"symbol"_s, new Symbols::Provider);
+}
+
+TokensSingleton &tokensOf(QQmlEngine &engine) {
+    return *engine.singletonInstance<TokensSingleton *>(qmlTypeId("zelk", 1, 0, "Tokens"));
+}
+
+QUrl viewUrl(const QString &name) {
+    return QUrl(u"qrc:/qt/qml/zelk/%1.qml"_s.arg(name));
+}
+
+} // namespace zelk
