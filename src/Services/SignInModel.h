@@ -12,7 +12,8 @@ namespace zelk {
 class SettingsStore;
 class SyncStore;
 
-/// What a sign-in needs of the application's model, which is made after the services and owns the stores.
+/// What a sign-in needs of the application's model, which is made after the services. The model owns the stores: when
+/// they go, so has it.
 class SignInModel {
 public:
     virtual ~SignInModel() = default;
@@ -24,6 +25,7 @@ public:
     virtual QCoro::Task<> connectSpotify() = 0;
     /// Null before there is a client.
     virtual SettingsStore *settings() const = 0;
+    /// Never null.
     virtual SyncStore *sync() const = 0;
 };
 
