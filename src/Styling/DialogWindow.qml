@@ -40,10 +40,7 @@ Window {
     minimumHeight: dialog.height
     maximumHeight: dialog.height
     color: Tokens.color.window
-    onClosing: close => {
-        close.accepted = false;
-        dialog.dismissed();
-    }
+    onClosing: dialog.dismissed()
 
     Shortcut {
         sequences: ["Escape"]

@@ -7,6 +7,8 @@
 #include <QQmlEngine>
 #include <QQuickWindow>
 
+#include <algorithm>
+
 namespace zelk {
 
 DialogHost::DialogHost() = default;
@@ -34,10 +36,19 @@ std::unique_ptr<QQuickWindow> DialogHost::make(const QString &view, const QVaria
     return std::unique_ptr<QQuickWindow>(window);
 }
 
+QWindow *DialogHost::front(const QQuickWindow &except) {
+    QWindow *const focused = QGuiApplication::focusWindow();
+    if (focused && focused != &except)
+        return focused;
+    const auto windows = QGuiApplication::topLevelWindows();
+    const auto found =
+        std::ranges::find_if(windows, [&except](const QWindow *each) { return each != &except && each->isVisible(); });
+    return found == windows.end() ? &m_none : *found;
+}
+
 void DialogHost::present(QQuickWindow &window) {
-    QWindow *const front = QGuiApplication::focusWindow();
-    if (!window.isVisible() && front != &window)
-        window.setTransientParent(front);
+    if (!window.isVisible())
+        window.setTransientParent(front(window));
     window.show();
     window.raise();
     window.requestActivate();

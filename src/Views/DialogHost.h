@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QVariantMap>
+#include <QWindow>
 
 #include <memory>
 
@@ -22,16 +23,21 @@ public:
     // The window of that view, such as "QuestionDialog", not shown yet. Null only when the view can't be loaded, with
     // what is wrong in the log: a broken build.
     std::unique_ptr<QQuickWindow> make(const QString &view, const QVariantMap &properties);
-    // Shows it before the window that the user is in; or brings it to the front.
-    static void present(QQuickWindow &window);
+    // Shows it before the window that the user is in, or before any that is there; or brings it to the front. The
+    // application ends with its main window all the same, and never with a window of these.
+    void present(QQuickWindow &window);
 
     // The measures and colours that these windows' views read.
     TokensSingleton &tokens();
 
 private:
     QQmlEngine &engine();
+    QWindow *front(const QQuickWindow &except);
 
     std::unique_ptr<QQmlEngine> m_engine;
+    // Stands in where there is no window to stand before, never shown: the end of the application is tied to the
+    // windows that stand before none.
+    QWindow m_none;
 };
 
 } // namespace zelk

@@ -40,7 +40,7 @@ QFuture<Question::Answer> QuestionDialog::ask(const Wording &wording) {
     const auto answer = open->future();
     open->window = m_host.make(u"QuestionDialog"_s, {{u"logic"_s, QVariant::fromValue(&open->logic)}});
     if (open->window)
-        DialogHost::present(*open->window);
+        m_host.present(*open->window);
     else
         m_open.pop_back();
     return answer;

@@ -7,29 +7,28 @@
 #include <QQuickItem>
 #include <QQuickWindow>
 #include <QTest>
+#include <QTimer>
 
-#include <algorithm>
+#include <functional>
 
 namespace zelk {
 
 // Dialogs that no window stands behind, and hands to use them with.
 class DialogBench {
 public:
-    // The dialog of that name in view; null without one.
-    static QQuickWindow *shown(const char *objectName) {
+    // The dialogs of that name in view, in the order of their making.
+    static QList<QQuickWindow *> all(const char *objectName) {
+        QList<QQuickWindow *> found;
         const auto windows = QGuiApplication::topLevelWindows();
         for (QWindow *each : windows) {
             if (each->isVisible() && each->objectName() == QLatin1StringView(objectName))
-                return qobject_cast<QQuickWindow *>(each);
+                found.append(qobject_cast<QQuickWindow *>(each));
         }
-        return nullptr;
+        return found;
     }
-    static int count(const char *objectName) {
-        const auto windows = QGuiApplication::topLevelWindows();
-        return static_cast<int>(std::ranges::count_if(windows, [objectName](const QWindow *each) {
-            return each->isVisible() && each->objectName() == QLatin1StringView(objectName);
-        }));
-    }
+    static int count(const char *objectName) { return static_cast<int>(all(objectName).size()); }
+    // The first of them; null without one.
+    static QQuickWindow *shown(const char *objectName) { return all(objectName).value(0); }
     static QQuickItem *item(const QQuickWindow *window, const char *objectName) {
         return find(window->contentItem(), QLatin1StringView(objectName));
     }
@@ -49,6 +48,16 @@ public:
             return false;
         actions->doAction(press);
         return true;
+    }
+    // Whether the application ends by itself after `step`, as it does with its last window.
+    static bool endsAfter(const std::function<void()> &step) {
+        constexpr int stopped = 7;
+        QTimer::singleShot(0, qApp, [&step] {
+            step();
+            // Behind whatever the step has queued, and what that queues in its turn.
+            QTimer::singleShot(50, qApp, [] { QCoreApplication::exit(stopped); });
+        });
+        return QGuiApplication::exec() != stopped;
     }
     static QString text(const QQuickWindow *window, const char *objectName) {
         const QQuickItem *const target = item(window, objectName);

@@ -1,7 +1,6 @@
 #include "DialogBench.h"
 #include "Views/QuestionDialog.h"
 
-#include <QSignalSpy>
 #include <QTest>
 
 #include <functional>
@@ -106,26 +105,24 @@ private Q_SLOTS:
         const auto second = question.ask(wording);
         QCOMPARE(DialogBench::count("questionDialog"), 2);
         // The last asked stands in front and keeps the others from being used.
-        const auto windows = QGuiApplication::topLevelWindows();
-        DialogBench::click(qobject_cast<QQuickWindow *>(windows.last()), "dialogPrimary");
+        const auto windows = DialogBench::all("questionDialog");
+        DialogBench::click(windows.last(), "dialogPrimary");
         QVERIFY(second.isFinished());
         QVERIFY(!first.isFinished());
-        DialogBench::click(qobject_cast<QQuickWindow *>(windows.first()), "dialogSecondary");
+        DialogBench::click(windows.first(), "dialogSecondary");
         QVERIFY(first.isFinished());
         QCOMPARE(second.result(), Question::Answer::yes);
         QCOMPARE(first.result(), Question::Answer::no);
-        QCoreApplication::processEvents();
-        QCOMPARE(QGuiApplication::topLevelWindows().size(), 0);
+        QCOMPARE(DialogBench::count("questionDialog"), 0);
     }
 
     void answeringTheOnlyWindowDoesNotEndTheApplication() {
         DialogBench bench;
         QuestionDialog question(bench.host);
-        QSignalSpy last(qApp, &QGuiApplication::lastWindowClosed);
         (void)question.ask(wording);
-        dialog()->close();
-        QCoreApplication::processEvents();
-        QCOMPARE(last.count(), 0);
+        QVERIFY(!DialogBench::endsAfter([] { dialog()->close(); }));
+        (void)question.ask(wording);
+        QVERIFY(!DialogBench::endsAfter([] { DialogBench::click(dialog(), "dialogPrimary"); }));
     }
 
     void itStandsBeforeTheWindowThatTheUserIsIn() {
@@ -138,6 +135,28 @@ private Q_SLOTS:
         (void)question.ask(wording);
         QCOMPARE(dialog()->transientParent(), &front);
         QCOMPARE(dialog()->modality(), Qt::ApplicationModal);
+    }
+
+    void itKeepsNoApplicationThatHasLostItsWindow() {
+        DialogBench bench;
+        QuestionDialog question(bench.host);
+        QWindow window;
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        const auto answer = question.ask(wording);
+        QCOMPARE(dialog()->transientParent(), &window);
+        QVERIFY(DialogBench::endsAfter([&window] { window.close(); }));
+        QVERIFY(answer.isFinished());
+        QCOMPARE(answer.result(), Question::Answer::none);
+    }
+
+    void quittingClosesTheQuestion() {
+        DialogBench bench;
+        QuestionDialog question(bench.host);
+        const auto answer = question.ask(wording);
+        QVERIFY(DialogBench::endsAfter([] { QCoreApplication::quit(); }));
+        QVERIFY(answer.isFinished());
+        QCOMPARE(answer.result(), Question::Answer::none);
     }
 
     void itIsReadToAScreenReader() {
