@@ -146,6 +146,8 @@ QCoro::Task<QString> AppleMusicAuthService::Core::requestUserToken(std::shared_p
     const auto stop = core->lifetime.get_token();
     auto loading = core->operations.session->get(core->devTokenURL, stop);
     const auto response = co_await loading;
+    if (stop.stop_requested())
+        throw Cancelled();
     const QString developerToken = developerTokenIn(response);
     const auto provider = core->operations.makeTokenProvider();
     auto requesting = provider->userToken(developerToken, MusicTokenRequestOption::ignoreCache, stop);

@@ -97,6 +97,7 @@ class SizeScale : public QObject {
     Q_PROPERTY(int bannerMaximum MEMBER bannerMaximum CONSTANT)
     Q_PROPERTY(int readingWidth MEMBER readingWidth CONSTANT)
     Q_PROPERTY(int dialogWidth MEMBER dialogWidth CONSTANT)
+    Q_PROPERTY(int wideDialogWidth MEMBER wideDialogWidth CONSTANT)
     Q_PROPERTY(int dialogSymbol MEMBER dialogSymbol CONSTANT)
     Q_PROPERTY(int trackRow MEMBER trackRow CONSTANT)
     Q_PROPERTY(int columnHead MEMBER columnHead CONSTANT)
@@ -154,6 +155,7 @@ public:
     const int bannerMaximum = 560;
     const int readingWidth = 360; // the widest that an explanation runs
     const int dialogWidth = 440;
+    const int wideDialogWidth = 520;
     const int dialogSymbol = 24;
     const int trackRow = Tokens::Size::trackRow;
     const int columnHead = Tokens::Size::columnHead;
