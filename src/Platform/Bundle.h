@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QJsonValue>
 #include <QString>
 
 #include <optional>
@@ -20,6 +21,9 @@ public:
     const QString &executablePath() const { return _executable; }
     /// The file of that name beside the main executable, if there is one; it may be the main executable itself.
     std::optional<QString> auxiliaryExecutable(const QString &name) const;
+    /// What `Contents/Info.json`, which the build writes, says of the bundle under `key`; undefined when it says
+    /// nothing, or when the file is absent or unreadable.
+    QJsonValue info(const QString &key) const;
 
 private:
     QString _path;
