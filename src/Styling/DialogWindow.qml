@@ -11,18 +11,26 @@ Window {
     required property string heading
     property string text: ""
     property string symbol: ""
-    // What Return presses, wherever the focus is but on another button.
+    // What Return presses, wherever the focus is but on another button. It may be empty while there is only to wait.
     required property string primaryText
     property bool primaryEnabled: true
     // What Escape presses. Without it the dialog has one button, and Escape dismisses it.
     property string secondaryText: ""
+    // A third way out, apart from the other two; no key stands for it.
+    property string tertiaryText: ""
     // Between the text and the buttons, as wide as they are.
     default property alias content: body.data
 
     signal accepted
     signal refused
+    signal declined
     // Closed without a button.
     signal dismissed
+
+    // Back to where Return presses the primary button, when what is shown has changed under the focus.
+    function takeFocus() {
+        frame.forceActiveFocus();
+    }
 
     function refuse() {
         if (dialog.secondaryText === "")
@@ -110,6 +118,15 @@ Window {
             width: parent.width - 2 * Tokens.space.xl
         }
 
+        PushButton {
+            objectName: "dialogTertiary"
+            anchors.verticalCenter: buttons.verticalCenter
+            x: Tokens.space.xl
+            visible: dialog.tertiaryText !== ""
+            text: dialog.tertiaryText
+            onClicked: dialog.declined()
+        }
+
         Row {
             id: buttons
 
@@ -130,7 +147,8 @@ Window {
                 id: primary
 
                 objectName: "dialogPrimary"
-                enabled: dialog.primaryEnabled
+                visible: dialog.primaryText !== ""
+                enabled: dialog.primaryEnabled && dialog.primaryText !== ""
                 text: dialog.primaryText
                 stroked: false
                 fill: Tokens.color.accentFill

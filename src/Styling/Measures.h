@@ -99,6 +99,7 @@ class SizeScale : public QObject {
     Q_PROPERTY(int dialogWidth MEMBER dialogWidth CONSTANT)
     Q_PROPERTY(int wideDialogWidth MEMBER wideDialogWidth CONSTANT)
     Q_PROPERTY(int dialogSymbol MEMBER dialogSymbol CONSTANT)
+    Q_PROPERTY(int notesMaximum MEMBER notesMaximum CONSTANT)
     Q_PROPERTY(int trackRow MEMBER trackRow CONSTANT)
     Q_PROPERTY(int columnHead MEMBER columnHead CONSTANT)
     Q_PROPERTY(int groupCard MEMBER groupCard CONSTANT)
@@ -157,6 +158,7 @@ public:
     const int dialogWidth = 440;
     const int wideDialogWidth = 520;
     const int dialogSymbol = 24;
+    const int notesMaximum = 240; // the highest that release notes stand before they scroll
     const int trackRow = Tokens::Size::trackRow;
     const int columnHead = Tokens::Size::columnHead;
     const int groupCard = Tokens::Size::groupCard;
