@@ -2,9 +2,11 @@
 #include "App/UnattendedRun.h"
 #include "Platform/ApplicationActivation.h"
 #include "Platform/BootClock.h"
+#include "Platform/FileViewer.h"
 #include "Platform/MusicAuthorization.h"
 #include "Platform/MusicLibraryConsent.h"
 #include "Platform/MusicUserTokenProvider.h"
+#include "Platform/PackageOwnership.h"
 #include "Platform/ProcessSignals.h"
 #include "Platform/RememberedConsent.h"
 #include "Platform/UrlOpener.h"
@@ -14,6 +16,7 @@
 #include "Services/AutomationPermissionMonitor.h"
 #include "Services/SpotifyAuthService.h"
 #include "Services/URLSession.h"
+#include "Services/UpdaterModel.h"
 #include "Support/SharedInstance.h"
 #include "Transport/HelperClient.h"
 #include "Transport/HelperProcess.h"
@@ -21,8 +24,11 @@
 #include "Views/MainWindow.h"
 #include "Views/PermissionsDialog.h"
 #include "Views/QuestionDialog.h"
+#include "Views/UpdateDialog.h"
 
 #include <QCommandLineParser>
+#include <QDesktopServices>
+#include <QFileInfo>
 #include <QGuiApplication>
 #include <QNetworkAccessManager>
 #include <QQuickWindow>
@@ -125,10 +131,32 @@ struct SignIn {
     const SharedInstance<SpotifyAuthService> sharedSpotify{spotify};
 };
 
+/// What updates of this copy stand on.
+UpdaterSurroundings updaterSurroundings(UpdateUserDriver &driver, const std::shared_ptr<Clock> &clock) {
+    UpdaterSurroundings here{.bundle = Bundle::main()};
+    here.folder = QFileInfo(here.bundle.path()).absolutePath();
+    here.defaults = UserDefaults::standard();
+    here.clock = clock;
+    here.wallTime = [] { return QDateTime::currentDateTimeUtc(); };
+    here.network = std::make_shared<QNetworkAccessManager>();
+    here.isOwnedByPackageManager = [clock](QString path, std::stop_token stop) {
+        return isOwnedByPackageManager(std::move(path), clock, std::move(stop));
+    };
+    here.showInFolder = [](const QString &path) {
+        showInFileViewer(path, [](const QString &folder) { QDesktopServices::openUrl(QUrl::fromLocalFile(folder)); });
+    };
+    here.driver = &driver;
+    return here;
+}
+
 int run(const Arguments &arguments) {
     const auto clock = std::make_shared<BootClock>();
     SignIn signIn(clock);
     AppModel model(engineLauncher(clock), {.clock = clock, .defaults = signIn.defaults});
+    UpdateDialog updateDialog(signIn.dialogs);
+    auto surroundings = updaterSurroundings(updateDialog, clock);
+    surroundings.unattended = arguments.unattended;
+    const UpdaterModel updater(std::move(surroundings));
     const MainWindow window(model);
     if (!window.window())
         return EXIT_FAILURE;
