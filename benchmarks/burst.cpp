@@ -1,6 +1,7 @@
 // The longest gap of a 16 ms tick on the main thread while a run of 300,000 events comes through the pipe into the open
 // window: client, bridge, stores, models and views, all of it.
 #include "App/AppModel.h"
+#include "App/Surroundings.h"
 #include "Platform/BootClock.h"
 #include "Platform/ProcessSignals.h"
 #include "Transport/HelperClient.h"
@@ -69,7 +70,7 @@ int main(int argc, char **argv) {
         const auto client = std::make_shared<HelperClient>(process, clock);
         return AppModel::Engine{.client = client, .start = [client] { return client->start(); }};
     };
-    AppModel model(launcher, {.clock = clock, .defaults = UserDefaults::standard()});
+    AppModel model(launcher, surroundings(clock));
     MainWindow window(model);
     if (!window.window())
         return 2;

@@ -16,7 +16,7 @@ constexpr std::chrono::milliseconds previewDebounce{250};
 
 AppModel::AppModel(Launcher launcher, Surroundings surroundings, QObject *parent)
     : QObject(parent), _launcher(std::move(launcher)), _surroundings(std::move(surroundings)),
-      _sync(new SyncStore(this)) {
+      _sync(new SyncStore(this)), _cliTool(new CLIToolStore(_surroundings.toolPlaces, _surroundings.toolTarget, this)) {
     followFocusedReview();
 }
 
@@ -80,6 +80,7 @@ void AppModel::attach(std::shared_ptr<HelperClienting> client) {
     Q_EMIT orphansChanged();
     _toolProvisioning = new ToolProvisioningStore(_client, this);
     Q_EMIT toolProvisioningChanged();
+    _cliTool->detect();
     startBridge();
 }
 

@@ -2,7 +2,9 @@
 
 #include "App/SetupCoordinator.h"
 #include "Platform/UserDefaults.h"
+#include "Services/AutomationPermissionMonitor.h"
 #include "Services/SignInModel.h"
+#include "State/CLIToolStore.h"
 #include "State/DiagnosticsStore.h"
 #include "State/LibraryStore.h"
 #include "State/OrphansStore.h"
@@ -29,6 +31,8 @@ namespace zelk {
 class AppModel final : public QObject, public SignInModel {
     Q_OBJECT
     Q_PROPERTY(zelk::SyncStore *sync READ sync CONSTANT)
+    Q_PROPERTY(zelk::CLIToolStore *cliTool READ cliTool CONSTANT)
+    Q_PROPERTY(zelk::AutomationPermissionMonitor *automationPermission READ automationPermission CONSTANT)
     Q_PROPERTY(zelk::LibraryStore *library READ library NOTIFY libraryChanged)
     Q_PROPERTY(zelk::PreviewStore *preview READ preview NOTIFY previewChanged)
     Q_PROPERTY(zelk::SettingsStore *settings READ settings NOTIFY settingsChanged)
@@ -62,6 +66,9 @@ public:
     struct Surroundings {
         std::shared_ptr<Clock> clock;
         std::shared_ptr<UserDefaults> defaults;
+        CLIToolPlaces toolPlaces;
+        CLIToolStore::PreferredTarget toolTarget;
+        std::shared_ptr<AutomationPermissionMonitor> automationPermission;
     };
 
     /// A model without a client, until start().
@@ -78,6 +85,8 @@ public:
 
     const std::shared_ptr<HelperClienting> &client() const { return _client; }
     SyncStore *sync() const override { return _sync; }
+    CLIToolStore *cliTool() const { return _cliTool; }
+    AutomationPermissionMonitor *automationPermission() const { return _surroundings.automationPermission.get(); }
     LibraryStore *library() const { return _library; }
     PreviewStore *preview() const { return _preview; }
     SettingsStore *settings() const override { return _settings; }
@@ -178,6 +187,7 @@ private:
     std::shared_ptr<HelperClienting> _client;
     TaskHandle _bridgeTask;
     SyncStore *_sync;
+    CLIToolStore *_cliTool;
     LibraryStore *_library = nullptr;
     PreviewStore *_preview = nullptr;
     SettingsStore *_settings = nullptr;

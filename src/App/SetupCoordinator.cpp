@@ -58,9 +58,12 @@ bool SetupCoordinator::canAdvancePastTools() const {
 }
 
 bool SetupCoordinator::hasNoSource() const {
-    const auto *settings = _model ? _model->settings() : nullptr;
+    if (!_model)
+        return true;
+    const auto *settings = _model->settings();
     const bool isConnected = settings && (settings->spotifyConnected() || settings->appleMusicConnected());
-    return !isConnected;
+    const bool hasLocalAccess = _model->automationPermission()->status() == ConsentStatus::authorized;
+    return !isConnected && !hasLocalAccess;
 }
 
 void SetupCoordinator::advance() {

@@ -40,12 +40,12 @@ void UpdateDialog::show(const UpdateScene::Any &scene) {
         m_window = m_host.make(u"UpdateDialog"_s, {{u"logic"_s, QVariant::fromValue(&m_logic)}});
     // A window that is there already must not come forward with every step of a download.
     if (m_window && !m_window->isVisible())
-        DialogHost::present(*m_window);
+        m_host.present(*m_window);
 }
 
 void UpdateDialog::raise() {
     if (m_window)
-        DialogHost::present(*m_window);
+        m_host.present(*m_window);
 }
 
 } // namespace zelk

@@ -1,6 +1,9 @@
 #pragma once
 
 #include "App/AppModel.h"
+#include "Platform/ApplicationActivation.h"
+#include "Platform/MusicLibraryConsent.h"
+#include "Services/AppleMusicLocalAccess.h"
 #include "Support/ManualClock.h"
 
 #include <QTemporaryDir>
@@ -9,19 +12,40 @@
 
 namespace zelk {
 
-/// The user defaults of a user who has just arrived, in a file that goes with them.
-inline std::shared_ptr<UserDefaults> freshDefaults() {
-    struct Held {
-        QTemporaryDir folder;
-        UserDefaults defaults{folder.filePath(QStringLiteral("zelk.conf"))};
-    };
-    const auto held = std::make_shared<Held>();
-    return {held, &held->defaults};
-}
+namespace detail {
 
-/// The surroundings of a model under test, which has nothing of this machine's own.
-inline AppModel::Surroundings surroundings(std::shared_ptr<Clock> clock = std::make_shared<ManualClock>()) {
-    return {.clock = std::move(clock), .defaults = freshDefaults()};
+class GivenConsent final : public MusicLibraryConsent {
+public:
+    explicit GivenConsent(ConsentStatus status) : _status(status) {}
+    ConsentStatus determine(bool) override { return _status; }
+
+private:
+    const ConsentStatus _status;
+};
+
+/// What stands behind the surroundings of one model, and goes with the last of them.
+struct HeldSurroundings {
+    explicit HeldSurroundings(ConsentStatus consent) : access(std::make_shared<GivenConsent>(consent), nullptr) {}
+
+    QTemporaryDir folder;
+    UserDefaults defaults{folder.filePath(QStringLiteral("zelk.conf"))};
+    AppleMusicLocalAccess access;
+    ApplicationActivation activation;
+    AutomationPermissionMonitor monitor{access, activation};
+};
+
+} // namespace detail
+
+/// The surroundings of a model under test, which has nothing of this machine's own: the defaults of a user who has just
+/// arrived, no command-line tool, and that consent to read the user's music library.
+inline AppModel::Surroundings surroundings(std::shared_ptr<Clock> clock = std::make_shared<ManualClock>(),
+                                           ConsentStatus consent = ConsentStatus::undetermined) {
+    const auto held = std::make_shared<detail::HeldSurroundings>(consent);
+    return {.clock = std::move(clock),
+            .defaults = {held, &held->defaults},
+            .toolPlaces = {.home = held->folder.filePath(QStringLiteral("home")), .root = held->folder.path()},
+            .toolTarget = [] { return std::optional<QString>(); },
+            .automationPermission = {held, &held->monitor}};
 }
 
 } // namespace zelk

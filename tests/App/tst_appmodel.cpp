@@ -82,6 +82,8 @@ private Q_SLOTS:
         QCOMPARE(stateOf(model), u"no client, not ready, no error"_s);
         QVERIFY(model.sync());
         QVERIFY(!model.library() && !model.preview() && !model.settings() && !model.orphans());
+        QCOMPARE(model.cliTool()->state(), CLIToolState::unknown());
+        QVERIFY(model.automationPermission());
         QVERIFY(!model.diagnostics() && !model.toolProvisioning() && !model.setupCoordinator());
         QVERIFY(!model.focusedReviewTrackId());
         QVERIFY(!model.isInspectorPresented() && !model.isOnboardingPresented());
@@ -100,12 +102,13 @@ private Q_SLOTS:
         connect(&model, &AppModel::diagnosticsChanged, this, note(u"diagnostics"_s));
         connect(&model, &AppModel::orphansChanged, this, note(u"orphans"_s));
         connect(&model, &AppModel::toolProvisioningChanged, this, note(u"tools"_s));
+        connect(model.cliTool(), &CLIToolStore::stateChanged, this, note(u"tool detected"_s));
         connect(&model, &AppModel::isReadyChanged, this, note(u"ready"_s));
         bench.onLaunch = note(u"launch"_s);
         const auto starting = observe(this, model.start());
         settle();
         QCOMPARE(order, (QStringList{u"client"_s, u"library"_s, u"preview"_s, u"settings"_s, u"diagnostics"_s,
-                                     u"orphans"_s, u"tools"_s, u"launch"_s}));
+                                     u"orphans"_s, u"tools"_s, u"tool detected"_s, u"launch"_s}));
         QCOMPARE(stateOf(model), u"client, not ready, no error"_s);
         QVERIFY(bench.client->sent().empty());
 

@@ -416,6 +416,22 @@ private Q_SLOTS:
         QCOMPARE(coordinator.hasNoSource(), hasNone);
     }
 
+    void accessToTheLocalLibraryAloneCountsAsASource_data() {
+        QTest::addColumn<ConsentStatus>("consent");
+        QTest::addColumn<bool>("hasNone");
+        QTest::newRow("allowed") << ConsentStatus::authorized << false;
+        QTest::newRow("refused") << ConsentStatus::denied << true;
+        QTest::newRow("not asked") << ConsentStatus::undetermined << true;
+    }
+
+    void accessToTheLocalLibraryAloneCountsAsASource() {
+        QFETCH(ConsentStatus, consent);
+        QFETCH(bool, hasNone);
+        AppModel other(std::make_shared<ScriptedClient>(), surroundings(std::make_shared<ManualClock>(), consent));
+        const SetupCoordinator coordinator(Mode::firstRun, &other, {});
+        QCOMPARE(coordinator.hasNoSource(), hasNone);
+    }
+
     void aFirstRunWithoutASourceAsksFirst() {
         client->fail(Method::getConfig, HelperError::helperCrashed());
         client->fail(Method::getConfig, HelperError::helperCrashed());

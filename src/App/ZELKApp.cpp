@@ -1,0 +1,174 @@
+#include "App/ZELKApp.h"
+
+#include "Platform/ApplicationActivation.h"
+#include "Platform/BootClock.h"
+#include "Platform/FileViewer.h"
+#include "Platform/MusicAuthorization.h"
+#include "Platform/MusicLibraryConsent.h"
+#include "Platform/MusicUserTokenProvider.h"
+#include "Platform/PackageOwnership.h"
+#include "Platform/RememberedConsent.h"
+#include "Platform/UrlOpener.h"
+#include "Services/AppleMusicAuthService.h"
+#include "Services/AppleMusicLocalAccess.h"
+#include "Services/AutomationPermissionMonitor.h"
+#include "Services/SpotifyAuthService.h"
+#include "Services/URLSession.h"
+#include "Support/SharedInstance.h"
+#include "Transport/HelperClient.h"
+#include "Transport/HelperProcess.h"
+#include "Views/DialogHost.h"
+#include "Views/PermissionsDialog.h"
+#include "Views/QuestionDialog.h"
+#include "Views/UpdateDialog.h"
+
+#include <QCoreApplication>
+#include <QDateTime>
+#include <QDesktopServices>
+#include <QFileInfo>
+#include <QNetworkAccessManager>
+
+#include <utility>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace zelk {
+
+namespace {
+
+QString tr(const char *text) {
+    return QCoreApplication::translate("zelk", text);
+}
+
+/// The engine of this machine, as a child of this process.
+AppModel::Launcher engineLauncher(const std::shared_ptr<Clock> &clock) {
+    return [clock] {
+        const auto process = std::make_shared<HelperProcess>(QStringList{u"serve"_s}, clock);
+        const auto client = std::make_shared<HelperClient>(process, clock);
+        return AppModel::Engine{.client = client, .start = [client] { return client->start(); }};
+    };
+}
+
+Question::Wording libraryWording(const QString &libraryFile) {
+    return {.title = tr("Let zelk read your exported Music library?"),
+            .text =
+                tr("It is the library that the Music app exports to %1, and the covers of its tracks. This is about "
+                   "what the application itself reads; nothing is changed.")
+                    .arg(libraryFile),
+            .yes = tr("Allow"),
+            .no = tr("Don't Allow")};
+}
+
+Question::Wording signInWording() {
+    return {.title = tr("Let zelk sign in to Apple Music?"),
+            .text = tr("zelk asks its web service for a key, and your browser opens a page on which you allow zelk to "
+                       "read your Apple Music library and playlists."),
+            .yes = tr("Allow"),
+            .no = tr("Don't Allow")};
+}
+
+/// The sign-ins and consents of this process, which ask the user in dialogs of our own.
+struct SignIn {
+    SignIn(DialogHost &dialogs, std::shared_ptr<UserDefaults> defaults, const std::shared_ptr<Clock> &clock)
+        : question(std::make_shared<QuestionDialog>(dialogs)), libraryFile(MusicLibraryConsent::defaultLibraryFile()),
+          library(std::make_shared<RememberedConsent>(defaults, u"musicLibraryConsent"_s, question,
+                                                      libraryWording(libraryFile))),
+          account(std::make_shared<RememberedConsent>(defaults, u"appleMusicConsent"_s, question, signInWording())),
+          libraryStatus(MusicLibraryConsent::make(library, libraryFile)),
+          permissions(std::make_shared<PermissionsDialog>(
+              dialogs, PermissionsLogic::Permissions{library, libraryStatus, libraryFile, account},
+              [this] { monitor->recheck(); })),
+          appleMusic({.authorization = MusicAuthorization::make(account),
+                      .makeTokenProvider =
+                          [browser = MusicUserTokenProvider::Browser{.opener = UrlOpener::make(), .clock = clock}] {
+                              return MusicUserTokenProvider::make(browser);
+                          },
+                      .session = std::make_shared<URLSession>(network, clock)}),
+          localAccess(libraryStatus, permissions), activation(ApplicationActivation::make()),
+          monitor(std::make_shared<AutomationPermissionMonitor>(localAccess, *activation)) {}
+
+    using Consent = std::shared_ptr<RememberedConsent>;
+
+    const std::shared_ptr<QuestionDialog> question;
+    const QString libraryFile;
+    const Consent library;
+    const Consent account;
+    const std::shared_ptr<MusicLibraryConsent> libraryStatus;
+    const std::shared_ptr<PermissionsDialog> permissions;
+    QNetworkAccessManager network;
+    AppleMusicAuthService appleMusic;
+    AppleMusicLocalAccess localAccess;
+    const std::unique_ptr<ApplicationActivation> activation;
+    const std::shared_ptr<AutomationPermissionMonitor> monitor;
+    SpotifyAuthService spotify;
+
+    const SharedInstance<AppleMusicAuthService> sharedAppleMusic{appleMusic};
+    const SharedInstance<AppleMusicLocalAccess> sharedLocalAccess{localAccess};
+    const SharedInstance<AutomationPermissionMonitor> sharedMonitor{*monitor};
+    const SharedInstance<SpotifyAuthService> sharedSpotify{spotify};
+};
+
+AppModel::Surroundings modelSurroundings(const SignIn &signIn, std::shared_ptr<UserDefaults> defaults,
+                                         std::shared_ptr<Clock> clock) {
+    return {
+        .clock = std::move(clock),
+        .defaults = std::move(defaults),
+        .toolPlaces = CLIToolPlaces::ofThisUser(),
+        .toolTarget = [] { return CLIToolStore::engineOf(Bundle::main(), QProcessEnvironment::systemEnvironment()); },
+        .automationPermission = signIn.monitor};
+}
+
+/// What updates of this copy stand on.
+UpdaterSurroundings updaterSurroundings(UpdateUserDriver &driver, const std::shared_ptr<UserDefaults> &defaults,
+                                        const std::shared_ptr<Clock> &clock) {
+    UpdaterSurroundings here{.bundle = Bundle::main()};
+    here.folder = QFileInfo(here.bundle.path()).absolutePath();
+    here.defaults = defaults;
+    here.clock = clock;
+    here.wallTime = [] { return QDateTime::currentDateTimeUtc(); };
+    here.network = std::make_shared<QNetworkAccessManager>();
+    here.isOwnedByPackageManager = [clock](QString path, std::stop_token stop) {
+        return isOwnedByPackageManager(std::move(path), clock, std::move(stop));
+    };
+    here.showInFolder = [](const QString &path) {
+        showInFileViewer(path, [](const QString &folder) { QDesktopServices::openUrl(QUrl::fromLocalFile(folder)); });
+    };
+    here.driver = &driver;
+    return here;
+}
+
+} // namespace
+
+struct ZELKApp::Parts {
+    explicit Parts(Attendance attendance)
+        : signIn(dialogs, defaults, clock), model(engineLauncher(clock), modelSurroundings(signIn, defaults, clock)),
+          updateDialog(dialogs), updater(updates(attendance)) {}
+
+    UpdaterSurroundings updates(Attendance attendance) {
+        auto surroundings = updaterSurroundings(updateDialog, defaults, clock);
+        surroundings.unattended = attendance == Attendance::unattended;
+        return surroundings;
+    }
+
+    const std::shared_ptr<Clock> clock = std::make_shared<BootClock>();
+    const std::shared_ptr<UserDefaults> defaults = UserDefaults::standard();
+    DialogHost dialogs;
+    SignIn signIn;
+    AppModel model;
+    UpdateDialog updateDialog;
+    UpdaterModel updater;
+};
+
+ZELKApp::ZELKApp(Attendance attendance) : _parts(std::make_unique<Parts>(attendance)) {}
+
+ZELKApp::~ZELKApp() = default;
+
+AppModel &ZELKApp::model() const {
+    return _parts->model;
+}
+
+UpdaterModel &ZELKApp::updater() const {
+    return _parts->updater;
+}
+
+} // namespace zelk
