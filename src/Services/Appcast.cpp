@@ -156,7 +156,7 @@ std::vector<AppcastItem> readAppcast(const QByteArray &xml) {
 std::optional<AppcastItem> newestAbove(const QString &current, const std::vector<AppcastItem> &items) {
     std::optional<AppcastItem> newest;
     for (const auto &item : items) {
-        if (compareVersions(item.version, newest ? newest->version : current) > 0)
+        if (std::is_gt(compareVersions(item.version, newest ? newest->version : current)))
             newest = item;
     }
     return newest;

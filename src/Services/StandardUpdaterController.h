@@ -1,13 +1,13 @@
 #pragma once
 
-#include "Services/Updater.h"
+#include "Services/AppUpdater.h"
 
 namespace zelk {
 
 /// Holds the application's updater, and starts it at launch.
 class StandardUpdaterController final : public QObject {
     Q_OBJECT
-    Q_PROPERTY(zelk::Updater *updater READ updater CONSTANT)
+    Q_PROPERTY(zelk::AppUpdater *updater READ updater CONSTANT)
 
 public:
     /// With `startingUpdater` the updater begins to check by itself; without, it only does what it is asked for.
@@ -17,10 +17,10 @@ public:
             _updater.start();
     }
 
-    Updater *updater() { return &_updater; }
+    AppUpdater *updater() { return &_updater; }
 
 private:
-    Updater _updater;
+    AppUpdater _updater;
 };
 
 } // namespace zelk

@@ -63,6 +63,12 @@ std::weak_ordering compareWithNothing(QStringView part) {
     return withoutZeros(part).isEmpty() ? std::weak_ordering::equivalent : std::weak_ordering::greater;
 }
 
+std::weak_ordering reversed(std::weak_ordering order) {
+    if (std::is_eq(order))
+        return order;
+    return std::is_lt(order) ? std::weak_ordering::greater : std::weak_ordering::less;
+}
+
 } // namespace
 
 std::weak_ordering compareVersions(QStringView left, QStringView right) {
@@ -73,10 +79,10 @@ std::weak_ordering compareVersions(QStringView left, QStringView right) {
         if (i >= rights.size())
             order = compareWithNothing(lefts[i]);
         else if (i >= lefts.size())
-            order = 0 <=> compareWithNothing(rights[i]);
+            order = reversed(compareWithNothing(rights[i]));
         else
             order = compareParts(lefts[i], rights[i]);
-        if (order != 0)
+        if (std::is_neq(order))
             return order;
     }
     return std::weak_ordering::equivalent;

@@ -6,7 +6,7 @@ namespace zelk {
 
 UpdaterModel::UpdaterModel(UpdaterSurroundings surroundings, QObject *parent)
     : QObject(parent), _currentVersion(shownVersion(surroundings.bundle)), _controller(true, std::move(surroundings)) {
-    connect(_controller.updater(), &Updater::automaticallyChecksForUpdatesChanged, this,
+    connect(_controller.updater(), &AppUpdater::automaticallyChecksForUpdatesChanged, this,
             &UpdaterModel::automaticallyChecksChanged);
 }
 

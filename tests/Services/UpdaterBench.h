@@ -122,7 +122,7 @@ public:
         result.unattended = unattended;
         return result;
     }
-    Updater &launch() {
+    AppUpdater &launch() {
         model.reset();
         model = std::make_unique<UpdaterModel>(surroundings());
         return *model->controller()->updater();

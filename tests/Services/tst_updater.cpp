@@ -61,7 +61,7 @@ private Q_SLOTS:
     }
 
     void theChoiceIsPassedThroughToldAndKept() {
-        Updater &updater = _bench->launch();
+        AppUpdater &updater = _bench->launch();
         QSignalSpy told(_bench->model.get(), &UpdaterModel::automaticallyChecksChanged);
         QVERIFY(!_bench->model->automaticallyChecks());
         _bench->model->setAutomaticallyChecks(true);
@@ -195,7 +195,7 @@ private Q_SLOTS:
     void askingDuringACheckByItselfJoinsIt() {
         _bench->info[u"SUEnableAutomaticChecks"_s] = true;
         _bench->server.set(u"/feed.xml"_s, {.silent = true});
-        Updater &updater = _bench->launch();
+        AppUpdater &updater = _bench->launch();
         QTRY_COMPARE(_bench->server.requests(), 1);
         QVERIFY(_bench->driver.scenes.isEmpty());
         updater.checkForUpdates();
@@ -210,7 +210,7 @@ private Q_SLOTS:
     void turningItOffEndsASilentCheckAndNoOther() {
         _bench->info[u"SUEnableAutomaticChecks"_s] = true;
         _bench->server.set(u"/feed.xml"_s, {.silent = true});
-        Updater &updater = _bench->launch();
+        AppUpdater &updater = _bench->launch();
         QTRY_COMPARE(_bench->server.requests(), 1);
         updater.setAutomaticallyChecksForUpdates(false);
         UpdaterBench::settle();
@@ -224,7 +224,7 @@ private Q_SLOTS:
 
     void aSecondRequestNeverStartsASecondCheck() {
         _bench->publish(_bench->goodItem());
-        Updater &updater = _bench->launch();
+        AppUpdater &updater = _bench->launch();
         updater.checkForUpdates();
         updater.checkForUpdates();
         waitForTheOffer();
@@ -236,7 +236,7 @@ private Q_SLOTS:
 
     void afterWordsARequestChecksAgain() {
         _bench->server.set(u"/feed.xml"_s, "<rss><channel/></rss>");
-        Updater &updater = _bench->launch();
+        AppUpdater &updater = _bench->launch();
         updater.checkForUpdates();
         QTRY_VERIFY(_bench->driver.shows<UpdateScene::UpToDate>());
         _bench->publish(_bench->goodItem());
@@ -246,7 +246,7 @@ private Q_SLOTS:
 
     void aCancelledCheckEndsWithoutAWord() {
         _bench->server.set(u"/feed.xml"_s, {.silent = true});
-        Updater &updater = _bench->launch();
+        AppUpdater &updater = _bench->launch();
         updater.checkForUpdates();
         QTRY_COMPARE(_bench->server.requests(), 1);
         _bench->answer(UpdateAnswer::cancel);
@@ -328,7 +328,7 @@ private Q_SLOTS:
         constexpr UpdateAnswer all[] = {UpdateAnswer::download, UpdateAnswer::skip, UpdateAnswer::later,
                                         UpdateAnswer::cancel, UpdateAnswer::showInFolder};
         _bench->publish(_bench->goodItem());
-        Updater &updater = _bench->launch();
+        AppUpdater &updater = _bench->launch();
         for (const auto given : all)
             _bench->answer(given);
         QVERIFY(_bench->driver.scenes.isEmpty());

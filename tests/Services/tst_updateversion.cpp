@@ -34,9 +34,9 @@ private Q_SLOTS:
     void versionsAreOrderedAsPeopleMeanThem() {
         QFETCH(const QString, lower);
         QFETCH(const QString, higher);
-        QVERIFY(compareVersions(lower, higher) < 0);
-        QVERIFY(compareVersions(higher, lower) > 0);
-        QVERIFY(compareVersions(lower, lower) == 0);
+        QVERIFY(std::is_lt(compareVersions(lower, higher)));
+        QVERIFY(std::is_gt(compareVersions(higher, lower)));
+        QVERIFY(std::is_eq(compareVersions(lower, lower)));
     }
 
     void whatDiffersOnlyInFormIsEqual_data() {
@@ -55,8 +55,8 @@ private Q_SLOTS:
     void whatDiffersOnlyInFormIsEqual() {
         QFETCH(const QString, one);
         QFETCH(const QString, other);
-        QVERIFY(compareVersions(one, other) == 0);
-        QVERIFY(compareVersions(other, one) == 0);
+        QVERIFY(std::is_eq(compareVersions(one, other)));
+        QVERIFY(std::is_eq(compareVersions(other, one)));
     }
 
     void aVersionBeginsWithADigit() {

@@ -1,4 +1,4 @@
-#include "Services/Updater.h"
+#include "Services/AppUpdater.h"
 
 #include "Services/UpdateDownload.h"
 #include "Support/Cancelled.h"
@@ -34,22 +34,22 @@ std::optional<UpdateProblem> problemOf(const std::exception_ptr &failure) {
 
 } // namespace
 
-Updater::Updater(UpdaterSurroundings surroundings, QObject *parent)
+AppUpdater::AppUpdater(UpdaterSurroundings surroundings, QObject *parent)
     : QObject(parent), _surroundings(std::make_shared<const UpdaterSurroundings>(std::move(surroundings))),
       _schedule(_surroundings->defaults, _surroundings->clock, _surroundings->wallTime, [this] { checkByItself(); }) {
     _surroundings->driver->answered = [this](UpdateAnswer given) { answer(given); };
 }
 
-Updater::~Updater() {
+AppUpdater::~AppUpdater() {
     _surroundings->driver->answered = {};
 }
 
-void Updater::start() {
+void AppUpdater::start() {
     _started = true;
     followSchedule();
 }
 
-void Updater::followSchedule() {
+void AppUpdater::followSchedule() {
     const bool hasFeed = !_surroundings->bundle.info(u"SUFeedURL"_s).toString().isEmpty();
     if (_started && hasFeed && automaticallyChecksForUpdates() && !_surroundings->unattended)
         _schedule.start();
@@ -57,12 +57,12 @@ void Updater::followSchedule() {
         _schedule.stop();
 }
 
-bool Updater::automaticallyChecksForUpdates() const {
+bool AppUpdater::automaticallyChecksForUpdates() const {
     const auto chosen = _surroundings->defaults->value(automaticKey);
     return chosen.isValid() ? chosen.toBool() : _surroundings->bundle.info(automaticKey).toBool();
 }
 
-void Updater::setAutomaticallyChecksForUpdates(bool automatically) {
+void AppUpdater::setAutomaticallyChecksForUpdates(bool automatically) {
     const bool before = automaticallyChecksForUpdates();
     _surroundings->defaults->set(automaticKey, automatically);
     if (before == automatically)
@@ -73,7 +73,7 @@ void Updater::setAutomaticallyChecksForUpdates(bool automatically) {
     Q_EMIT automaticallyChecksForUpdatesChanged();
 }
 
-void Updater::checkForUpdates() {
+void AppUpdater::checkForUpdates() {
     switch (_phase) {
     case Phase::Idle:
     case Phase::Told:
@@ -93,7 +93,7 @@ void Updater::checkForUpdates() {
     }
 }
 
-void Updater::checkByItself() {
+void AppUpdater::checkByItself() {
     // What is shown at the moment is as good as a check: the next is due in a day.
     if (_phase == Phase::Idle)
         begin(false);
@@ -101,7 +101,7 @@ void Updater::checkByItself() {
         _schedule.checked();
 }
 
-void Updater::begin(bool asked) {
+void AppUpdater::begin(bool asked) {
     _asked = asked;
     _phase = Phase::Checking;
     _schedule.checked();
@@ -110,8 +110,8 @@ void Updater::begin(bool asked) {
     _task = startTask(this, [this](std::stop_token stop) { return check(std::move(stop)); });
 }
 
-QCoro::Task<> Updater::check(std::stop_token stop) {
-    const QPointer<Updater> self(this);
+QCoro::Task<> AppUpdater::check(std::stop_token stop) {
+    const QPointer<AppUpdater> self(this);
     std::optional<UpdateOffer> offer;
     std::exception_ptr failure;
     try {
@@ -128,7 +128,7 @@ QCoro::Task<> Updater::check(std::stop_token stop) {
         checked(std::move(offer));
 }
 
-void Updater::checked(std::optional<UpdateOffer> offer) {
+void AppUpdater::checked(std::optional<UpdateOffer> offer) {
     const bool skipped = offer && _surroundings->defaults->value(skippedKey).toString() == offer->item.version;
     if (offer && (_asked || !skipped))
         offerUpdate(std::move(*offer));
@@ -138,7 +138,7 @@ void Updater::checked(std::optional<UpdateOffer> offer) {
         putAway();
 }
 
-void Updater::offerUpdate(UpdateOffer offer) {
+void AppUpdater::offerUpdate(UpdateOffer offer) {
     _offer = std::move(offer);
     show(Phase::Found, UpdateScene::Found{.version = _offer->item.shortVersion,
                                           .current = shownVersion(_surroundings->bundle),
@@ -146,14 +146,14 @@ void Updater::offerUpdate(UpdateOffer offer) {
                                           .delivery = _offer->delivery});
 }
 
-void Updater::download() {
+void AppUpdater::download() {
     _asked = true;
     show(Phase::Downloading, UpdateScene::Downloading{_offer->item.shortVersion, 0, _offer->item.length});
     _task = startTask(this, [this](std::stop_token stop) { return fetch(std::move(stop)); });
 }
 
-QCoro::Task<> Updater::fetch(std::stop_token stop) {
-    const QPointer<Updater> self(this);
+QCoro::Task<> AppUpdater::fetch(std::stop_token stop) {
+    const QPointer<AppUpdater> self(this);
     const auto progress = [self, stop, version = _offer->item.shortVersion, total = _offer->item.length](qint64 got) {
         if (self && !stop.stop_requested())
             self->show(Phase::Downloading, UpdateScene::Downloading{version, got, total});
@@ -176,7 +176,7 @@ QCoro::Task<> Updater::fetch(std::stop_token stop) {
     show(Phase::Ready, UpdateScene::Ready{_offer->item.shortVersion, file});
 }
 
-void Updater::failed(const std::exception_ptr &failure) {
+void AppUpdater::failed(const std::exception_ptr &failure) {
     const auto problem = problemOf(failure);
     if (problem && _asked)
         show(Phase::Told, UpdateScene::Failed{*problem});
@@ -184,7 +184,7 @@ void Updater::failed(const std::exception_ptr &failure) {
         putAway();
 }
 
-void Updater::answer(UpdateAnswer given) {
+void AppUpdater::answer(UpdateAnswer given) {
     switch (given) {
     case UpdateAnswer::download:
         if (_phase == Phase::Found && _offer->delivery == UpdateDelivery::download)
@@ -213,12 +213,12 @@ void Updater::answer(UpdateAnswer given) {
     }
 }
 
-void Updater::show(Phase phase, const UpdateScene::Any &scene) {
+void AppUpdater::show(Phase phase, const UpdateScene::Any &scene) {
     _phase = phase;
     _surroundings->driver->show(scene);
 }
 
-void Updater::putAway() {
+void AppUpdater::putAway() {
     _task.cancel();
     const bool silent = _phase == Phase::Checking && !_asked;
     _asked = false;

@@ -14,15 +14,15 @@ namespace zelk {
 /// Looks for a newer version, says what it finds, and downloads it when the user wants it. It installs nothing. Checks
 /// that nobody asked for happen at most once a day and speak up only for a new version; one that was asked for always
 /// ends with words. There is one check or download at a time. Lives on the main thread.
-class Updater final : public QObject {
+class AppUpdater final : public QObject {
     Q_OBJECT
     /// Kept in the user's defaults.
     Q_PROPERTY(bool automaticallyChecksForUpdates READ automaticallyChecksForUpdates WRITE
                    setAutomaticallyChecksForUpdates NOTIFY automaticallyChecksForUpdatesChanged)
 
 public:
-    explicit Updater(UpdaterSurroundings surroundings, QObject *parent = nullptr);
-    ~Updater() override;
+    explicit AppUpdater(UpdaterSurroundings surroundings, QObject *parent = nullptr);
+    ~AppUpdater() override;
 
     /// Begins to check by itself, as far as that is wanted and the build has a feed.
     void start();
