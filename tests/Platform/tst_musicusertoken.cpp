@@ -29,6 +29,11 @@ struct Bench {
     std::stop_source stop;
     QObject owner;
 
+    ~Bench() {
+        stop.request_stop();
+        QCoreApplication::processEvents();
+    }
+
     std::shared_ptr<Outcome<QString>> start(MusicTokenRequestOptions options = MusicTokenRequestOption::ignoreCache) {
         const auto outcome = observe(&owner, provider->userToken(developerToken, options, stop.get_token()));
         QCoreApplication::processEvents();
@@ -133,7 +138,7 @@ private Q_SLOTS:
         const auto outcome = bench.start();
         bench.stop.request_stop();
         QTRY_VERIFY(outcome->isOver());
-        QVERIFY_EXCEPTION_THROWN(std::rethrow_exception(outcome->failure), Cancelled);
+        QVERIFY_THROWS_EXCEPTION(Cancelled, std::rethrow_exception(outcome->failure));
         QVERIFY(!bench.listens());
         QCOMPARE(bench.clock->pendingAlarms(), 0);
     }
@@ -143,7 +148,7 @@ private Q_SLOTS:
         bench.stop.request_stop();
         const auto outcome = bench.start();
         QTRY_VERIFY(outcome->isOver());
-        QVERIFY_EXCEPTION_THROWN(std::rethrow_exception(outcome->failure), Cancelled);
+        QVERIFY_THROWS_EXCEPTION(Cancelled, std::rethrow_exception(outcome->failure));
         QVERIFY(bench.opener->opened.isEmpty());
     }
 

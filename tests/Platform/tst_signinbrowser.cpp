@@ -262,7 +262,8 @@ private Q_SLOTS:
         auto opener = std::make_shared<ScriptedOpener>();
         QObject owner;
         auto provider = MusicUserTokenProvider::make({.opener = opener, .clock = std::make_shared<ManualClock>()});
-        const auto outcome = observe(&owner, provider->userToken(u"developer-token"_s, {}));
+        std::stop_source stop;
+        const auto outcome = observe(&owner, provider->userToken(u"developer-token"_s, {}, stop.get_token()));
         StandInServer foreign({});
         foreign.foreignPage = R"html(<script>(async () => {
             const page = 'PAGE', tried = [];
@@ -279,6 +280,8 @@ private Q_SLOTS:
         const Browser browser(foreign.url(u"foreign"_s));
         QTRY_COMPARE_WITH_TIMEOUT(foreign.reports, QStringList{u"read failed, plain opaque, json failed"_s}, patience);
         QVERIFY(!outcome->isOver());
+        stop.request_stop();
+        QTRY_VERIFY(outcome->isOver());
     }
 };
 

@@ -277,7 +277,7 @@ private Q_SLOTS:
         QTRY_COMPARE(server.requests.size(), 1);
         network.reset();
         QTRY_VERIFY(outcome->isOver());
-        QVERIFY_EXCEPTION_THROWN(std::rethrow_exception(outcome->failure), Cancelled);
+        QVERIFY_THROWS_EXCEPTION(Cancelled, std::rethrow_exception(outcome->failure));
     }
 
     void theModelMayGoWhileTheUserSignsIn() {
