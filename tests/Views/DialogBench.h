@@ -49,16 +49,20 @@ public:
         actions->doAction(press);
         return true;
     }
-    // Whether the application ends by itself after `step`, as it does with its last window.
-    static bool endsAfter(const std::function<void()> &step) {
+    // Whether the application ends by itself after `step`, as it does with its last window; `patience` in milliseconds
+    // is what it is given for that.
+    static bool endsAfter(const std::function<void()> &step, int patience = 50) {
         constexpr int stopped = 7;
-        QTimer::singleShot(0, qApp, [&step] {
+        QTimer stop;
+        stop.setSingleShot(true);
+        QObject::connect(&stop, &QTimer::timeout, qApp, [] { QCoreApplication::exit(stopped); });
+        QTimer::singleShot(0, &stop, [&step, &stop, patience] {
             step();
-            // Behind whatever the step has queued, and what that queues in its turn.
-            QTimer::singleShot(50, qApp, [] { QCoreApplication::exit(stopped); });
+            stop.start(patience);
         });
         return QGuiApplication::exec() != stopped;
     }
+    static constexpr int untilItEnds = 10000;
     static QString text(const QQuickWindow *window, const char *objectName) {
         const QQuickItem *const target = item(window, objectName);
         return target ? target->property("text").toString() : QString();

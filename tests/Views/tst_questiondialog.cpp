@@ -145,7 +145,7 @@ private Q_SLOTS:
         QVERIFY(QTest::qWaitForWindowExposed(&window));
         const auto answer = question.ask(wording);
         QCOMPARE(dialog()->transientParent(), &window);
-        QVERIFY(DialogBench::endsAfter([&window] { window.close(); }));
+        QVERIFY(DialogBench::endsAfter([&window] { window.close(); }, DialogBench::untilItEnds));
         QVERIFY(answer.isFinished());
         QCOMPARE(answer.result(), Question::Answer::none);
     }
@@ -154,7 +154,7 @@ private Q_SLOTS:
         DialogBench bench;
         QuestionDialog question(bench.host);
         const auto answer = question.ask(wording);
-        QVERIFY(DialogBench::endsAfter([] { QCoreApplication::quit(); }));
+        QVERIFY(DialogBench::endsAfter([] { QCoreApplication::quit(); }, DialogBench::untilItEnds));
         QVERIFY(answer.isFinished());
         QCOMPARE(answer.result(), Question::Answer::none);
     }
