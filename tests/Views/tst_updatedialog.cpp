@@ -119,7 +119,9 @@ private Q_SLOTS:
         bench.show(scene);
         leave();
         QCOMPARE(bench.answers, QList<UpdateAnswer>{expected});
-        QVERIFY(dialog());
+        // It is taken away by whoever shows it, unless the user has closed it.
+        const bool isClosed = QByteArray(QTest::currentDataTag()).endsWith("closed");
+        QCOMPARE(dialog() == nullptr, isClosed);
     }
 
     void returnDoesNothingWhileThereIsOnlyToWait() {
