@@ -70,7 +70,7 @@ int main(int argc, char **argv) {
         return AppModel::Engine{.client = client, .start = [client] { return client->start(); }};
     };
     AppModel model(launcher, {.clock = clock, .defaults = UserDefaults::standard()});
-    MainWindow window(model);
+    MainWindow window(model, {.clock = clock});
     if (!window.window())
         return 2;
 

@@ -48,7 +48,7 @@ AppModel::Launcher engineLauncher(const std::shared_ptr<Clock> &clock) {
 int run(const Arguments &arguments) {
     const auto clock = std::make_shared<BootClock>();
     AppModel model(engineLauncher(clock), {.clock = clock, .defaults = UserDefaults::standard()});
-    const MainWindow window(model);
+    const MainWindow window(model, {.clock = clock});
     if (!window.window())
         return EXIT_FAILURE;
     std::optional<UnattendedRun> unattended;

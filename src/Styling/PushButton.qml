@@ -16,8 +16,11 @@ T.AbstractButton {
     property bool stroked: true
     // On a selected row a translucent fill needs a base, or its text is too faint.
     property bool based: false
+    // What it opens drops down from it, which a chevron says.
+    property bool opensMenu: false
     property color fill: Tokens.color.button
     property color ink: Tokens.color.primary
+    property color symbolInk: button.ink
 
     function press() {
         if (!button.enabled)
@@ -35,6 +38,7 @@ T.AbstractButton {
     font: button.small ? Tokens.font.captionMedium : Tokens.font.bodyMedium
     opacity: button.enabled ? 1 : Tokens.size.disabledOpacity
     focusPolicy: Qt.TabFocus
+    Accessible.role: button.opensMenu ? Accessible.ButtonMenu : Accessible.Button
     Accessible.name: button.label
     Accessible.description: button.hint
     Accessible.onPressAction: button.press()
@@ -78,16 +82,24 @@ T.AbstractButton {
                 anchors.verticalCenter: parent.verticalCenter
                 visible: button.symbol !== ""
                 name: button.symbol
-                color: button.ink
+                color: button.symbolInk
                 size: button.small ? Tokens.size.smallSymbol : Tokens.size.symbol
             }
 
             TextLine {
                 anchors.verticalCenter: parent.verticalCenter
+                visible: button.text !== ""
                 readable: false
                 text: button.text
                 color: button.ink
                 font: button.font
+            }
+
+            Symbol {
+                anchors.verticalCenter: parent.verticalCenter
+                visible: button.opensMenu
+                name: "chevron.down"
+                size: Tokens.size.chevron
             }
         }
     }

@@ -7,6 +7,7 @@
 #include "Views/CommandsLogic.h"
 #include "Views/DetailLogic.h"
 #include "Views/SidebarLogic.h"
+#include "Views/VPNLogic.h"
 
 #include <QCoreApplication>
 #include <QQmlApplicationEngine>
@@ -20,12 +21,14 @@ extern void qml_register_types_zelk();
 namespace zelk {
 
 struct MainWindow::Parts {
-    explicit Parts(AppModel &model) : commands(model), sidebar(model), detail(model), banner(*model.sync()) {}
+    Parts(AppModel &model, const Surroundings &surroundings)
+        : commands(model), sidebar(model), detail(model), banner(*model.sync()), vpn(model, surroundings.clock) {}
 
     CommandsLogic commands;
     SidebarLogic sidebar;
     DetailLogic detail;
     BannerLogic banner;
+    VPNLogic vpn;
     QQmlApplicationEngine engine; // last: the views go before what they show
 };
 
@@ -40,10 +43,10 @@ void installPlurals() {
 
 } // namespace
 
-MainWindow::MainWindow(AppModel &model) {
+MainWindow::MainWindow(AppModel &model, Surroundings surroundings) {
     qml_register_types_zelk();
     installPlurals();
-    m_parts = std::make_unique<Parts>(model);
+    m_parts = std::make_unique<Parts>(model, surroundings);
     QQmlApplicationEngine &engine = m_parts->engine;
     engine.addImportPath(u"qrc:/qt/qml"_s);
     engine.addImageProvider(u"symbol"_s, new Symbols::Provider);
@@ -52,6 +55,7 @@ MainWindow::MainWindow(AppModel &model) {
         {u"sidebarLogic"_s, QVariant::fromValue(&m_parts->sidebar)},
         {u"detailLogic"_s, QVariant::fromValue(&m_parts->detail)},
         {u"bannerLogic"_s, QVariant::fromValue(&m_parts->banner)},
+        {u"vpnLogic"_s, QVariant::fromValue(&m_parts->vpn)},
     });
     engine.load(QUrl(u"qrc:/qt/qml/zelk/MainWindow.qml"_s));
     if (QQuickWindow *shown = window())

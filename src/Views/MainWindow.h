@@ -15,8 +15,13 @@ class TokensSingleton;
 // the main thread's executor to start the model on.
 class MainWindow {
 public:
+    // What the window needs of the machine that it runs on.
+    struct Surroundings {
+        std::shared_ptr<Clock> clock;
+    };
+
     // Shows the window and starts the model, which does nothing for one that has its client.
-    explicit MainWindow(AppModel &model);
+    MainWindow(AppModel &model, Surroundings surroundings);
     ~MainWindow();
     Q_DISABLE_COPY_MOVE(MainWindow)
 

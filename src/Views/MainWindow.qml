@@ -11,6 +11,7 @@ Window {
     required property SidebarLogic sidebarLogic
     required property DetailLogic detailLogic
     required property BannerLogic bannerLogic
+    required property VPNLogic vpnLogic
 
     objectName: "mainWindow"
     title: qsTr("zelk")
@@ -35,6 +36,7 @@ Window {
         sidebar: window.sidebarLogic
         detail: window.detailLogic
         banner: window.bannerLogic
+        vpn: window.vpnLogic
     }
 
     Shortcut {

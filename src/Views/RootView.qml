@@ -11,6 +11,7 @@ Item {
     required property SidebarLogic sidebar
     required property DetailLogic detail
     required property BannerLogic banner
+    required property VPNLogic vpn
 
     property int sidebarWidth: Tokens.size.sidebarIdeal
 
@@ -34,6 +35,7 @@ Item {
 
             width: parent.width
             commands: root.commands
+            vpn: root.vpn
         }
 
         LibraryDetailView {

@@ -1,4 +1,4 @@
-// The toolbar: what waits for review, and the one button that starts or cancels a run.
+// The toolbar: the tunnel, what waits for review, and the one button that starts or cancels a run.
 pragma ComponentBehavior: Bound
 
 import QtQuick
@@ -8,6 +8,7 @@ Item {
     id: toolbar
 
     required property ZELKCommands commands
+    required property VPNLogic vpn
     readonly property CommandsLogic logic: toolbar.commands.logic
 
     implicitHeight: Tokens.size.toolbar
@@ -17,6 +18,11 @@ Item {
         anchors.rightMargin: Tokens.space.md
         anchors.verticalCenter: parent.verticalCenter
         spacing: Tokens.space.sm
+
+        VPNToolbarControl {
+            visible: toolbar.vpn.present
+            logic: toolbar.vpn
+        }
 
         PushButton {
             objectName: "toolbarReview"

@@ -4,6 +4,13 @@
 <context>
     <name>zelk</name>
     <message numerus="yes">
+        <source>%1 node(s)</source>
+        <translation>
+            <numerusform>%1 node</numerusform>
+            <numerusform>%1 nodes</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
         <source>%n playlist(s)</source>
         <translation>
             <numerusform>%n playlist</numerusform>

@@ -26,13 +26,15 @@ inline void settleDown() {
 class WindowBench {
 public:
     explicit WindowBench(const std::vector<PlaylistDTO> &playlists = library())
-        : client(std::make_shared<MockHelperClient>(MockHelperClient::Responses{
+        : WindowBench(std::make_shared<MockHelperClient>(MockHelperClient::Responses{
               {Method::getConfig,
                JSONValue::object({{QStringLiteral("config"), toJSONValue(SampleData::sampleConfig())}})},
               {Method::listPlaylists, toJSONValue(playlists)},
               {Method::getPlaylistTracks, SampleData::previewTracksResult()},
-          })),
-          model(client, surroundings(clock)), window(model) {}
+          })) {}
+    // The same over an engine of the test's own.
+    explicit WindowBench(const std::shared_ptr<HelperClienting> &client)
+        : model(client, surroundings(clock)), window(model, {.clock = clock}) {}
 
     // Two playlists of each source; one of Apple Music's lies in a folder within a folder.
     static std::vector<PlaylistDTO> library() {
@@ -113,9 +115,24 @@ public:
     }
     void key(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) { QTest::keyClick(window.window(), key, modifiers); }
     void route(const ServerEvent &event) { model.sync()->route(HelperEvent::server(event)); }
+    // A run under way, with that many rows in each playlist.
+    void beginRun(int playlists, int rows) {
+        std::vector<TrackDTO> tracks;
+        for (int i = 0; i < rows; ++i)
+            tracks.push_back({QStringLiteral("t%1").arg(i),
+                              QStringLiteral("Track %1").arg(i),
+                              QStringLiteral("Artist"),
+                              QStringLiteral("Album"),
+                              200,
+                              {}});
+        const QString run = QStringLiteral("run");
+        route(ServerEvent::SyncStarted{run, run, playlists});
+        for (int i = 0; i < playlists; ++i)
+            route(ServerEvent::PlaylistStarted{run, QStringLiteral("list%1").arg(i), i,
+                                               QStringLiteral("List %1").arg(i), tracks});
+    }
 
     std::shared_ptr<ManualClock> clock = std::make_shared<ManualClock>();
-    std::shared_ptr<MockHelperClient> client;
     AppModel model;
     MainWindow window;
 };
