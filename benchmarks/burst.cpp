@@ -70,7 +70,7 @@ int main(int argc, char **argv) {
         return AppModel::Engine{.client = client, .start = [client] { return client->start(); }};
     };
     AppModel model(launcher, {.clock = clock, .defaults = UserDefaults::standard()});
-    MainWindow window(model, {.clock = clock});
+    MainWindow window(model, {.clock = clock, .files = FileBrowser::ofSession([](const QUrl &) {})});
     if (!window.window())
         return 2;
 

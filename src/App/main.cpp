@@ -7,6 +7,7 @@
 #include "Views/MainWindow.h"
 
 #include <QCommandLineParser>
+#include <QDesktopServices>
 #include <QGuiApplication>
 #include <QQuickWindow>
 
@@ -48,7 +49,8 @@ AppModel::Launcher engineLauncher(const std::shared_ptr<Clock> &clock) {
 int run(const Arguments &arguments) {
     const auto clock = std::make_shared<BootClock>();
     AppModel model(engineLauncher(clock), {.clock = clock, .defaults = UserDefaults::standard()});
-    const MainWindow window(model, {.clock = clock});
+    const auto files = FileBrowser::ofSession([](const QUrl &folder) { QDesktopServices::openUrl(folder); });
+    const MainWindow window(model, {.clock = clock, .files = files});
     if (!window.window())
         return EXIT_FAILURE;
     std::optional<UnattendedRun> unattended;

@@ -49,6 +49,7 @@ const std::vector<Shade> &shades() {
         {&Palette::green, at(0x156B36), at(0x5FD68A)},
         {&Palette::redTint, at(0xD92D35, 0.15), at(0xF2555A, 0.22)},
         {&Palette::orangeTint, at(0xFF8A00, 0.15), at(0xF58A1F, 0.22)},
+        {&Palette::prominentRed, at(0xD92D35), at(0xC9343B)},
         {&Palette::fieldHalo, at(0x4B48CC, 0.35), at(0xA9A7FF, 0.35)},
         {&Palette::scrollBar, at(black, 0.28), at(white, 0.28)},
         {&Palette::scrollBarHover, at(black, 0.45), at(white, 0.45)},

@@ -44,6 +44,7 @@ class Palette : public QObject {
     Q_PROPERTY(QColor green MEMBER green NOTIFY changed)
     Q_PROPERTY(QColor redTint MEMBER redTint NOTIFY changed)
     Q_PROPERTY(QColor orangeTint MEMBER orangeTint NOTIFY changed)
+    Q_PROPERTY(QColor prominentRed MEMBER prominentRed NOTIFY changed)
     Q_PROPERTY(QColor fieldHalo MEMBER fieldHalo NOTIFY changed)
     Q_PROPERTY(QColor scrollBar MEMBER scrollBar NOTIFY changed)
     Q_PROPERTY(QColor scrollBarHover MEMBER scrollBarHover NOTIFY changed)
@@ -62,7 +63,7 @@ public:
     QColor window, sidebar, card, button, buttonStroke, field, fieldStroke, searchField;
     QColor hover, pressed, fillHover, fillPressed, selection, divider, coverStroke, barTrack;
     QColor primary, secondary, tertiary, quaternary, accentFill, onAccent, accent;
-    QColor red, orange, yellow, green, redTint, orangeTint, fieldHalo, scrollBar, scrollBarHover, shadow;
+    QColor red, orange, yellow, green, redTint, orangeTint, prominentRed, fieldHalo, scrollBar, scrollBarHover, shadow;
 
 Q_SIGNALS:
     void changed();

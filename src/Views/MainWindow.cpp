@@ -6,6 +6,7 @@
 #include "Views/BannerLogic.h"
 #include "Views/CommandsLogic.h"
 #include "Views/DetailLogic.h"
+#include "Views/OrphansLogic.h"
 #include "Views/SidebarLogic.h"
 #include "Views/VPNLogic.h"
 
@@ -22,13 +23,15 @@ namespace zelk {
 
 struct MainWindow::Parts {
     Parts(AppModel &model, const Surroundings &surroundings)
-        : commands(model), sidebar(model), detail(model), banner(*model.sync()), vpn(model, surroundings.clock) {}
+        : commands(model), sidebar(model), detail(model), banner(*model.sync()), vpn(model, surroundings.clock),
+          orphans(model, surroundings.files) {}
 
     CommandsLogic commands;
     SidebarLogic sidebar;
     DetailLogic detail;
     BannerLogic banner;
     VPNLogic vpn;
+    OrphansLogic orphans;
     QQmlApplicationEngine engine; // last: the views go before what they show
 };
 
@@ -56,6 +59,7 @@ MainWindow::MainWindow(AppModel &model, Surroundings surroundings) {
         {u"detailLogic"_s, QVariant::fromValue(&m_parts->detail)},
         {u"bannerLogic"_s, QVariant::fromValue(&m_parts->banner)},
         {u"vpnLogic"_s, QVariant::fromValue(&m_parts->vpn)},
+        {u"orphansLogic"_s, QVariant::fromValue(&m_parts->orphans)},
     });
     engine.load(QUrl(u"qrc:/qt/qml/zelk/MainWindow.qml"_s));
     if (QQuickWindow *shown = window())

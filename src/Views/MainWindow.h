@@ -1,6 +1,7 @@
 #pragma once
 
 #include "App/AppModel.h"
+#include "Platform/FileBrowser.h"
 
 #include <memory>
 
@@ -18,6 +19,7 @@ public:
     // What the window needs of the machine that it runs on.
     struct Surroundings {
         std::shared_ptr<Clock> clock;
+        std::shared_ptr<FileBrowser> files;
     };
 
     // Shows the window and starts the model, which does nothing for one that has its client.

@@ -12,6 +12,7 @@ Window {
     required property DetailLogic detailLogic
     required property BannerLogic bannerLogic
     required property VPNLogic vpnLogic
+    required property OrphansLogic orphansLogic
 
     objectName: "mainWindow"
     title: qsTr("zelk")
@@ -37,6 +38,7 @@ Window {
         detail: window.detailLogic
         banner: window.bannerLogic
         vpn: window.vpnLogic
+        orphans: window.orphansLogic
     }
 
     Shortcut {

@@ -1,4 +1,5 @@
-// The content of the main window: the sidebar, the detail pane under its toolbar, and the message over them.
+// The content of the main window: the sidebar, the detail pane under its toolbar, the message over them and the strip
+// under them.
 pragma ComponentBehavior: Bound
 
 import QtQuick
@@ -12,6 +13,7 @@ Item {
     required property DetailLogic detail
     required property BannerLogic banner
     required property VPNLogic vpn
+    required property OrphansLogic orphans
 
     property int sidebarWidth: Tokens.size.sidebarIdeal
 
@@ -19,7 +21,7 @@ Item {
         id: sidebarView
 
         width: root.sidebarWidth
-        height: parent.height
+        height: parent.height - orphansBanner.height
         logic: root.sidebar
     }
 
@@ -28,7 +30,7 @@ Item {
 
         anchors.left: sidebarView.right
         anchors.right: parent.right
-        height: parent.height
+        height: parent.height - orphansBanner.height
 
         ZELKToolbar {
             id: toolbar
@@ -72,11 +74,28 @@ Item {
         }
     }
 
+    OrphansBanner {
+        id: orphansBanner
+
+        anchors.bottom: parent.bottom
+        width: parent.width
+        height: root.orphans.shown ? implicitHeight : 0
+        visible: height > 0
+        logic: root.orphans
+
+        Behavior on height {
+            NumberAnimation {
+                duration: Tokens.motion.banner
+                easing.type: Easing.OutCubic
+            }
+        }
+    }
+
     MouseArea {
         objectName: "sidebarEdge"
         x: sidebarView.width - width / 2
         width: Tokens.space.sm
-        height: parent.height
+        height: sidebarView.height
         cursorShape: Qt.SplitHCursor
         onPositionChanged: mouse => {
             root.sidebarWidth = Math.max(Tokens.size.sidebarMinimum,

@@ -142,6 +142,7 @@ private Q_SLOTS:
         for (const QColor &surface : {palette.window, palette.sidebar, palette.card})
             QVERIFY(contrast(palette.tertiary, surface) >= 4.5);
         QVERIFY(contrast(palette.onAccent, palette.accentFill) >= 4.5);
+        QVERIFY(contrast(palette.onAccent, palette.prominentRed) >= 4.5);
         QVERIFY(contrast(palette.red, over(palette.redTint, palette.window)) >= 4.5);
         QVERIFY(contrast(palette.orange, over(palette.orangeTint, palette.card)) >= 4.5);
     }

@@ -15,6 +15,13 @@
 
 namespace zelk {
 
+// A file browser that notes what it was to show.
+class SeenFiles final : public FileBrowser {
+public:
+    void reveal(const QString &path) override { revealed.append(path); }
+    QStringList revealed;
+};
+
 // Lets what a model and a window have left behind come to its end: what ends a task needs a turn of the loop.
 inline void settleDown() {
     for (int i = 0; i < 20; ++i)
@@ -34,7 +41,7 @@ public:
           })) {}
     // The same over an engine of the test's own.
     explicit WindowBench(const std::shared_ptr<HelperClienting> &client)
-        : model(client, surroundings(clock)), window(model, {.clock = clock}) {}
+        : model(client, surroundings(clock)), window(model, {.clock = clock, .files = files}) {}
 
     // Two playlists of each source; one of Apple Music's lies in a folder within a folder.
     static std::vector<PlaylistDTO> library() {
@@ -133,6 +140,7 @@ public:
     }
 
     std::shared_ptr<ManualClock> clock = std::make_shared<ManualClock>();
+    std::shared_ptr<SeenFiles> files = std::make_shared<SeenFiles>();
     AppModel model;
     MainWindow window;
 };

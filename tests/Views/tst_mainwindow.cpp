@@ -46,7 +46,7 @@ private Q_SLOTS:
     void theUnavailableEngineIsSaidEvenOverARun() {
         QTest::failOnWarning(QRegularExpression(u"qrc:.*"_s));
         AppModel model([]() -> AppModel::Engine { throw HelperError::helperMissing(); }, surroundings());
-        MainWindow window(model, {.clock = std::make_shared<ManualClock>()});
+        MainWindow window(model, {.clock = std::make_shared<ManualClock>(), .files = std::make_shared<SeenFiles>()});
         QTRY_VERIFY(model.startupError());
         model.sync()->route(HelperEvent::server(Event::SyncStarted{u"r"_s, u"r"_s, 1}));
         model.sync()->route(HelperEvent::server(Event::PlaylistStarted{u"r"_s, u"p"_s, 0, u"P"_s, tracks(1)}));
