@@ -40,12 +40,25 @@ Rectangle {
 
             anchors.left: symbol.right
             anchors.leftMargin: Tokens.space.sm
-            anchors.right: dismiss.left
+            anchors.right: reconnect.visible ? reconnect.left : dismiss.left
             anchors.rightMargin: Tokens.space.sm
             anchors.verticalCenter: parent.verticalCenter
             text: banner.logic.message
             color: Tokens.color.primary
             font: Tokens.font.callout
+        }
+
+        PushButton {
+            id: reconnect
+
+            objectName: "reconnectBanner"
+            anchors.right: dismiss.left
+            anchors.rightMargin: Tokens.space.sm
+            anchors.verticalCenter: parent.verticalCenter
+            visible: banner.logic.offersReconnect
+            small: true
+            text: qsTr("Reconnect")
+            onClicked: banner.logic.reconnect()
         }
 
         IconButton {

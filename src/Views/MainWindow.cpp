@@ -23,7 +23,7 @@ namespace zelk {
 
 struct MainWindow::Parts {
     Parts(AppModel &model, const Surroundings &surroundings)
-        : commands(model), sidebar(model), detail(model), banner(*model.sync()), vpn(model, surroundings.clock),
+        : commands(model), sidebar(model), detail(model), banner(model), vpn(model, surroundings.clock),
           orphans(model, surroundings.files) {}
 
     CommandsLogic commands;

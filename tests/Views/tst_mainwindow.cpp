@@ -191,6 +191,19 @@ private Q_SLOTS:
         QVERIFY(!bench.model.sync()->banner());
     }
 
+    void anExpiredSignInCanBeMended() {
+        WindowBench bench;
+        bench.model.sync()->setBanner(SyncBanner::warning(u"Something is off"_s));
+        QTRY_VERIFY(bench.item("dismissBanner"));
+        QVERIFY(!bench.item("reconnectBanner"));
+        bench.model.sync()->setBanner(SyncBanner::error(u"Sign in again"_s, u"spotify_auth_expired"_s));
+        QVERIFY(bench.item("reconnectBanner"));
+        QCOMPARE(spoken(bench.item("reconnectBanner")), u"Reconnect"_s);
+        bench.click(bench.item("reconnectBanner"));
+        QTRY_VERIFY(bench.model.isOnboardingPresented());
+        QVERIFY(bench.item("banner"));
+    }
+
     void aPressDoesWhatAClickDoesOnce() {
         WindowBench bench;
         bench.loadLibrary();
