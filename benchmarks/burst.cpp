@@ -69,8 +69,12 @@ int main(int argc, char **argv) {
         const auto client = std::make_shared<HelperClient>(process, clock);
         return AppModel::Engine{.client = client, .start = [client] { return client->start(); }};
     };
-    AppModel model(launcher, {.clock = clock, .defaults = UserDefaults::standard()});
-    MainWindow window(model, {.clock = clock, .files = FileBrowser::ofSession([](const QUrl &) {})});
+    const auto defaults = UserDefaults::standard();
+    AppModel model(launcher, {.clock = clock, .defaults = defaults});
+    MainWindow window(model, {.clock = clock,
+                              .files = FileBrowser::ofSession([](const QUrl &) {}),
+                              .desktop = DesktopSettings::ofSession(),
+                              .defaults = defaults});
     if (!window.window())
         return 2;
 

@@ -48,9 +48,11 @@ AppModel::Launcher engineLauncher(const std::shared_ptr<Clock> &clock) {
 
 int run(const Arguments &arguments) {
     const auto clock = std::make_shared<BootClock>();
-    AppModel model(engineLauncher(clock), {.clock = clock, .defaults = UserDefaults::standard()});
+    const auto defaults = UserDefaults::standard();
+    AppModel model(engineLauncher(clock), {.clock = clock, .defaults = defaults});
     const auto files = FileBrowser::ofSession([](const QUrl &folder) { QDesktopServices::openUrl(folder); });
-    const MainWindow window(model, {.clock = clock, .files = files});
+    const MainWindow window(
+        model, {.clock = clock, .files = files, .desktop = DesktopSettings::ofSession(), .defaults = defaults});
     if (!window.window())
         return EXIT_FAILURE;
     std::optional<UnattendedRun> unattended;

@@ -33,6 +33,7 @@ const std::vector<Shade> &shades() {
         {&Palette::fillHover, at(black, 0.06), at(black, 0.06)},
         {&Palette::fillPressed, at(black, 0.12), at(black, 0.12)},
         {&Palette::selection, at(0x5552D9, 0.14), at(0x6663E4, 0.28)},
+        {&Palette::separator, at(black, 0.20), at(white, 0.22)},
         {&Palette::divider, at(black, 0.10), at(white, 0.11)},
         {&Palette::coverStroke, at(black, 0.08), at(white, 0.088)},
         {&Palette::barTrack, at(black, 0.10), at(white, 0.13)},

@@ -28,6 +28,7 @@ class Palette : public QObject {
     Q_PROPERTY(QColor fillHover MEMBER fillHover NOTIFY changed)
     Q_PROPERTY(QColor fillPressed MEMBER fillPressed NOTIFY changed)
     Q_PROPERTY(QColor selection MEMBER selection NOTIFY changed)
+    Q_PROPERTY(QColor separator MEMBER separator NOTIFY changed)
     Q_PROPERTY(QColor divider MEMBER divider NOTIFY changed)
     Q_PROPERTY(QColor coverStroke MEMBER coverStroke NOTIFY changed)
     Q_PROPERTY(QColor barTrack MEMBER barTrack NOTIFY changed)
@@ -61,7 +62,7 @@ public:
     QVariantList inks() const; // the colours of Ink, in its order
 
     QColor window, sidebar, card, button, buttonStroke, field, fieldStroke, searchField;
-    QColor hover, pressed, fillHover, fillPressed, selection, divider, coverStroke, barTrack;
+    QColor hover, pressed, fillHover, fillPressed, selection, separator, divider, coverStroke, barTrack;
     QColor primary, secondary, tertiary, quaternary, accentFill, onAccent, accent;
     QColor red, orange, yellow, green, redTint, orangeTint, prominentRed, fieldHalo, scrollBar, scrollBarHover, shadow;
 

@@ -4,17 +4,16 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import zelk
 
-Rectangle {
+GlassBackground {
     id: banner
 
     required property BannerLogic logic
 
     objectName: "banner"
     implicitHeight: content.height + 2 * Tokens.space.sm
+    role: GlassBackground.Floating
+    ground: Tokens.color.card
     radius: Tokens.radius.card
-    color: Tokens.color.card
-    border.width: Tokens.size.hairline
-    border.color: Tokens.color.divider
     Accessible.role: Accessible.AlertMessage
     Accessible.name: banner.logic.message
 

@@ -3,6 +3,7 @@
 #include "Styling/Symbols.h"
 #include "Styling/TokensSingleton.h"
 #include "Support/Task.h"
+#include "Views/Appearance.h"
 #include "Views/BannerLogic.h"
 #include "Views/CommandsLogic.h"
 #include "Views/DetailLogic.h"
@@ -24,7 +25,7 @@ namespace zelk {
 struct MainWindow::Parts {
     Parts(AppModel &model, const Surroundings &surroundings)
         : commands(model), sidebar(model), detail(model), banner(model), vpn(model, surroundings.clock),
-          orphans(model, surroundings.files) {}
+          orphans(model, surroundings.files), appearance(surroundings.desktop, surroundings.defaults) {}
 
     CommandsLogic commands;
     SidebarLogic sidebar;
@@ -32,6 +33,7 @@ struct MainWindow::Parts {
     BannerLogic banner;
     VPNLogic vpn;
     OrphansLogic orphans;
+    Appearance appearance;
     QQmlApplicationEngine engine; // last: the views go before what they show
 };
 
@@ -53,6 +55,7 @@ MainWindow::MainWindow(AppModel &model, Surroundings surroundings) {
     QQmlApplicationEngine &engine = m_parts->engine;
     engine.addImportPath(u"qrc:/qt/qml"_s);
     engine.addImageProvider(u"symbol"_s, new Symbols::Provider);
+    m_parts->appearance.dress(tokens());
     engine.setInitialProperties({
         {u"commandsLogic"_s, QVariant::fromValue(&m_parts->commands)},
         {u"sidebarLogic"_s, QVariant::fromValue(&m_parts->sidebar)},

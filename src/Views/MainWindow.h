@@ -1,6 +1,7 @@
 #pragma once
 
 #include "App/AppModel.h"
+#include "Platform/DesktopSettings.h"
 #include "Platform/FileBrowser.h"
 
 #include <memory>
@@ -20,6 +21,8 @@ public:
     struct Surroundings {
         std::shared_ptr<Clock> clock;
         std::shared_ptr<FileBrowser> files;
+        std::shared_ptr<DesktopSettings> desktop;
+        std::shared_ptr<UserDefaults> defaults;
     };
 
     // Shows the window and starts the model, which does nothing for one that has its client.

@@ -4,7 +4,7 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import zelk
 
-Rectangle {
+GlassBackground {
     id: banner
 
     required property OrphansLogic logic
@@ -12,7 +12,7 @@ Rectangle {
     objectName: "orphansBanner"
     implicitHeight: Tokens.size.strip + (banner.logic.expanded ? list.height + Tokens.space.md : 0)
     clip: true
-    color: Tokens.color.window
+    role: GlassBackground.Chrome
     Accessible.role: Accessible.Grouping
     Accessible.name: qsTr("Leftover files")
 

@@ -4,7 +4,7 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import zelk
 
-Item {
+GlassBackground {
     id: toolbar
 
     required property ZELKCommands commands
@@ -12,6 +12,7 @@ Item {
     readonly property CommandsLogic logic: toolbar.commands.logic
 
     implicitHeight: Tokens.size.toolbar
+    role: GlassBackground.Chrome
 
     Row {
         anchors.right: parent.right

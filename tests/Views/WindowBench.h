@@ -2,6 +2,7 @@
 
 #include "App/AppModel.h"
 #include "App/Surroundings.h"
+#include "Platform/DesktopSettings.h"
 #include "Styling/TokensSingleton.h"
 #include "Support/ManualClock.h"
 #include "Support/MockHelperClient.h"
@@ -20,6 +21,14 @@ class SeenFiles final : public FileBrowser {
 public:
     void reveal(const QString &path) override { revealed.append(path); }
     QStringList revealed;
+};
+
+// A desktop whose user wants what the test says.
+class GivenDesktop final : public DesktopSettings {
+public:
+    using DesktopSettings::setColorScheme;
+    using DesktopSettings::setIncreasedContrast;
+    using DesktopSettings::setReducedMotion;
 };
 
 // Lets what a model and a window have left behind come to its end: what ends a task needs a turn of the loop.
@@ -41,7 +50,8 @@ public:
           })) {}
     // The same over an engine of the test's own.
     explicit WindowBench(const std::shared_ptr<HelperClienting> &client)
-        : model(client, surroundings(clock)), window(model, {.clock = clock, .files = files}) {}
+        : model(client, around),
+          window(model, {.clock = clock, .files = files, .desktop = desktop, .defaults = around.defaults}) {}
 
     // Two playlists of each source; one of Apple Music's lies in a folder within a folder.
     static std::vector<PlaylistDTO> library() {
@@ -141,6 +151,8 @@ public:
 
     std::shared_ptr<ManualClock> clock = std::make_shared<ManualClock>();
     std::shared_ptr<SeenFiles> files = std::make_shared<SeenFiles>();
+    std::shared_ptr<GivenDesktop> desktop = std::make_shared<GivenDesktop>();
+    AppModel::Surroundings around = surroundings(clock);
     AppModel model;
     MainWindow window;
 };

@@ -45,8 +45,12 @@ private Q_SLOTS:
 
     void theUnavailableEngineIsSaidEvenOverARun() {
         QTest::failOnWarning(QRegularExpression(u"qrc:.*"_s));
-        AppModel model([]() -> AppModel::Engine { throw HelperError::helperMissing(); }, surroundings());
-        MainWindow window(model, {.clock = std::make_shared<ManualClock>(), .files = std::make_shared<SeenFiles>()});
+        const auto around = surroundings();
+        AppModel model([]() -> AppModel::Engine { throw HelperError::helperMissing(); }, around);
+        MainWindow window(model, {.clock = around.clock,
+                                  .files = std::make_shared<SeenFiles>(),
+                                  .desktop = std::make_shared<GivenDesktop>(),
+                                  .defaults = around.defaults});
         QTRY_VERIFY(model.startupError());
         model.sync()->route(HelperEvent::server(Event::SyncStarted{u"r"_s, u"r"_s, 1}));
         model.sync()->route(HelperEvent::server(Event::PlaylistStarted{u"r"_s, u"p"_s, 0, u"P"_s, tracks(1)}));
