@@ -74,7 +74,8 @@ int main(int argc, char **argv) {
     MainWindow window(model, {.clock = clock,
                               .files = FileBrowser::ofSession([](const QUrl &) {}),
                               .desktop = DesktopSettings::ofSession(),
-                              .defaults = defaults});
+                              .defaults = defaults,
+                              .openUrl = {}});
     if (!window.window())
         return 2;
 

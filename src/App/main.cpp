@@ -50,9 +50,12 @@ int run(const Arguments &arguments) {
     const auto clock = std::make_shared<BootClock>();
     const auto defaults = UserDefaults::standard();
     AppModel model(engineLauncher(clock), {.clock = clock, .defaults = defaults});
-    const auto files = FileBrowser::ofSession([](const QUrl &folder) { QDesktopServices::openUrl(folder); });
-    const MainWindow window(
-        model, {.clock = clock, .files = files, .desktop = DesktopSettings::ofSession(), .defaults = defaults});
+    const auto openUrl = [](const QUrl &url) { QDesktopServices::openUrl(url); };
+    const MainWindow window(model, {.clock = clock,
+                                    .files = FileBrowser::ofSession(openUrl),
+                                    .desktop = DesktopSettings::ofSession(),
+                                    .defaults = defaults,
+                                    .openUrl = openUrl});
     if (!window.window())
         return EXIT_FAILURE;
     std::optional<UnattendedRun> unattended;

@@ -24,8 +24,9 @@ namespace zelk {
 
 struct MainWindow::Parts {
     Parts(AppModel &model, const Surroundings &surroundings)
-        : commands(model), sidebar(model), detail(model), banner(model), vpn(model, surroundings.clock),
-          orphans(model, surroundings.files), appearance(surroundings.desktop, surroundings.defaults) {}
+        : commands(model, surroundings.files, surroundings.openUrl), sidebar(model), detail(model), banner(model),
+          vpn(model, surroundings.clock), orphans(model, surroundings.files),
+          appearance(surroundings.desktop, surroundings.defaults) {}
 
     CommandsLogic commands;
     SidebarLogic sidebar;

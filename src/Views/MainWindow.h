@@ -4,6 +4,9 @@
 #include "Platform/DesktopSettings.h"
 #include "Platform/FileBrowser.h"
 
+#include <QUrl>
+
+#include <functional>
 #include <memory>
 
 class QQmlApplicationEngine;
@@ -23,6 +26,7 @@ public:
         std::shared_ptr<FileBrowser> files;
         std::shared_ptr<DesktopSettings> desktop;
         std::shared_ptr<UserDefaults> defaults;
+        std::function<void(const QUrl &url)> openUrl;
     };
 
     // Shows the window and starts the model, which does nothing for one that has its client.

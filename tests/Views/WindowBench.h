@@ -50,8 +50,11 @@ public:
           })) {}
     // The same over an engine of the test's own.
     explicit WindowBench(const std::shared_ptr<HelperClienting> &client)
-        : model(client, around),
-          window(model, {.clock = clock, .files = files, .desktop = desktop, .defaults = around.defaults}) {}
+        : model(client, around), window(model, {.clock = clock,
+                                                .files = files,
+                                                .desktop = desktop,
+                                                .defaults = around.defaults,
+                                                .openUrl = [this](const QUrl &url) { opened.append(url); }}) {}
 
     // Two playlists of each source; one of Apple Music's lies in a folder within a folder.
     static std::vector<PlaylistDTO> library() {
@@ -152,6 +155,7 @@ public:
     std::shared_ptr<ManualClock> clock = std::make_shared<ManualClock>();
     std::shared_ptr<SeenFiles> files = std::make_shared<SeenFiles>();
     std::shared_ptr<GivenDesktop> desktop = std::make_shared<GivenDesktop>();
+    QList<QUrl> opened; // in the browser
     AppModel::Surroundings around = surroundings(clock);
     AppModel model;
     MainWindow window;

@@ -50,7 +50,8 @@ private Q_SLOTS:
         MainWindow window(model, {.clock = around.clock,
                                   .files = std::make_shared<SeenFiles>(),
                                   .desktop = std::make_shared<GivenDesktop>(),
-                                  .defaults = around.defaults});
+                                  .defaults = around.defaults,
+                                  .openUrl = {}});
         QTRY_VERIFY(model.startupError());
         model.sync()->route(HelperEvent::server(Event::SyncStarted{u"r"_s, u"r"_s, 1}));
         model.sync()->route(HelperEvent::server(Event::PlaylistStarted{u"r"_s, u"p"_s, 0, u"P"_s, tracks(1)}));
