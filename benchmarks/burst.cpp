@@ -70,8 +70,13 @@ int main(int argc, char **argv) {
         const auto client = std::make_shared<HelperClient>(process, clock);
         return AppModel::Engine{.client = client, .start = [client] { return client->start(); }};
     };
-    AppModel model(launcher, surroundings(clock));
-    MainWindow window(model);
+    const auto around = surroundings(clock);
+    AppModel model(launcher, around);
+    MainWindow window(model, {.clock = clock,
+                              .files = FileBrowser::ofSession([](const QUrl &) {}),
+                              .desktop = DesktopSettings::ofSession(),
+                              .defaults = around.defaults,
+                              .openUrl = {}});
     if (!window.window())
         return 2;
 

@@ -2,7 +2,8 @@
 
 #include "Platform/ApplicationActivation.h"
 #include "Platform/BootClock.h"
-#include "Platform/FileViewer.h"
+#include "Platform/DesktopSettings.h"
+#include "Platform/FileBrowser.h"
 #include "Platform/MusicAuthorization.h"
 #include "Platform/MusicLibraryConsent.h"
 #include "Platform/MusicUserTokenProvider.h"
@@ -38,6 +39,10 @@ namespace {
 
 QString tr(const char *text) {
     return QCoreApplication::translate("zelk", text);
+}
+
+void openUrl(const QUrl &url) {
+    QDesktopServices::openUrl(url);
 }
 
 /// The engine of this machine, as a child of this process.
@@ -120,6 +125,7 @@ AppModel::Surroundings modelSurroundings(const SignIn &signIn, std::shared_ptr<U
 
 /// What updates of this copy stand on.
 UpdaterSurroundings updaterSurroundings(UpdateUserDriver &driver, const std::shared_ptr<UserDefaults> &defaults,
+                                        const std::shared_ptr<FileBrowser> &files,
                                         const std::shared_ptr<Clock> &clock) {
     UpdaterSurroundings here{.bundle = Bundle::main()};
     here.folder = QFileInfo(here.bundle.path()).absolutePath();
@@ -130,9 +136,7 @@ UpdaterSurroundings updaterSurroundings(UpdateUserDriver &driver, const std::sha
     here.isOwnedByPackageManager = [clock](QString path, std::stop_token stop) {
         return isOwnedByPackageManager(std::move(path), clock, std::move(stop));
     };
-    here.showInFolder = [](const QString &path) {
-        showInFileViewer(path, [](const QString &folder) { QDesktopServices::openUrl(QUrl::fromLocalFile(folder)); });
-    };
+    here.showInFolder = [files](const QString &path) { files->reveal(path); };
     here.driver = &driver;
     return here;
 }
@@ -145,13 +149,15 @@ struct ZELKApp::Parts {
           updateDialog(dialogs), updater(updates(attendance)) {}
 
     UpdaterSurroundings updates(Attendance attendance) {
-        auto surroundings = updaterSurroundings(updateDialog, defaults, clock);
+        auto surroundings = updaterSurroundings(updateDialog, defaults, files, clock);
         surroundings.unattended = attendance == Attendance::unattended;
         return surroundings;
     }
 
     const std::shared_ptr<Clock> clock = std::make_shared<BootClock>();
     const std::shared_ptr<UserDefaults> defaults = UserDefaults::standard();
+    const std::shared_ptr<FileBrowser> files = FileBrowser::ofSession(openUrl);
+    const std::shared_ptr<DesktopSettings> desktop = DesktopSettings::ofSession();
     DialogHost dialogs;
     SignIn signIn;
     AppModel model;
@@ -169,6 +175,14 @@ AppModel &ZELKApp::model() const {
 
 UpdaterModel &ZELKApp::updater() const {
     return _parts->updater;
+}
+
+MainWindow::Surroundings ZELKApp::windowSurroundings() const {
+    return {.clock = _parts->clock,
+            .files = _parts->files,
+            .desktop = _parts->desktop,
+            .defaults = _parts->defaults,
+            .openUrl = openUrl};
 }
 
 } // namespace zelk

@@ -2,6 +2,7 @@
 
 #include "App/AppModel.h"
 #include "Services/UpdaterModel.h"
+#include "Views/MainWindow.h"
 
 #include <memory>
 
@@ -21,6 +22,8 @@ public:
 
     AppModel &model() const;
     UpdaterModel &updater() const;
+    /// What its main window needs of this machine.
+    MainWindow::Surroundings windowSurroundings() const;
 
 private:
     struct Parts;

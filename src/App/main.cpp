@@ -35,7 +35,7 @@ Arguments readArguments() {
 
 int run(const Arguments &arguments) {
     const ZELKApp app(arguments.unattended ? ZELKApp::Attendance::unattended : ZELKApp::Attendance::attended);
-    const MainWindow window(app.model());
+    const MainWindow window(app.model(), app.windowSurroundings());
     if (!window.window())
         return EXIT_FAILURE;
     std::optional<UnattendedRun> unattended;

@@ -87,6 +87,8 @@ class SizeScale : public QObject {
     Q_PROPERTY(int menuBar MEMBER menuBar CONSTANT)
     Q_PROPERTY(int toolbar MEMBER toolbar CONSTANT)
     Q_PROPERTY(int summaryBar MEMBER summaryBar CONSTANT)
+    Q_PROPERTY(int strip MEMBER strip CONSTANT)
+    Q_PROPERTY(int fileRow MEMBER fileRow CONSTANT)
     Q_PROPERTY(int sidebarMinimum MEMBER sidebarMinimum CONSTANT)
     Q_PROPERTY(int sidebarIdeal MEMBER sidebarIdeal CONSTANT)
     Q_PROPERTY(int sidebarMaximum MEMBER sidebarMaximum CONSTANT)
@@ -146,6 +148,8 @@ public:
     const int menuBar = 28;
     const int toolbar = 52;
     const int summaryBar = 44;
+    const int strip = 52;
+    const int fileRow = 24;
     const int sidebarMinimum = 240;
     const int sidebarIdeal = 280;
     const int sidebarMaximum = 360;

@@ -28,6 +28,7 @@ class Palette : public QObject {
     Q_PROPERTY(QColor fillHover MEMBER fillHover NOTIFY changed)
     Q_PROPERTY(QColor fillPressed MEMBER fillPressed NOTIFY changed)
     Q_PROPERTY(QColor selection MEMBER selection NOTIFY changed)
+    Q_PROPERTY(QColor separator MEMBER separator NOTIFY changed)
     Q_PROPERTY(QColor divider MEMBER divider NOTIFY changed)
     Q_PROPERTY(QColor coverStroke MEMBER coverStroke NOTIFY changed)
     Q_PROPERTY(QColor barTrack MEMBER barTrack NOTIFY changed)
@@ -48,6 +49,7 @@ class Palette : public QObject {
     Q_PROPERTY(QColor greenFill MEMBER greenFill NOTIFY changed)
     Q_PROPERTY(QColor redTint MEMBER redTint NOTIFY changed)
     Q_PROPERTY(QColor orangeTint MEMBER orangeTint NOTIFY changed)
+    Q_PROPERTY(QColor prominentRed MEMBER prominentRed NOTIFY changed)
     Q_PROPERTY(QColor fieldHalo MEMBER fieldHalo NOTIFY changed)
     Q_PROPERTY(QColor scrollBar MEMBER scrollBar NOTIFY changed)
     Q_PROPERTY(QColor scrollBarHover MEMBER scrollBarHover NOTIFY changed)
@@ -66,10 +68,10 @@ public:
     QVariantList fills() const; // what fills a meter for each Ink, in its order
 
     QColor window, sidebar, card, button, buttonStroke, field, fieldStroke, searchField;
-    QColor hover, pressed, fillHover, fillPressed, selection, divider, coverStroke, barTrack;
+    QColor hover, pressed, fillHover, fillPressed, selection, separator, divider, coverStroke, barTrack;
     QColor primary, secondary, tertiary, quaternary, accentFill, onAccent, accent;
-    QColor red, orange, yellow, green, redFill, orangeFill, yellowFill, greenFill, redTint, orangeTint, fieldHalo,
-        scrollBar, scrollBarHover, shadow;
+    QColor red, orange, yellow, green, redFill, orangeFill, yellowFill, greenFill, redTint, orangeTint, prominentRed;
+    QColor fieldHalo, scrollBar, scrollBarHover, shadow;
 
 Q_SIGNALS:
     void changed();

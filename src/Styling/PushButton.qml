@@ -1,4 +1,4 @@
-// The button with a label, in every kind: its colours say which.
+// The button with a label, in every kind: its colours say which. A prominent one is asked for with its fill.
 pragma ComponentBehavior: Bound
 
 import QtQuick
@@ -13,11 +13,15 @@ T.AbstractButton {
     // What a screen reader calls it, where that isn't what it says.
     property string label: button.text
     property bool small: false
-    property bool stroked: true
+    property bool prominent: false
+    property bool stroked: !button.prominent
     // On a selected row a translucent fill needs a base, or its text is too faint.
     property bool based: false
-    property color fill: Tokens.color.button
-    property color ink: Tokens.color.primary
+    // What it opens drops down from it, which a chevron says.
+    property bool opensMenu: false
+    property color fill: button.prominent ? Tokens.color.accentFill : Tokens.color.button
+    property color ink: button.prominent ? Tokens.color.onAccent : Tokens.color.primary
+    property color symbolInk: button.ink
 
     function press() {
         if (!button.enabled)
@@ -35,6 +39,7 @@ T.AbstractButton {
     font: button.small ? Tokens.font.captionMedium : Tokens.font.bodyMedium
     opacity: button.enabled ? 1 : Tokens.size.disabledOpacity
     focusPolicy: Qt.TabFocus
+    Accessible.role: button.opensMenu ? Accessible.ButtonMenu : Accessible.Button
     Accessible.name: button.label
     Accessible.description: button.hint
     Accessible.onPressAction: button.press()
@@ -58,7 +63,8 @@ T.AbstractButton {
             anchors.fill: parent
             radius: parent.radius
             visible: button.hovered || button.down
-            color: button.down ? Tokens.color.pressed : Tokens.color.hover
+            color: button.prominent ? button.down ? Tokens.color.fillPressed : Tokens.color.fillHover
+                                    : button.down ? Tokens.color.pressed : Tokens.color.hover
         }
 
         FocusRing {
@@ -78,16 +84,24 @@ T.AbstractButton {
                 anchors.verticalCenter: parent.verticalCenter
                 visible: button.symbol !== ""
                 name: button.symbol
-                color: button.ink
+                color: button.symbolInk
                 size: button.small ? Tokens.size.smallSymbol : Tokens.size.symbol
             }
 
             TextLine {
                 anchors.verticalCenter: parent.verticalCenter
+                visible: button.text !== ""
                 readable: false
                 text: button.text
                 color: button.ink
                 font: button.font
+            }
+
+            Symbol {
+                anchors.verticalCenter: parent.verticalCenter
+                visible: button.opensMenu
+                name: "chevron.down"
+                size: Tokens.size.chevron
             }
         }
     }

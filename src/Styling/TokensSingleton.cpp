@@ -32,9 +32,15 @@ bool TokensSingleton::eventFilter(QObject *watched, QEvent *event) {
     return QObject::eventFilter(watched, event);
 }
 
+void TokensSingleton::preferDark(std::optional<bool> dark) {
+    m_prefersDark = dark;
+    followApplication();
+}
+
 void TokensSingleton::followApplication() {
     const QPalette palette = QGuiApplication::palette();
-    m_palette.setDark(palette.color(QPalette::Window).lightness() < palette.color(QPalette::WindowText).lightness());
+    const bool isDark = palette.color(QPalette::Window).lightness() < palette.color(QPalette::WindowText).lightness();
+    m_palette.setDark(m_prefersDark.value_or(isDark));
 }
 
 } // namespace zelk

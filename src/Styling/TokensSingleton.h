@@ -1,11 +1,14 @@
 #pragma once
 
+#include "Styling/GlassEnvironment.h"
 #include "Styling/Measures.h"
 #include "Styling/Palette.h"
 
 #include <QObject>
 #include <QUrl>
 #include <qqmlregistration.h>
+
+#include <optional>
 
 namespace zelk {
 
@@ -21,6 +24,7 @@ class TokensSingleton : public QObject {
     Q_PROPERTY(zelk::SizeScale *size READ size CONSTANT)
     Q_PROPERTY(zelk::TypeScale *font READ font CONSTANT)
     Q_PROPERTY(zelk::MotionScale *motion READ motion CONSTANT)
+    Q_PROPERTY(zelk::GlassEnvironment *glass READ glass CONSTANT)
 
 public:
     explicit TokensSingleton(QObject *parent = nullptr);
@@ -32,6 +36,10 @@ public:
     SizeScale *size() { return &m_size; }
     TypeScale *font() { return &m_type; }
     MotionScale *motion() { return &m_motion; }
+    GlassEnvironment *glass() { return &m_glass; }
+
+    // Dark or light whatever the application's own palette is; none follows that again.
+    void preferDark(std::optional<bool> dark);
 
     // The address of a symbol in a colour, for an Image.
     Q_INVOKABLE QUrl symbol(const QString &name, const QColor &color) const;
@@ -51,6 +59,8 @@ private:
     SizeScale m_size;
     TypeScale m_type;
     MotionScale m_motion;
+    GlassEnvironment m_glass;
+    std::optional<bool> m_prefersDark;
 };
 
 } // namespace zelk

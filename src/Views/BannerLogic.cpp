@@ -28,15 +28,24 @@ Ink bannerInk(SyncBanner::Kind kind) {
     return Ink::primary;
 }
 
-BannerLogic::BannerLogic(SyncStore &sync, QObject *parent) : QObject(parent), m_sync(sync) {
-    connect(&m_sync, &SyncStore::bannerChanged, this, &BannerLogic::follow);
+BannerLogic::BannerLogic(AppModel &model, QObject *parent) : QObject(parent), m_model(model) {
+    connect(m_model.sync(), &SyncStore::bannerChanged, this, &BannerLogic::follow);
     follow();
 }
 
 void BannerLogic::follow() {
-    if (m_sync.banner())
-        m_last = *m_sync.banner();
+    if (const auto &banner = m_model.sync()->banner())
+        m_last = *banner;
     Q_EMIT changed();
+}
+
+bool BannerLogic::offersReconnect() const {
+    return m_last.code == wireName(EngineErrorCode::spotifyAuthExpired);
+}
+
+void BannerLogic::reconnect() {
+    if (shown() && offersReconnect())
+        m_model.beginOnboarding();
 }
 
 } // namespace zelk

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "State/SyncStore.h"
+#include "App/AppModel.h"
 #include "Styling/Tokens.h"
 
 #include <QObject>
@@ -20,16 +20,21 @@ class BannerLogic : public QObject {
     Q_PROPERTY(QString message READ message NOTIFY changed)
     Q_PROPERTY(QString symbol READ symbol NOTIFY changed)
     Q_PROPERTY(int ink READ ink NOTIFY changed)
+    // Whether connecting Spotify again is what would help.
+    Q_PROPERTY(bool offersReconnect READ offersReconnect NOTIFY changed)
 
 public:
-    explicit BannerLogic(SyncStore &sync, QObject *parent = nullptr);
+    explicit BannerLogic(AppModel &model, QObject *parent = nullptr);
 
-    bool shown() const { return m_sync.banner().has_value(); }
+    bool shown() const { return m_model.sync()->banner().has_value(); }
     QString message() const { return m_last.message; }
     QString symbol() const { return bannerSymbol(m_last.kind); }
     int ink() const { return static_cast<int>(bannerInk(m_last.kind)); }
+    bool offersReconnect() const;
 
-    Q_INVOKABLE void dismiss() { m_sync.setBanner(std::nullopt); }
+    Q_INVOKABLE void dismiss() { m_model.sync()->setBanner(std::nullopt); }
+    // Opens the setup, where Spotify is connected. The message stays.
+    Q_INVOKABLE void reconnect();
 
 Q_SIGNALS:
     void changed();
@@ -37,7 +42,7 @@ Q_SIGNALS:
 private:
     void follow();
 
-    SyncStore &m_sync;
+    AppModel &m_model;
     SyncBanner m_last;
 };
 

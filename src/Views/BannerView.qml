@@ -4,17 +4,16 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import zelk
 
-Rectangle {
+GlassBackground {
     id: banner
 
     required property BannerLogic logic
 
     objectName: "banner"
     implicitHeight: content.height + 2 * Tokens.space.sm
+    role: GlassBackground.Floating
+    ground: Tokens.color.card
     radius: Tokens.radius.card
-    color: Tokens.color.card
-    border.width: Tokens.size.hairline
-    border.color: Tokens.color.divider
     Accessible.role: Accessible.AlertMessage
     Accessible.name: banner.logic.message
 
@@ -40,12 +39,25 @@ Rectangle {
 
             anchors.left: symbol.right
             anchors.leftMargin: Tokens.space.sm
-            anchors.right: dismiss.left
+            anchors.right: reconnect.visible ? reconnect.left : dismiss.left
             anchors.rightMargin: Tokens.space.sm
             anchors.verticalCenter: parent.verticalCenter
             text: banner.logic.message
             color: Tokens.color.primary
             font: Tokens.font.callout
+        }
+
+        PushButton {
+            id: reconnect
+
+            objectName: "reconnectBanner"
+            anchors.right: dismiss.left
+            anchors.rightMargin: Tokens.space.sm
+            anchors.verticalCenter: parent.verticalCenter
+            visible: banner.logic.offersReconnect
+            small: true
+            text: qsTr("Reconnect")
+            onClicked: banner.logic.reconnect()
         }
 
         IconButton {

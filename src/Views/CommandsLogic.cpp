@@ -1,14 +1,18 @@
 #include "Views/CommandsLogic.h"
 
 #include "Support/Task.h"
+#include "Support/TildePath.h"
 #include "Views/SidebarTree.h"
 
 #include <QCoreApplication>
 
+#include <utility>
+
 namespace zelk {
 
-CommandsLogic::CommandsLogic(AppModel &model, QObject *parent)
-    : QObject(parent), m_model(model), m_tick([this] { countReviews(); }) {
+CommandsLogic::CommandsLogic(AppModel &model, std::shared_ptr<FileBrowser> files, OpenUrl openUrl, QObject *parent)
+    : QObject(parent), m_model(model), m_files(std::move(files)), m_openUrl(std::move(openUrl)),
+      m_tick([this] { countReviews(); }) {
     connect(m_model.sync(), &SyncStore::phaseChanged, this, &CommandsLogic::phaseChanged);
     connect(m_model.sync()->groups(), &PlaylistGroups::countsChanged, this, [this] { m_tick.request(); });
     connect(&m_model, &AppModel::libraryChanged, this, &CommandsLogic::attach);
@@ -43,6 +47,16 @@ void CommandsLogic::followSelection() {
 
 QString CommandsLogic::reviewText() const {
     return QCoreApplication::translate("zelk", "%n review(s)", nullptr, m_reviewCount);
+}
+
+void CommandsLogic::revealOutput() {
+    const SettingsStore *settings = m_model.settings();
+    if (settings && settings->config() && settings->config()->outputDir)
+        m_files->reveal(expandedTilde(*settings->config()->outputDir));
+}
+
+void CommandsLogic::openHelp() {
+    m_openUrl(QUrl(QStringLiteral(ZELK_WEBSITE)));
 }
 
 void CommandsLogic::refreshLibrary() {

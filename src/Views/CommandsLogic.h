@@ -1,11 +1,15 @@
 #pragma once
 
 #include "App/AppModel.h"
+#include "Platform/FileBrowser.h"
 #include "Views/FrameTick.h"
 
 #include <QObject>
 #include <QPointer>
+#include <QUrl>
 #include <qqmlregistration.h>
+
+#include <functional>
 
 namespace zelk {
 
@@ -22,7 +26,10 @@ class CommandsLogic : public QObject {
     Q_PROPERTY(bool hasSelection READ hasSelection NOTIFY selectionChanged)
 
 public:
-    explicit CommandsLogic(AppModel &model, QObject *parent = nullptr);
+    // Opens an address in the user's browser.
+    using OpenUrl = std::function<void(const QUrl &url)>;
+
+    CommandsLogic(AppModel &model, std::shared_ptr<FileBrowser> files, OpenUrl openUrl, QObject *parent = nullptr);
 
     bool running() const { return m_model.sync()->isRunning(); }
     bool canSync() const { return !running(); }
@@ -34,6 +41,9 @@ public:
     Q_INVOKABLE void cancel() { m_model.cancelSync(); }
     Q_INVOKABLE void openReview() { m_model.openReview(); }
     Q_INVOKABLE void refreshLibrary();
+    // Shows the folder that the engine writes to; nothing without one.
+    Q_INVOKABLE void revealOutput();
+    Q_INVOKABLE void openHelp();
 
 Q_SIGNALS:
     void phaseChanged();
@@ -46,6 +56,8 @@ private:
     void followSelection();
 
     AppModel &m_model;
+    const std::shared_ptr<FileBrowser> m_files;
+    const OpenUrl m_openUrl;
     QPointer<LibraryStore> m_library;
     int m_reviewCount = 0;
     bool m_hasSelection = false;

@@ -2,11 +2,14 @@
 
 #include "Styling/TokensSingleton.h"
 #include "Support/Task.h"
+#include "Views/Appearance.h"
 #include "Views/BannerLogic.h"
 #include "Views/CommandsLogic.h"
 #include "Views/DetailLogic.h"
+#include "Views/OrphansLogic.h"
 #include "Views/ReviewLogic.h"
 #include "Views/SidebarLogic.h"
+#include "Views/VPNLogic.h"
 #include "Views/ViewEngine.h"
 
 #include <QQmlApplicationEngine>
@@ -17,27 +20,35 @@ using namespace Qt::Literals::StringLiterals;
 namespace zelk {
 
 struct MainWindow::Parts {
-    explicit Parts(AppModel &model)
-        : commands(model), sidebar(model), detail(model), review(model), banner(*model.sync()) {}
+    Parts(AppModel &model, const Surroundings &surroundings)
+        : commands(model, surroundings.files, surroundings.openUrl), sidebar(model), detail(model), review(model),
+          banner(model), vpn(model, surroundings.clock), orphans(model, surroundings.files),
+          appearance(surroundings.desktop, surroundings.defaults) {}
 
     CommandsLogic commands;
     SidebarLogic sidebar;
     DetailLogic detail;
     ReviewLogic review;
     BannerLogic banner;
+    VPNLogic vpn;
+    OrphansLogic orphans;
+    Appearance appearance;
     QQmlApplicationEngine engine; // last: the views go before what they show
 };
 
-MainWindow::MainWindow(AppModel &model) {
-    m_parts = std::make_unique<Parts>(model);
+MainWindow::MainWindow(AppModel &model, Surroundings surroundings) {
+    m_parts = std::make_unique<Parts>(model, surroundings);
     QQmlApplicationEngine &engine = m_parts->engine;
     prepareViewEngine(engine);
+    m_parts->appearance.dress(tokens());
     engine.setInitialProperties({
         {u"commandsLogic"_s, QVariant::fromValue(&m_parts->commands)},
         {u"sidebarLogic"_s, QVariant::fromValue(&m_parts->sidebar)},
         {u"detailLogic"_s, QVariant::fromValue(&m_parts->detail)},
         {u"reviewLogic"_s, QVariant::fromValue(&m_parts->review)},
         {u"bannerLogic"_s, QVariant::fromValue(&m_parts->banner)},
+        {u"vpnLogic"_s, QVariant::fromValue(&m_parts->vpn)},
+        {u"orphansLogic"_s, QVariant::fromValue(&m_parts->orphans)},
     });
     engine.load(viewUrl(u"MainWindow"_s));
     if (QQuickWindow *shown = window())

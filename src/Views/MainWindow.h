@@ -1,7 +1,12 @@
 #pragma once
 
 #include "App/AppModel.h"
+#include "Platform/DesktopSettings.h"
+#include "Platform/FileBrowser.h"
 
+#include <QUrl>
+
+#include <functional>
 #include <memory>
 
 class QQmlApplicationEngine;
@@ -15,8 +20,17 @@ class TokensSingleton;
 // the main thread's executor to start the model on.
 class MainWindow {
 public:
+    // What the window needs of the machine that it runs on.
+    struct Surroundings {
+        std::shared_ptr<Clock> clock;
+        std::shared_ptr<FileBrowser> files;
+        std::shared_ptr<DesktopSettings> desktop;
+        std::shared_ptr<UserDefaults> defaults;
+        std::function<void(const QUrl &url)> openUrl;
+    };
+
     // Shows the window and starts the model, which does nothing for one that has its client.
-    explicit MainWindow(AppModel &model);
+    MainWindow(AppModel &model, Surroundings surroundings);
     ~MainWindow();
     Q_DISABLE_COPY_MOVE(MainWindow)
 

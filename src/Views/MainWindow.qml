@@ -12,6 +12,8 @@ Window {
     required property DetailLogic detailLogic
     required property ReviewLogic reviewLogic
     required property BannerLogic bannerLogic
+    required property VPNLogic vpnLogic
+    required property OrphansLogic orphansLogic
 
     objectName: "mainWindow"
     title: qsTr("zelk")
@@ -37,6 +39,8 @@ Window {
         detail: window.detailLogic
         review: window.reviewLogic
         banner: window.bannerLogic
+        vpn: window.vpnLogic
+        orphans: window.orphansLogic
     }
 
     Shortcut {

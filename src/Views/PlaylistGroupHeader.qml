@@ -15,14 +15,12 @@ Item {
     Accessible.role: Accessible.Grouping
     Accessible.name: header.entry.spoken
 
-    Rectangle {
+    GlassBackground {
+        objectName: "groupCard"
         anchors.fill: parent
         anchors.leftMargin: Tokens.space.md
         anchors.rightMargin: Tokens.space.md
-        radius: Tokens.radius.card
-        color: Tokens.color.card
-        border.width: Tokens.size.hairline
-        border.color: Tokens.color.divider
+        role: GlassBackground.GroupCard
 
         FocusRing {
             visible: header.entry.current

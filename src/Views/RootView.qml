@@ -1,5 +1,5 @@
-// The content of the main window: the sidebar, the detail pane under its toolbar, the review beside it, and the message
-// over them.
+// The content of the main window: the sidebar, the detail pane under its toolbar, the review beside it, the message over
+// them and the strip under them.
 pragma ComponentBehavior: Bound
 
 import QtQuick
@@ -13,6 +13,8 @@ Item {
     required property DetailLogic detail
     required property ReviewLogic review
     required property BannerLogic banner
+    required property VPNLogic vpn
+    required property OrphansLogic orphans
 
     property int sidebarWidth: Tokens.size.sidebarIdeal
     property int inspectorWidth: Tokens.size.inspectorIdeal
@@ -31,7 +33,7 @@ Item {
         id: sidebarView
 
         width: root.shownSidebarWidth
-        height: parent.height
+        height: parent.height - orphansBanner.height
         logic: root.sidebar
     }
 
@@ -40,13 +42,14 @@ Item {
 
         anchors.left: sidebarView.right
         anchors.right: inspector.left
-        height: parent.height
+        height: parent.height - orphansBanner.height
 
         ZELKToolbar {
             id: toolbar
 
             width: parent.width
             commands: root.commands
+            vpn: root.vpn
         }
 
         LibraryDetailView {
@@ -88,7 +91,7 @@ Item {
 
         x: root.width - (root.review.presented ? root.shownInspectorWidth : 0)
         width: root.shownInspectorWidth
-        height: parent.height
+        height: parent.height - orphansBanner.height
         visible: inspector.x < root.width
         logic: root.review
 
@@ -102,11 +105,28 @@ Item {
         }
     }
 
+    OrphansBanner {
+        id: orphansBanner
+
+        anchors.bottom: parent.bottom
+        width: parent.width
+        height: root.orphans.shown ? implicitHeight : 0
+        visible: height > 0
+        logic: root.orphans
+
+        Behavior on height {
+            NumberAnimation {
+                duration: Tokens.motion.banner
+                easing.type: Easing.OutCubic
+            }
+        }
+    }
+
     MouseArea {
         objectName: "inspectorEdge"
         x: inspector.x - width / 2
         width: Tokens.space.sm
-        height: parent.height
+        height: inspector.height
         enabled: root.review.presented
         cursorShape: Qt.SplitHCursor
         onPositionChanged: mouse => {
@@ -119,7 +139,7 @@ Item {
         objectName: "sidebarEdge"
         x: sidebarView.width - width / 2
         width: Tokens.space.sm
-        height: parent.height
+        height: sidebarView.height
         cursorShape: Qt.SplitHCursor
         onPositionChanged: mouse => {
             root.sidebarWidth = Math.max(Tokens.size.sidebarMinimum,

@@ -49,6 +49,14 @@ Rectangle {
         text: sidebar.logic.searchText
         onTextChanged: sidebar.logic.searchText = search.text
         Keys.onDownPressed: list.forceActiveFocus(Qt.TabFocusReason)
+
+        Shortcut {
+            sequences: ["Ctrl+F"]
+            onActivated: {
+                search.forceActiveFocus(Qt.ShortcutFocusReason);
+                search.selectAll();
+            }
+        }
     }
 
     MeasuredList {

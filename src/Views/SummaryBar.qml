@@ -4,7 +4,7 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import zelk
 
-Rectangle {
+GlassBackground {
     id: bar
 
     property string leading: ""
@@ -14,7 +14,7 @@ Rectangle {
     readonly property int inset: 2 * Tokens.space.md
 
     implicitHeight: Tokens.size.summaryBar
-    color: Tokens.color.window
+    role: GlassBackground.Chrome
 
     Rectangle {
         width: parent.width

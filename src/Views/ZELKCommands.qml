@@ -27,11 +27,19 @@ T.MenuBar {
         shortcut: "Ctrl+Shift+R"
         onTriggered: commands.logic.refreshLibrary()
     }
+    readonly property T.Action revealOutput: T.Action {
+        text: qsTr("Reveal Output Folder")
+        onTriggered: commands.logic.revealOutput()
+    }
     readonly property T.Action review: T.Action {
         text: qsTr("Review Matches")
         shortcut: "Ctrl+Alt+R"
         enabled: commands.logic.canReview
         onTriggered: commands.logic.openReview()
+    }
+    readonly property T.Action help: T.Action {
+        text: qsTr("zelk Help")
+        onTriggered: commands.logic.openHelp()
     }
     readonly property T.Action quit: T.Action {
         text: qsTr("Quit")
@@ -76,6 +84,11 @@ T.MenuBar {
             keys: qsTr("Ctrl+Shift+R")
         }
 
+        MenuEntry {
+            objectName: "menuRevealOutput"
+            action: commands.revealOutput
+        }
+
         MenuDivider {}
 
         MenuEntry {
@@ -90,6 +103,15 @@ T.MenuBar {
             objectName: "menuQuit"
             action: commands.quit
             keys: qsTr("Ctrl+Q")
+        }
+    }
+
+    MenuPanel {
+        title: qsTr("&Help")
+
+        MenuEntry {
+            objectName: "menuHelp"
+            action: commands.help
         }
     }
 }

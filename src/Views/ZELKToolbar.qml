@@ -1,22 +1,29 @@
-// The toolbar: what waits for review, and the one button that starts or cancels a run.
+// The toolbar: the tunnel, what waits for review, and the one button that starts or cancels a run.
 pragma ComponentBehavior: Bound
 
 import QtQuick
 import zelk
 
-Item {
+GlassBackground {
     id: toolbar
 
     required property ZELKCommands commands
+    required property VPNLogic vpn
     readonly property CommandsLogic logic: toolbar.commands.logic
 
     implicitHeight: Tokens.size.toolbar
+    role: GlassBackground.Chrome
 
     Row {
         anchors.right: parent.right
         anchors.rightMargin: Tokens.space.md
         anchors.verticalCenter: parent.verticalCenter
         spacing: Tokens.space.sm
+
+        VPNToolbarControl {
+            visible: toolbar.vpn.present
+            logic: toolbar.vpn
+        }
 
         PushButton {
             objectName: "toolbarReview"

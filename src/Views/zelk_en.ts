@@ -4,6 +4,20 @@
 <context>
     <name>zelk</name>
     <message numerus="yes">
+        <source>%1 node(s)</source>
+        <translation>
+            <numerusform>%1 node</numerusform>
+            <numerusform>%1 nodes</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n leftover file(s) no longer in your playlists</source>
+        <translation>
+            <numerusform>%n leftover file no longer in your playlists</numerusform>
+            <numerusform>%n leftover files no longer in your playlists</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
         <source>%n playlist(s)</source>
         <translation>
             <numerusform>%n playlist</numerusform>
@@ -22,6 +36,13 @@
         <translation>
             <numerusform>%n track</numerusform>
             <numerusform>%n tracks</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>and %n more file(s)…</source>
+        <translation>
+            <numerusform>and %n more file…</numerusform>
+            <numerusform>and %n more files…</numerusform>
         </translation>
     </message>
 </context>

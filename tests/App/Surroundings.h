@@ -12,6 +12,16 @@
 
 namespace zelk {
 
+/// The user defaults of a user who has just arrived, in a file that goes with them.
+inline std::shared_ptr<UserDefaults> freshDefaults() {
+    struct Held {
+        QTemporaryDir folder;
+        UserDefaults defaults{folder.filePath(QStringLiteral("zelk.conf"))};
+    };
+    const auto held = std::make_shared<Held>();
+    return {held, &held->defaults};
+}
+
 namespace detail {
 
 class GivenConsent final : public MusicLibraryConsent {
@@ -28,7 +38,6 @@ struct HeldSurroundings {
     explicit HeldSurroundings(ConsentStatus consent) : access(std::make_shared<GivenConsent>(consent), nullptr) {}
 
     QTemporaryDir folder;
-    UserDefaults defaults{folder.filePath(QStringLiteral("zelk.conf"))};
     AppleMusicLocalAccess access;
     ApplicationActivation activation;
     AutomationPermissionMonitor monitor{access, activation};
@@ -42,7 +51,7 @@ inline AppModel::Surroundings surroundings(std::shared_ptr<Clock> clock = std::m
                                            ConsentStatus consent = ConsentStatus::undetermined) {
     const auto held = std::make_shared<detail::HeldSurroundings>(consent);
     return {.clock = std::move(clock),
-            .defaults = {held, &held->defaults},
+            .defaults = freshDefaults(),
             .toolPlaces = {.home = held->folder.filePath(QStringLiteral("home")), .root = held->folder.path()},
             .toolTarget = [] { return std::optional<QString>(); },
             .automationPermission = {held, &held->monitor}};

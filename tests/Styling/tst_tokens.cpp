@@ -1,3 +1,4 @@
+#include "Contrast.h"
 #include "Styling/Palette.h"
 #include "Styling/Symbols.h"
 #include "Styling/Tokens.h"
@@ -13,36 +14,8 @@
 #include <QSignalSpy>
 #include <QTest>
 
-#include <algorithm>
-#include <cmath>
-
 using namespace zelk;
 using namespace Qt::Literals::StringLiterals;
-
-namespace {
-
-double channel(double value) {
-    return value <= 0.03928 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
-}
-
-double luminance(const QColor &color) {
-    return 0.2126 * channel(color.redF()) + 0.7152 * channel(color.greenF()) + 0.0722 * channel(color.blueF());
-}
-
-QColor over(const QColor &top, const QColor &base) {
-    const double a = top.alphaF();
-    const auto mix = [a](double t, double b) { return static_cast<float>(t * a + b * (1 - a)); };
-    return QColor::fromRgbF(mix(top.redF(), base.redF()), mix(top.greenF(), base.greenF()),
-                            mix(top.blueF(), base.blueF()));
-}
-
-double contrast(const QColor &text, const QColor &base) {
-    const double a = luminance(text);
-    const double b = luminance(base);
-    return (std::max(a, b) + 0.05) / (std::min(a, b) + 0.05);
-}
-
-} // namespace
 
 class TokensTest : public QObject {
     Q_OBJECT
@@ -139,10 +112,13 @@ private Q_SLOTS:
                 QVERIFY2(contrast(palette.ink(ink), surface) >= 4.495,
                          qPrintable(u"%1 on %2"_s.arg(palette.ink(ink).name(), surface.name())));
         }
-        for (const QColor &surface : {palette.window, palette.sidebar, palette.card})
+        for (const QColor &surface :
+             {palette.window, palette.sidebar, palette.card, over(palette.hover, palette.window)})
             QVERIFY(contrast(palette.tertiary, surface) >= 4.5);
         QVERIFY(contrast(palette.onAccent, palette.accentFill) >= 4.5);
+        QVERIFY(contrast(palette.onAccent, palette.prominentRed) >= 4.5);
         QVERIFY(contrast(palette.red, over(palette.redTint, palette.window)) >= 4.5);
+        QVERIFY(contrast(palette.red, over(palette.redTint, palette.card)) >= 4.5);
         QVERIFY(contrast(palette.orange, over(palette.orangeTint, palette.card)) >= 4.5);
     }
 

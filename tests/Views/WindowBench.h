@@ -2,6 +2,7 @@
 
 #include "App/AppModel.h"
 #include "App/Surroundings.h"
+#include "Platform/DesktopSettings.h"
 #include "Styling/TokensSingleton.h"
 #include "Support/ManualClock.h"
 #include "Support/MockHelperClient.h"
@@ -15,6 +16,21 @@
 
 namespace zelk {
 
+// A file browser that notes what it was to show.
+class SeenFiles final : public FileBrowser {
+public:
+    void reveal(const QString &path) override { revealed.append(path); }
+    QStringList revealed;
+};
+
+// A desktop whose user wants what the test says.
+class GivenDesktop final : public DesktopSettings {
+public:
+    using DesktopSettings::setColorScheme;
+    using DesktopSettings::setIncreasedContrast;
+    using DesktopSettings::setReducedMotion;
+};
+
 // Lets what a model and a window have left behind come to its end: what ends a task needs a turn of the loop.
 inline void settleDown() {
     for (int i = 0; i < 20; ++i)
@@ -26,13 +42,19 @@ inline void settleDown() {
 class WindowBench {
 public:
     explicit WindowBench(const std::vector<PlaylistDTO> &playlists = library())
-        : client(std::make_shared<MockHelperClient>(MockHelperClient::Responses{
+        : WindowBench(std::make_shared<MockHelperClient>(MockHelperClient::Responses{
               {Method::getConfig,
                JSONValue::object({{QStringLiteral("config"), toJSONValue(SampleData::sampleConfig())}})},
               {Method::listPlaylists, toJSONValue(playlists)},
               {Method::getPlaylistTracks, SampleData::previewTracksResult()},
-          })),
-          model(client, surroundings(clock)), window(model) {}
+          })) {}
+    // The same over an engine of the test's own.
+    explicit WindowBench(const std::shared_ptr<HelperClienting> &client)
+        : model(client, around), window(model, {.clock = clock,
+                                                .files = files,
+                                                .desktop = desktop,
+                                                .defaults = around.defaults,
+                                                .openUrl = [this](const QUrl &url) { opened.append(url); }}) {}
 
     // Two playlists of each source; one of Apple Music's lies in a folder within a folder.
     static std::vector<PlaylistDTO> library() {
@@ -113,9 +135,28 @@ public:
     }
     void key(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) { QTest::keyClick(window.window(), key, modifiers); }
     void route(const ServerEvent &event) { model.sync()->route(HelperEvent::server(event)); }
+    // A run under way, with that many rows in each playlist.
+    void beginRun(int playlists, int rows) {
+        std::vector<TrackDTO> tracks;
+        for (int i = 0; i < rows; ++i)
+            tracks.push_back({QStringLiteral("t%1").arg(i),
+                              QStringLiteral("Track %1").arg(i),
+                              QStringLiteral("Artist"),
+                              QStringLiteral("Album"),
+                              200,
+                              {}});
+        const QString run = QStringLiteral("run");
+        route(ServerEvent::SyncStarted{run, run, playlists});
+        for (int i = 0; i < playlists; ++i)
+            route(ServerEvent::PlaylistStarted{run, QStringLiteral("list%1").arg(i), i,
+                                               QStringLiteral("List %1").arg(i), tracks});
+    }
 
     std::shared_ptr<ManualClock> clock = std::make_shared<ManualClock>();
-    std::shared_ptr<MockHelperClient> client;
+    std::shared_ptr<SeenFiles> files = std::make_shared<SeenFiles>();
+    std::shared_ptr<GivenDesktop> desktop = std::make_shared<GivenDesktop>();
+    QList<QUrl> opened; // in the browser
+    AppModel::Surroundings around = surroundings(clock);
     AppModel model;
     MainWindow window;
 };

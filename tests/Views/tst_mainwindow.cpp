@@ -1,6 +1,6 @@
+#include "Accessible.h"
 #include "WindowBench.h"
 
-#include <QAccessible>
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QSignalSpy>
@@ -20,27 +20,6 @@ std::vector<TrackDTO> tracks(int count) {
     for (int i = 0; i < count; ++i)
         result.push_back({u"t%1"_s.arg(i), u"Track %1"_s.arg(i), u"Artist"_s, u"Album"_s, 200, {}});
     return result;
-}
-
-void begin(WindowBench &bench, int playlists, int rows) {
-    bench.route(Event::SyncStarted{u"run"_s, u"run"_s, playlists});
-    for (int i = 0; i < playlists; ++i)
-        bench.route(Event::PlaylistStarted{u"run"_s, u"list%1"_s.arg(i), i, u"List %1"_s.arg(i), tracks(rows)});
-}
-
-// Presses through the interface that a screen reader uses.
-bool press(QQuickItem *item, const QString &action = QAccessibleActionInterface::pressAction()) {
-    QAccessibleInterface *interface = QAccessible::queryAccessibleInterface(item);
-    QAccessibleActionInterface *actions = interface ? interface->actionInterface() : nullptr;
-    if (!actions || !actions->actionNames().contains(action))
-        return false;
-    actions->doAction(action);
-    return true;
-}
-
-QString spoken(QQuickItem *item) {
-    QAccessibleInterface *interface = QAccessible::queryAccessibleInterface(item);
-    return interface ? interface->text(QAccessible::Name) : QString();
 }
 
 } // namespace
@@ -66,8 +45,13 @@ private Q_SLOTS:
 
     void theUnavailableEngineIsSaidEvenOverARun() {
         QTest::failOnWarning(QRegularExpression(u"qrc:.*"_s));
-        AppModel model([]() -> AppModel::Engine { throw HelperError::helperMissing(); }, surroundings());
-        MainWindow window(model);
+        const auto around = surroundings();
+        AppModel model([]() -> AppModel::Engine { throw HelperError::helperMissing(); }, around);
+        MainWindow window(model, {.clock = around.clock,
+                                  .files = std::make_shared<SeenFiles>(),
+                                  .desktop = std::make_shared<GivenDesktop>(),
+                                  .defaults = around.defaults,
+                                  .openUrl = {}});
         QTRY_VERIFY(model.startupError());
         model.sync()->route(HelperEvent::server(Event::SyncStarted{u"r"_s, u"r"_s, 1}));
         model.sync()->route(HelperEvent::server(Event::PlaylistStarted{u"r"_s, u"p"_s, 0, u"P"_s, tracks(1)}));
@@ -96,7 +80,7 @@ private Q_SLOTS:
         QTRY_VERIFY(bench.shows(u"Sodium Lamps"_s));
         QTRY_VERIFY(bench.shows(u"1 playlist · 3 tracks"_s));
         QVERIFY(bench.shows(u"2 on disk · 1 not downloaded"_s));
-        begin(bench, 1, 2);
+        bench.beginRun(1, 2);
         QTRY_VERIFY(bench.shows(u"Track 1"_s));
         QVERIFY(bench.item("overallSummaryBar"));
         QTRY_VERIFY(bench.shows(u"0 / 2 done"_s));
@@ -108,7 +92,7 @@ private Q_SLOTS:
 
     void everyStateOfARowReadsAsItIs() {
         WindowBench bench;
-        begin(bench, 1, 9);
+        bench.beginRun(1, 9);
         PlaylistGroup *group = bench.model.sync()->groups()->at(0);
         group->track(0)->setState(TrackState::checkingDisk());
         group->track(1)->setState(TrackState::working(Phase::tagging, u"cover"_s));
@@ -138,7 +122,7 @@ private Q_SLOTS:
         QVERIFY(bench.item("toolbarSync")->isEnabled());
         QVERIFY(!bench.item("toolbarCancel"));
         QVERIFY(!bench.item("toolbarReview"));
-        begin(bench, 1, 2);
+        bench.beginRun(1, 2);
         QVERIFY(!bench.item("toolbarSync"));
         QVERIFY(bench.item("toolbarCancel")->isEnabled());
         bench.model.sync()->groups()->at(0)->track(0)->setState(TrackState::awaitingReview({}));
@@ -176,7 +160,7 @@ private Q_SLOTS:
 
     void reviewHasItsKeysOnlyWhileSomethingWaits() {
         WindowBench bench;
-        begin(bench, 1, 1);
+        bench.beginRun(1, 1);
         bench.key(Qt::Key_R, Qt::ControlModifier | Qt::AltModifier);
         QVERIFY(!bench.model.focusedReviewTrackId());
         bench.model.sync()->groups()->at(0)->track(0)->setState(TrackState::awaitingReview({}));
@@ -188,7 +172,7 @@ private Q_SLOTS:
     void theBannerStaysUntilDismissedAndCoversNothing() {
         WindowBench bench;
         bench.loadLibrary();
-        begin(bench, 1, 2);
+        bench.beginRun(1, 2);
         QTRY_VERIFY(bench.item("groupHeader"));
         QVERIFY(!bench.item("banner"));
         bench.model.sync()->setBanner(SyncBanner::warning(u"Something is off"_s));
@@ -210,6 +194,19 @@ private Q_SLOTS:
         QCOMPARE(spoken(bench.item("dismissBanner")), u"Dismiss"_s);
         QVERIFY(press(bench.item("dismissBanner")));
         QVERIFY(!bench.model.sync()->banner());
+    }
+
+    void anExpiredSignInCanBeMended() {
+        WindowBench bench;
+        bench.model.sync()->setBanner(SyncBanner::warning(u"Something is off"_s));
+        QTRY_VERIFY(bench.item("dismissBanner"));
+        QVERIFY(!bench.item("reconnectBanner"));
+        bench.model.sync()->setBanner(SyncBanner::error(u"Sign in again"_s, u"spotify_auth_expired"_s));
+        QVERIFY(bench.item("reconnectBanner"));
+        QCOMPARE(spoken(bench.item("reconnectBanner")), u"Reconnect"_s);
+        bench.click(bench.item("reconnectBanner"));
+        QTRY_VERIFY(bench.model.isOnboardingPresented());
+        QVERIFY(bench.item("banner"));
     }
 
     void aPressDoesWhatAClickDoesOnce() {

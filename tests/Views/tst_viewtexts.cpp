@@ -1,12 +1,10 @@
 #include "Styling/Measures.h"
-#include "Views/BannerLogic.h"
 #include "Views/PlaylistGroupHeader.h"
 #include "Views/SummaryTexts.h"
 #include "Views/TrackColumns.h"
 #include "Views/TrackStatusFace.h"
 
 #include <QFontMetricsF>
-#include <QSignalSpy>
 #include <QTest>
 #include <QTranslator>
 
@@ -142,29 +140,6 @@ private Q_SLOTS:
         QCOMPARE(previewLine(5, 5), u"5 on disk"_s);
         QCOMPARE(previewLine(5, 0), u"5 not downloaded"_s);
         QCOMPARE(previewLine(0, 0), u"Empty"_s);
-    }
-
-    void bannerFaces() {
-        using BannerKind = SyncBanner::Kind;
-        QCOMPARE(bannerSymbol(BannerKind::info), u"info.circle.fill"_s);
-        QCOMPARE(bannerSymbol(BannerKind::warning), u"exclamationmark.triangle.fill"_s);
-        QCOMPARE(bannerSymbol(BannerKind::error), u"xmark.octagon.fill"_s);
-        QCOMPARE(bannerInk(BannerKind::info), Ink::accent);
-        QCOMPARE(bannerInk(BannerKind::warning), Ink::orange);
-        QCOMPARE(bannerInk(BannerKind::error), Ink::red);
-    }
-
-    void aBannerThatLeavesKeepsItsWords() {
-        SyncStore sync;
-        BannerLogic banner(sync);
-        QVERIFY(!banner.shown());
-        sync.setBanner(SyncBanner::error(u"It broke"_s));
-        QVERIFY(banner.shown());
-        QCOMPARE(banner.message(), u"It broke"_s);
-        banner.dismiss();
-        QVERIFY(!sync.banner());
-        QVERIFY(!banner.shown());
-        QCOMPARE(banner.message(), u"It broke"_s);
     }
 
     void columnsFillTheirRoomAndNeverOverlap_data() {

@@ -1,0 +1,154 @@
+// The strip under everything that says which files have fallen out of the playlists, and asks what becomes of them.
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import zelk
+
+GlassBackground {
+    id: banner
+
+    required property OrphansLogic logic
+
+    objectName: "orphansBanner"
+    implicitHeight: Tokens.size.strip + (banner.logic.expanded ? list.height + Tokens.space.md : 0)
+    clip: true
+    role: GlassBackground.Chrome
+    Accessible.role: Accessible.Grouping
+    Accessible.name: qsTr("Leftover files")
+
+    Item {
+        id: row
+
+        x: Tokens.space.lg
+        width: parent.width - x - Tokens.space.md
+        height: Tokens.size.strip
+
+        Symbol {
+            id: symbol
+
+            anchors.verticalCenter: parent.verticalCenter
+            name: "trash.slash"
+            color: Tokens.color.orange
+            size: Tokens.size.bannerSymbol
+        }
+
+        TextLine {
+            id: message
+
+            objectName: "orphansMessage"
+            anchors.left: symbol.right
+            anchors.leftMargin: Tokens.space.sm
+            anchors.right: buttons.left
+            anchors.rightMargin: Tokens.space.lg
+            anchors.verticalCenter: parent.verticalCenter
+            text: banner.logic.message
+            font: Tokens.font.callout
+        }
+
+        Row {
+            id: buttons
+
+            anchors.right: parent.right
+            anchors.verticalCenter: parent.verticalCenter
+            spacing: Tokens.space.sm
+
+            PushButton {
+                objectName: "orphansToggle"
+                stroked: false
+                fill: Qt.alpha(Tokens.color.window, 0)
+                ink: Tokens.color.accent
+                text: banner.logic.expanded ? qsTr("Hide") : qsTr("Show")
+                onClicked: banner.logic.toggle()
+            }
+
+            PushButton {
+                objectName: "orphansKeep"
+                text: qsTr("Keep")
+                onClicked: banner.logic.keep()
+            }
+
+            PushButton {
+                objectName: "orphansTrash"
+                prominent: true
+                fill: Tokens.color.prominentRed
+                text: qsTr("Move to Trash")
+                onClicked: banner.logic.moveToTrash()
+            }
+        }
+    }
+
+    Column {
+        id: list
+
+        anchors.top: row.bottom
+        x: row.x + message.x
+        width: row.width - message.x
+        visible: banner.logic.expanded
+
+        Repeater {
+            model: banner.logic.names
+
+            Item {
+                id: file
+
+                required property string modelData
+                required property int index
+
+                objectName: "orphansFile"
+                width: list.width
+                height: Tokens.size.fileRow
+
+                Symbol {
+                    id: sheet
+
+                    anchors.verticalCenter: parent.verticalCenter
+                    name: "doc"
+                    size: Tokens.size.smallSymbol
+                }
+
+                TextLine {
+                    id: name
+
+                    anchors.left: sheet.right
+                    anchors.leftMargin: Tokens.space.sm
+                    anchors.verticalCenter: parent.verticalCenter
+                    width: Math.min(implicitWidth, file.width - x - reveal.width - Tokens.space.xs)
+                    elide: Text.ElideMiddle
+                    text: file.modelData
+                    font: Tokens.font.caption
+                }
+
+                IconButton {
+                    id: reveal
+
+                    objectName: "orphansReveal"
+                    anchors.left: name.right
+                    anchors.leftMargin: Tokens.space.xs
+                    anchors.verticalCenter: parent.verticalCenter
+                    width: Tokens.size.smallButton
+                    height: Tokens.size.smallButton
+                    symbol: "magnifyingglass"
+                    symbolSize: Tokens.size.smallSymbol
+                    label: qsTr("Reveal in Finder")
+                    Accessible.description: file.modelData
+                    onClicked: banner.logic.reveal(file.index)
+                }
+            }
+        }
+
+        TextLine {
+            objectName: "orphansMore"
+            height: Tokens.size.fileRow
+            visible: banner.logic.more !== ""
+            text: banner.logic.more
+            color: Tokens.color.secondary
+            font: Tokens.font.caption
+        }
+    }
+
+    Rectangle {
+        width: parent.width
+        height: Tokens.size.hairline
+        color: Tokens.color.divider
+    }
+}

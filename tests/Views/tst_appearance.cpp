@@ -1,0 +1,88 @@
+#include "Views/Appearance.h"
+#include "WindowBench.h"
+
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace zelk;
+using namespace Qt::Literals::StringLiterals;
+
+using ColorScheme = DesktopSettings::ColorScheme;
+
+class AppearanceTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
+    void cleanup() { settleDown(); }
+
+    void thePreferenceMakesSurfacesOpaque() {
+        const auto defaults = freshDefaults();
+        Appearance appearance(std::make_shared<GivenDesktop>(), defaults);
+        QCOMPARE(appearance.glass(), GlassResolver::fallback());
+        QSignalSpy changed(&appearance, &Appearance::changed);
+        appearance.setReduceGlassEffects(true);
+        QCOMPARE(changed.count(), 1);
+        QCOMPARE(appearance.glass(), GlassResolver{.prefersOpaque = true});
+        QVERIFY(defaults->boolValue(u"reduceGlassEffects"_s));
+        appearance.setReduceGlassEffects(true);
+        QCOMPARE(changed.count(), 1);
+        QVERIFY(Appearance(std::make_shared<GivenDesktop>(), defaults).reduceGlassEffects());
+    }
+
+    void theDesktopsWishesShowAtOnce() {
+        const auto desktop = std::make_shared<GivenDesktop>();
+        Appearance appearance(desktop, freshDefaults());
+        TokensSingleton tokens;
+        const bool before = tokens.color()->dark();
+        appearance.dress(tokens);
+        QCOMPARE(tokens.color()->dark(), before); // no preference: as the application is
+        desktop->setColorScheme(ColorScheme::dark);
+        QVERIFY(tokens.color()->dark());
+        desktop->setColorScheme(ColorScheme::light);
+        QVERIFY(!tokens.color()->dark());
+        desktop->setColorScheme(ColorScheme::noPreference);
+        QCOMPARE(tokens.color()->dark(), before);
+        desktop->setIncreasedContrast(true);
+        QCOMPARE(tokens.glass()->resolver(), GlassResolver{.increaseContrast = true});
+        desktop->setReducedMotion(true);
+        QVERIFY(tokens.motion()->reduced());
+        QCOMPARE(tokens.motion()->banner(), 0);
+        QVERIFY(tokens.glass()->resolver().reduceMotion);
+        desktop->setReducedMotion(false);
+        QVERIFY(!tokens.motion()->reduced());
+    }
+
+    void tokensThatHaveGoneAreNotFollowedBy() {
+        const auto desktop = std::make_shared<GivenDesktop>();
+        Appearance appearance(desktop, freshDefaults());
+        auto tokens = std::make_unique<TokensSingleton>();
+        appearance.dress(*tokens);
+        tokens.reset();
+        desktop->setColorScheme(ColorScheme::dark);
+        QCOMPARE(appearance.glass(), GlassResolver::fallback());
+    }
+
+    void theWindowIsAsItsUserWantsItFromTheStart() {
+        WindowBench bench;
+        bench.desktop->setColorScheme(ColorScheme::dark);
+        QCOMPARE(bench.window.window()->color(), bench.window.tokens().color()->window);
+        QVERIFY(bench.window.tokens().color()->dark());
+        bench.desktop->setReducedMotion(true);
+        bench.model.sync()->setBanner(SyncBanner::info(u"Hello"_s));
+        QVERIFY(bench.item("banner"));
+        QCOMPARE(bench.item("banner")->opacity(), 1.0); // at its place at once
+    }
+
+    void theBannerCastsAShadowOnlyWhileSurfacesAreTranslucent() {
+        WindowBench bench;
+        bench.model.sync()->setBanner(SyncBanner::info(u"Hello"_s));
+        QTRY_VERIFY(bench.item("banner"));
+        QVERIFY(bench.item("banner")->property("castsShadow").toBool());
+        bench.desktop->setIncreasedContrast(true);
+        QVERIFY(!bench.item("banner")->property("castsShadow").toBool());
+    }
+};
+
+QTEST_MAIN(AppearanceTest)
+#include "tst_appearance.moc"

@@ -1,0 +1,77 @@
+#include "Accessible.h"
+#include "WindowBench.h"
+
+#include <QDir>
+#include <QTest>
+
+using namespace zelk;
+using namespace Qt::Literals::StringLiterals;
+
+class WindowCommandsTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { QAccessible::setActive(true); }
+    void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
+    void cleanup() { settleDown(); }
+
+    void theEntriesStandInTheirOrder() {
+        WindowBench bench;
+        bench.key(Qt::Key_F, Qt::AltModifier);
+        QTRY_VERIFY(bench.item("menuSync"));
+        bench.drawFrame();
+        double last = -1;
+        for (const char *name :
+             {"menuSync", "menuCancelSync", "menuRefreshLibrary", "menuRevealOutput", "menuReviewMatches"}) {
+            const double top = bench.item(name)->mapToScene(QPointF()).y();
+            QVERIFY2(top > last, name);
+            last = top;
+        }
+        QCOMPARE(spoken(bench.item("menuRevealOutput")), u"Reveal Output Folder"_s);
+        QVERIFY(bench.item("menuRevealOutput")->isEnabled());
+    }
+
+    void theOutputFolderIsShownFromTheMenu() {
+        WindowBench bench;
+        bench.key(Qt::Key_F, Qt::AltModifier);
+        QTRY_VERIFY(bench.item("menuRevealOutput"));
+        QVERIFY(press(bench.item("menuRevealOutput")));
+        QVERIFY(bench.files->revealed.isEmpty());
+        SettingsStore *settings = bench.model.settings();
+        startTask(settings, [settings](const std::stop_token &) { return settings->refresh(); });
+        QTRY_VERIFY(settings->config());
+        QTRY_VERIFY(!bench.item("menuRevealOutput"));
+        bench.key(Qt::Key_F, Qt::AltModifier);
+        QTRY_VERIFY(bench.item("menuRevealOutput"));
+        QVERIFY(press(bench.item("menuRevealOutput")));
+        QCOMPARE(bench.files->revealed, QStringList{QDir::homePath() + u"/Music/zelk"_s});
+    }
+
+    void helpOpensTheWebsite() {
+        WindowBench bench;
+        bench.key(Qt::Key_H, Qt::AltModifier);
+        QTRY_VERIFY(bench.item("menuHelp"));
+        QCOMPARE(spoken(bench.item("menuHelp")), u"zelk Help"_s);
+        bench.click(bench.item("menuHelp"));
+        QCOMPARE(bench.opened, QList{QUrl(QStringLiteral(ZELK_WEBSITE))});
+        QTRY_VERIFY(!bench.item("menuHelp"));
+    }
+
+    void theKeysOfFindLeadToTheFilter() {
+        WindowBench bench;
+        bench.loadLibrary();
+        QQuickItem *field = bench.item("filterField");
+        QVERIFY(!field->hasActiveFocus());
+        bench.key(Qt::Key_F, Qt::ControlModifier);
+        QVERIFY(field->hasActiveFocus());
+        for (const Qt::Key letter : {Qt::Key_P, Qt::Key_E, Qt::Key_A, Qt::Key_K})
+            bench.key(letter);
+        QCOMPARE(field->property("text").toString(), u"peak"_s);
+        bench.item("playlistList")->forceActiveFocus(Qt::TabFocusReason);
+        bench.key(Qt::Key_F, Qt::ControlModifier);
+        QCOMPARE(field->property("selectedText").toString(), u"peak"_s); // the next word takes its place
+    }
+};
+
+QTEST_MAIN(WindowCommandsTest)
+#include "tst_window_commands.moc"

@@ -1,0 +1,114 @@
+#include "Accessible.h"
+#include "WindowBench.h"
+
+#include <QTest>
+
+using namespace zelk;
+using namespace Qt::Literals::StringLiterals;
+
+class WindowOrphansTest : public QObject {
+    Q_OBJECT
+
+    static void find(WindowBench &bench, int count) {
+        QStringList paths;
+        for (int i = 1; i <= count; ++i)
+            paths += u"/music/Gone %1.aiff"_s.arg(i);
+        bench.model.orphans()->accumulate(paths);
+        QTRY_VERIFY(bench.item("orphansBanner"));
+        QTRY_COMPARE(bench.item("orphansBanner")->height(), bench.item("orphansBanner")->implicitHeight());
+    }
+
+private Q_SLOTS:
+    void initTestCase() { QAccessible::setActive(true); }
+    void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
+    void cleanup() { settleDown(); }
+
+    void theStripStandsUnderEverything() {
+        WindowBench bench;
+        bench.loadLibrary();
+        bench.model.library()->setSelection({u"peak"_s});
+        const auto bottomOf = [](QQuickItem *item) { return item->mapToScene(QPointF(0, item->height())).y(); };
+        QVERIFY(!bench.item("orphansBanner"));
+        QTRY_COMPARE(bottomOf(bench.item("previewSummaryBar")), bench.content()->height());
+        find(bench, 2);
+        QQuickItem *strip = bench.item("orphansBanner");
+        QCOMPARE(strip->width(), bench.content()->width());
+        QCOMPARE(strip->height(), 52.0);
+        QCOMPARE(bottomOf(strip), bench.content()->height());
+        // It covers neither the pane nor the sidebar.
+        QCOMPARE(bottomOf(bench.item("previewSummaryBar")), bench.content()->height() - 52);
+        QCOMPARE(bottomOf(bench.item("playlistList")), bench.content()->height() - 52);
+        QVERIFY(bench.shows(u"2 leftover files no longer in your playlists"_s));
+    }
+
+    void itUnfoldsToTheFilesWithoutTheirFolders() {
+        WindowBench bench;
+        find(bench, 11);
+        QCOMPARE(bench.items("orphansFile").size(), 0);
+        QCOMPARE(spoken(bench.item("orphansToggle")), u"Show"_s);
+        bench.click(bench.item("orphansToggle"));
+        QTRY_COMPARE(bench.items("orphansFile").size(), 10);
+        QCOMPARE(spoken(bench.item("orphansToggle")), u"Hide"_s);
+        QVERIFY(bench.shows(u"Gone 10.aiff"_s));
+        QVERIFY(!bench.shows(u"Gone 11.aiff"_s));
+        QVERIFY(bench.shows(u"and 1 more file…"_s));
+        bench.click(bench.item("orphansToggle"));
+        QTRY_COMPARE(bench.items("orphansFile").size(), 0);
+        QTRY_COMPARE(bench.item("orphansBanner")->height(), 52.0);
+    }
+
+    void withTenFilesNoneIsLeftOut() {
+        WindowBench bench;
+        find(bench, 10);
+        bench.click(bench.item("orphansToggle"));
+        QTRY_COMPARE(bench.items("orphansFile").size(), 10);
+        QVERIFY(!bench.item("orphansMore"));
+    }
+
+    void aFileCanBeShownByPressAndByKey() {
+        WindowBench bench;
+        find(bench, 3);
+        bench.click(bench.item("orphansToggle"));
+        QTRY_COMPARE(bench.items("orphansReveal").size(), 3);
+        QQuickItem *second = bench.items("orphansReveal").at(1);
+        QCOMPARE(spoken(second), u"Reveal in Finder"_s);
+        QCOMPARE(spoken(second, QAccessible::Description), u"Gone 2.aiff"_s);
+        QVERIFY(press(second));
+        QCOMPARE(bench.files->revealed, QStringList{u"/music/Gone 2.aiff"_s});
+        second->forceActiveFocus(Qt::TabFocusReason);
+        bench.key(Qt::Key_Return);
+        QCOMPARE(bench.files->revealed.size(), 2);
+    }
+
+    void keepingTakesTheStripAway() {
+        WindowBench bench;
+        find(bench, 1);
+        bench.click(bench.item("orphansKeep"));
+        QVERIFY(bench.model.orphans()->dismissed());
+        QTRY_VERIFY(!bench.item("orphansBanner"));
+        bench.model.orphans()->accumulate({u"/music/Another.aiff"_s});
+        settleDown();
+        QVERIFY(!bench.item("orphansBanner"));
+    }
+
+    void theTrashTakesTheStripAwayWithoutAsking() {
+        WindowBench bench;
+        find(bench, 12);
+        QVERIFY(press(bench.item("orphansTrash")));
+        QTRY_VERIFY(bench.model.orphans()->paths().isEmpty());
+        QTRY_VERIFY(!bench.item("orphansBanner"));
+    }
+
+    void theTabKeyGoesThroughItsButtons() {
+        WindowBench bench;
+        find(bench, 1);
+        bench.item("orphansToggle")->forceActiveFocus(Qt::TabFocusReason);
+        for (const char *next : {"orphansKeep", "orphansTrash"}) {
+            bench.key(Qt::Key_Tab);
+            QVERIFY2(bench.item(next)->hasActiveFocus(), next);
+        }
+    }
+};
+
+QTEST_MAIN(WindowOrphansTest)
+#include "tst_window_orphans.moc"
