@@ -78,7 +78,8 @@ void GlassShadow::paint(QPainter *painter) {
     coloring.end();
 
     // Nine pieces: the corners as they are, all else drawn out. A surface smaller than its corners gets less of them.
-    const double corner = std::min({(patch.width() - 1) / 2 / ratio, width() / 2, height() / 2});
+    const int patchCorner = (patch.width() - 1) / 2;
+    const double corner = std::min({patchCorner / ratio, width() / 2, height() / 2});
     const double source = corner * ratio;
     const double target[] = {0, corner, width() - corner, width()};
     const double down[] = {0, corner, height() - corner, height()};

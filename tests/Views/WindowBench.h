@@ -4,6 +4,7 @@
 #include "App/Surroundings.h"
 #include "Platform/DesktopSettings.h"
 #include "Styling/TokensSingleton.h"
+#include "Support/Await.h"
 #include "Support/ManualClock.h"
 #include "Support/MockHelperClient.h"
 #include "Support/SampleData.h"
@@ -84,6 +85,10 @@ public:
         };
     }
 
+    // What was asked of the engine of canned answers.
+    std::vector<Request> sent() const {
+        return *outcomeOf(static_cast<const MockHelperClient &>(*model.client()).sent()).value;
+    }
     void loadLibrary() {
         startTask(&model, [this](const std::stop_token &) { return model.library()->refresh(); });
         QTRY_VERIFY(!model.library()->playlists().empty());

@@ -1,5 +1,4 @@
 #include "State/Records.h"
-#include "Support/Await.h"
 #include "WindowBench.h"
 
 #include <QAccessible>
@@ -43,16 +42,11 @@ class TestReviewInspector : public QObject {
     }
     std::vector<Request> decisions() {
         std::vector<Request> found;
-        const auto sent = awaited(bench->client->sent());
-        for (const auto &request : sent) {
+        for (const auto &request : bench->sent()) {
             if (request.method() == Method::reviewDecision)
                 found.push_back(request);
         }
         return found;
-    }
-    static std::vector<Request> awaited(QCoro::Task<std::vector<Request>> task) {
-        const auto outcome = outcomeOf(std::move(task));
-        return outcome.value.value_or(std::vector<Request>());
     }
     static Request decided(const QString &trackId, const ReviewDecision &decision) {
         return Request::reviewDecision(u"run-1"_s, trackId, decision);

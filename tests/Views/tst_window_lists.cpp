@@ -1,5 +1,4 @@
 #include "State/Records.h"
-#include "Support/Await.h"
 #include "WindowBench.h"
 
 #include "Views/ListWindow.h"
@@ -232,9 +231,8 @@ private Q_SLOTS:
         bench.model.sync()->groups()->at(0)->track(0)->setState(TrackState::awaitingReview({}));
         QTRY_VERIFY(bench.item("menuReview"));
         bench.click(bench.item("menuSkip"));
-        QTRY_VERIFY(!outcomeOf(bench.client->sent()).value->empty());
-        QCOMPARE(outcomeOf(bench.client->sent()).value->back(),
-                 Request::reviewDecision(u"run"_s, u"t0-1"_s, ReviewDecision::skip()));
+        QTRY_VERIFY(!bench.sent().empty());
+        QCOMPARE(bench.sent().back(), Request::reviewDecision(u"run"_s, u"t0-1"_s, ReviewDecision::skip()));
     }
 
     void retryStartsASync() {
