@@ -1,7 +1,9 @@
 #include "App/AppModel.h"
 #include "App/UnattendedRun.h"
 #include "Platform/BootClock.h"
+#include "Platform/MusicLibrary.h"
 #include "Platform/ProcessSignals.h"
+#include "Services/ArtworkProvider.h"
 #include "Transport/HelperClient.h"
 #include "Transport/HelperProcess.h"
 #include "Views/MainWindow.h"
@@ -9,6 +11,7 @@
 #include <QCommandLineParser>
 #include <QGuiApplication>
 #include <QQuickWindow>
+#include <QStandardPaths>
 
 #include <cstdlib>
 #include <optional>
@@ -45,8 +48,19 @@ AppModel::Launcher engineLauncher(const std::shared_ptr<Clock> &clock) {
     };
 }
 
+std::shared_ptr<ArtworkProvider> artworkOf(const std::shared_ptr<Clock> &clock) {
+    return std::make_shared<ArtworkProvider>(ArtworkProvider::Surroundings{
+        .cachesFolder = QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation),
+        .clock = clock,
+        .wallTime = [] { return QDateTime::currentDateTime(); },
+        .openLibrary = [] { return MusicLibrary::open(MusicLibrary::defaultFile()); },
+        .mayReadLibrary = {}});
+}
+
 int run(const Arguments &arguments) {
     const auto clock = std::make_shared<BootClock>();
+    ArtworkProvider::setShared(artworkOf(clock));
+    const auto letGo = qScopeGuard([] { ArtworkProvider::setShared(nullptr); });
     AppModel model(engineLauncher(clock), {.clock = clock, .defaults = UserDefaults::standard()});
     const MainWindow window(model);
     if (!window.window())

@@ -37,6 +37,7 @@ Item {
             anchors.verticalCenter: parent.verticalCenter
             size: Tokens.art.header
             cornerRadius: Tokens.radius.control
+            ref: header.entry.artwork
             placeholderSymbol: header.entry.placeholderSymbol
         }
 
