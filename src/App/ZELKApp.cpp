@@ -5,6 +5,7 @@
 #include "Platform/DesktopSettings.h"
 #include "Platform/FileBrowser.h"
 #include "Platform/MusicAuthorization.h"
+#include "Platform/MusicLibrary.h"
 #include "Platform/MusicLibraryConsent.h"
 #include "Platform/MusicUserTokenProvider.h"
 #include "Platform/PackageOwnership.h"
@@ -12,6 +13,7 @@
 #include "Platform/UrlOpener.h"
 #include "Services/AppleMusicAuthService.h"
 #include "Services/AppleMusicLocalAccess.h"
+#include "Services/ArtworkProvider.h"
 #include "Services/AutomationPermissionMonitor.h"
 #include "Services/SpotifyAuthService.h"
 #include "Services/URLSession.h"
@@ -28,6 +30,7 @@
 #include <QDesktopServices>
 #include <QFileInfo>
 #include <QNetworkAccessManager>
+#include <QStandardPaths>
 
 #include <utility>
 
@@ -75,7 +78,7 @@ Question::Wording signInWording() {
 /// The sign-ins and consents of this process, which ask the user in dialogs of our own.
 struct SignIn {
     SignIn(DialogHost &dialogs, std::shared_ptr<UserDefaults> defaults, const std::shared_ptr<Clock> &clock)
-        : question(std::make_shared<QuestionDialog>(dialogs)), libraryFile(MusicLibraryConsent::defaultLibraryFile()),
+        : question(std::make_shared<QuestionDialog>(dialogs)), libraryFile(MusicLibrary::defaultFile()),
           library(std::make_shared<RememberedConsent>(defaults, u"musicLibraryConsent"_s, question,
                                                       libraryWording(libraryFile))),
           account(std::make_shared<RememberedConsent>(defaults, u"appleMusicConsent"_s, question, signInWording())),
@@ -113,6 +116,19 @@ struct SignIn {
     const SharedInstance<SpotifyAuthService> sharedSpotify{spotify};
 };
 
+/// Covers from the network and, where the user allows it, from the local library.
+std::shared_ptr<ArtworkProvider> artworkOf(const SignIn &signIn, const std::shared_ptr<Clock> &clock) {
+    ArtworkProvider::Surroundings here;
+    here.cachesFolder = QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation);
+    here.clock = clock;
+    here.wallTime = [] { return QDateTime::currentDateTime(); };
+    here.openLibrary = [file = signIn.libraryFile] { return MusicLibrary::open(file); };
+    here.mayReadLibrary = [consent = signIn.libraryStatus] {
+        return consent->determine(false) == ConsentStatus::authorized;
+    };
+    return std::make_shared<ArtworkProvider>(std::move(here));
+}
+
 AppModel::Surroundings modelSurroundings(const SignIn &signIn, std::shared_ptr<UserDefaults> defaults,
                                          std::shared_ptr<Clock> clock) {
     return {
@@ -122,6 +138,15 @@ AppModel::Surroundings modelSurroundings(const SignIn &signIn, std::shared_ptr<U
         .toolTarget = [] { return CLIToolStore::engineOf(Bundle::main(), QProcessEnvironment::systemEnvironment()); },
         .automationPermission = signIn.monitor};
 }
+
+/// Makes the covers' provider the process's own, for as long as this stands.
+struct SharedArtwork {
+    explicit SharedArtwork(std::shared_ptr<ArtworkProvider> provider) {
+        ArtworkProvider::setShared(std::move(provider));
+    }
+    ~SharedArtwork() { ArtworkProvider::setShared(nullptr); }
+    Q_DISABLE_COPY_MOVE(SharedArtwork)
+};
 
 /// What updates of this copy stand on.
 UpdaterSurroundings updaterSurroundings(UpdateUserDriver &driver, const std::shared_ptr<UserDefaults> &defaults,
@@ -145,8 +170,9 @@ UpdaterSurroundings updaterSurroundings(UpdateUserDriver &driver, const std::sha
 
 struct ZELKApp::Parts {
     explicit Parts(Attendance attendance)
-        : signIn(dialogs, defaults, clock), model(engineLauncher(clock), modelSurroundings(signIn, defaults, clock)),
-          updateDialog(dialogs), updater(updates(attendance)) {}
+        : signIn(dialogs, defaults, clock), artwork(artworkOf(signIn, clock)),
+          model(engineLauncher(clock), modelSurroundings(signIn, defaults, clock)), updateDialog(dialogs),
+          updater(updates(attendance)) {}
 
     UpdaterSurroundings updates(Attendance attendance) {
         auto surroundings = updaterSurroundings(updateDialog, defaults, files, clock);
@@ -160,6 +186,7 @@ struct ZELKApp::Parts {
     const std::shared_ptr<DesktopSettings> desktop = DesktopSettings::ofSession();
     DialogHost dialogs;
     SignIn signIn;
+    const SharedArtwork artwork;
     AppModel model;
     UpdateDialog updateDialog;
     UpdaterModel updater;

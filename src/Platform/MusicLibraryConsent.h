@@ -22,8 +22,6 @@ public:
     /// This platform's: the user has allowed the reading of `libraryFile`, and it is readable. Once that is allowed,
     /// nothing is asked any more, be the file there or not. Made on the main thread.
     static std::shared_ptr<MusicLibraryConsent> make(std::shared_ptr<RememberedConsent> consent, QString libraryFile);
-    /// Where the Music app's exported library is expected: "Library.xml" in the user's music folder.
-    static QString defaultLibraryFile();
 };
 
 } // namespace zelk

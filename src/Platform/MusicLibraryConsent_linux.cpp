@@ -6,7 +6,6 @@
 #include "Support/Task.h"
 
 #include <QFileInfo>
-#include <QStandardPaths>
 
 #include <utility>
 
@@ -77,10 +76,6 @@ private:
 std::shared_ptr<MusicLibraryConsent> MusicLibraryConsent::make(std::shared_ptr<RememberedConsent> consent,
                                                                QString libraryFile) {
     return std::make_shared<ExportedLibraryConsent>(std::move(consent), std::move(libraryFile));
-}
-
-QString MusicLibraryConsent::defaultLibraryFile() {
-    return QStandardPaths::writableLocation(QStandardPaths::MusicLocation) + u"/Library.xml"_s;
 }
 
 } // namespace zelk

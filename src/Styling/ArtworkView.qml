@@ -1,25 +1,32 @@
-// A cover's place: a quiet tile with the symbol of what it covers.
+// A cover, and until there is one a quiet tile with the symbol of what it covers.
 pragma ComponentBehavior: Bound
 
 import QtQuick
 import zelk
 
-Rectangle {
+ArtworkPicture {
     id: artwork
 
+    required ref
     required property string placeholderSymbol
-    property int size: Tokens.art.row
-    property int cornerRadius: Tokens.radius.chip
 
+    size: Tokens.art.row
+    cornerRadius: Tokens.radius.chip
     width: artwork.size
     height: artwork.size
-    radius: artwork.cornerRadius
-    color: Tokens.color.quaternary
-    border.width: Tokens.size.hairline
-    border.color: Tokens.color.coverStroke
+    Accessible.ignored: true
+
+    Rectangle {
+        anchors.fill: parent
+        radius: artwork.cornerRadius
+        color: artwork.hasImage ? "transparent" : Tokens.color.quaternary
+        border.width: Tokens.size.hairline
+        border.color: Tokens.color.coverStroke
+    }
 
     Symbol {
         anchors.centerIn: parent
+        visible: !artwork.hasImage
         name: artwork.placeholderSymbol
         color: Tokens.color.tertiary
         size: Math.round(artwork.size * Tokens.art.placeholderShare)

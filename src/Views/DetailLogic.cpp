@@ -11,7 +11,7 @@
 namespace zelk {
 
 DetailLogic::DetailLogic(AppModel &model, QObject *parent)
-    : QObject(parent), m_model(model), m_tracks([this](const QString &playlistId) { return sourceOf(playlistId); }),
+    : QObject(parent), m_model(model), m_tracks([this](const QString &playlistId) { return playlistMeta(playlistId); }),
       m_tick([this] { updateSummary(); }) {
     const SyncStore *sync = m_model.sync();
     connect(&m_model, &AppModel::startupErrorChanged, this, [this] {
@@ -36,7 +36,7 @@ void DetailLogic::attach() {
         connect(m_library, &LibraryStore::selectionChanged, this, &DetailLogic::updateFace);
         connect(m_library, &LibraryStore::playlistsChanged, this, [this] {
             updateFace();
-            m_tracks.sourcesChanged();
+            m_tracks.playlistsChanged();
         });
     }
     updateFace();
@@ -92,9 +92,11 @@ QString DetailLogic::overallPercentText() const {
     return percentText(m_overallFraction);
 }
 
-PlaylistSourceId DetailLogic::sourceOf(const QString &playlistId) const {
+TrackListModel::PlaylistMeta DetailLogic::playlistMeta(const QString &playlistId) const {
     const PlaylistDTO *playlist = m_library ? m_library->playlist(playlistId) : nullptr;
-    return playlist ? playlist->source : PlaylistSourceId::apple;
+    if (!playlist)
+        return {};
+    return {.source = playlist->source, .artwork = playlist->artwork};
 }
 
 void DetailLogic::followReview() {

@@ -72,7 +72,7 @@ private:
     void updateFace();
     void updateSummary();
     void followReview();
-    PlaylistSourceId sourceOf(const QString &playlistId) const;
+    TrackListModel::PlaylistMeta playlistMeta(const QString &playlistId) const;
 
     AppModel &m_model;
     QPointer<LibraryStore> m_library;

@@ -35,6 +35,7 @@ Item {
             anchors.verticalCenter: parent.verticalCenter
             size: Tokens.art.header
             cornerRadius: Tokens.radius.control
+            ref: header.entry.artwork
             placeholderSymbol: header.entry.placeholderSymbol
         }
 

@@ -65,6 +65,7 @@ Column {
 
             size: Tokens.art.inspector
             cornerRadius: Tokens.radius.control
+            ref: content.logic.artwork
             placeholderSymbol: "music.note"
         }
 

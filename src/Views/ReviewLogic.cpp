@@ -70,6 +70,10 @@ QString ReviewLogic::album() const {
     return hasTrack() ? track()->dto().album.value_or(QString()) : QString();
 }
 
+ArtworkRef ReviewLogic::artwork() const {
+    return hasTrack() ? track()->dto().artwork : ArtworkRef::none();
+}
+
 QString ReviewLogic::duration() const {
     return hasTrack() ? Format::duration(track()->dto().durationSec) : QString();
 }

@@ -51,6 +51,7 @@ class ReviewLogic : public QObject {
     Q_PROPERTY(QString title READ title NOTIFY trackChanged)
     Q_PROPERTY(QString artist READ artist NOTIFY trackChanged)
     Q_PROPERTY(QString album READ album NOTIFY trackChanged)
+    Q_PROPERTY(zelk::ArtworkRef artwork READ artwork NOTIFY trackChanged)
     Q_PROPERTY(QString duration READ duration NOTIFY trackChanged)
     Q_PROPERTY(double bestConfidence READ bestConfidence NOTIFY trackChanged) // 0 to 1
     Q_PROPERTY(int bestPercent READ bestPercent NOTIFY trackChanged)
@@ -72,6 +73,7 @@ public:
     QString title() const;
     QString artist() const;
     QString album() const;
+    ArtworkRef artwork() const;
     QString duration() const;
     double bestConfidence() const;
     int bestPercent() const;

@@ -16,6 +16,7 @@ struct SidebarRow {
     QString id; // empty for a section
     PlaylistSourceId source{};
     QString name;
+    ArtworkRef artwork{};
     std::optional<qint64> count; // a playlist's tracks, a section's playlists
     int depth = 0;
     bool expanded = false;
@@ -38,6 +39,7 @@ class SidebarEntry : public zelk::ListEntry {
     Q_PROPERTY(QString spoken READ spoken NOTIFY changed)
     Q_PROPERTY(QString hint READ hint NOTIFY changed)
     Q_PROPERTY(QString symbol READ symbol NOTIFY changed)
+    Q_PROPERTY(zelk::ArtworkRef artwork READ artwork NOTIFY changed)
     Q_PROPERTY(QColor sourceColor READ sourceColor NOTIFY changed)
     Q_PROPERTY(int depth READ depth NOTIFY changed)
     Q_PROPERTY(bool expanded READ expanded NOTIFY changed)
@@ -54,6 +56,7 @@ public:
     QString spoken() const;
     QString hint() const;
     QString symbol() const;
+    ArtworkRef artwork() const { return m_row.artwork; }
     QColor sourceColor() const;
     int depth() const { return m_row.depth; }
     bool expanded() const { return m_row.expanded; }

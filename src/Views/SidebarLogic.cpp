@@ -70,6 +70,7 @@ void SidebarLogic::rebuild() {
                            .id = playlist.id,
                            .source = source,
                            .name = playlist.name,
+                           .artwork = playlist.artwork,
                            .count = playlist.isFolder ? std::nullopt : playlist.trackCount,
                            .depth = visible.depth,
                            .expanded = playlist.isFolder && isExpanded(playlist.id),

@@ -17,6 +17,7 @@ SelectableRow {
         x: Tokens.space.xxl + Tokens.space.xxs + row.indent
         anchors.verticalCenter: parent.verticalCenter
         size: Tokens.art.sidebar
+        ref: row.entry.artwork
         placeholderSymbol: row.entry.symbol
     }
 

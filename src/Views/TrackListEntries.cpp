@@ -9,8 +9,10 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace zelk {
 
-void GroupHeaderEntry::load(const PlaylistGroup &group, PlaylistSourceId source) {
+void GroupHeaderEntry::load(const PlaylistGroup &group, const TrackListModel::PlaylistMeta &meta) {
+    const PlaylistSourceId source = meta.source;
     m_name = group.name();
+    m_artwork = meta.artwork;
     m_placeholderSymbol = Tokens::Source::sfSymbol(source);
     m_sourceSymbol = Tokens::Source::logoAsset(source);
     m_sourceName = Tokens::Source::displayName(source);
@@ -53,6 +55,7 @@ void TrackRowEntry::load(const TrackModel &track, bool last, bool underReview) {
     m_artist = track.dto().artist;
     m_album = track.dto().album.value_or(QString());
     m_time = Format::duration(track.dto().durationSec);
+    m_artwork = track.artwork();
     m_last = last;
     Q_EMIT trackChanged();
     setUnderReview(underReview);

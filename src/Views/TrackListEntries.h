@@ -1,8 +1,7 @@
 #pragma once
 
-#include "Views/MeasuredListModel.h"
+#include "Views/TrackListModel.h"
 
-#include "State/PlaylistGroup.h"
 #include "Views/TrackStatusFace.h"
 
 #include <QColor>
@@ -15,6 +14,7 @@ class GroupHeaderEntry : public zelk::ListEntry {
     QML_ELEMENT
     QML_UNCREATABLE("made by the list")
     Q_PROPERTY(QString name MEMBER m_name NOTIFY changed)
+    Q_PROPERTY(zelk::ArtworkRef artwork MEMBER m_artwork NOTIFY changed)
     Q_PROPERTY(QString placeholderSymbol MEMBER m_placeholderSymbol NOTIFY changed)
     Q_PROPERTY(QString sourceSymbol MEMBER m_sourceSymbol NOTIFY changed)
     Q_PROPERTY(QString sourceName MEMBER m_sourceName NOTIFY changed)
@@ -30,7 +30,7 @@ class GroupHeaderEntry : public zelk::ListEntry {
     Q_PROPERTY(QString spoken READ spoken NOTIFY changed) // the whole card in one sentence
 
 public:
-    void load(const PlaylistGroup &group, PlaylistSourceId source);
+    void load(const PlaylistGroup &group, const TrackListModel::PlaylistMeta &meta);
 
     QString percentText() const;
     QString progressLabel() const;
@@ -43,6 +43,7 @@ Q_SIGNALS:
 
 private:
     QString m_name, m_placeholderSymbol, m_sourceSymbol, m_sourceName, m_counts, m_badgeSymbol;
+    ArtworkRef m_artwork;
     QColor m_sourceColor;
     double m_fraction = 0;
     int m_badgeInk = 0;
@@ -58,6 +59,7 @@ class TrackRowEntry : public zelk::ListEntry {
     Q_PROPERTY(QString artist MEMBER m_artist NOTIFY trackChanged)
     Q_PROPERTY(QString album MEMBER m_album NOTIFY trackChanged)
     Q_PROPERTY(QString time MEMBER m_time NOTIFY trackChanged)
+    Q_PROPERTY(zelk::ArtworkRef artwork MEMBER m_artwork NOTIFY trackChanged)
     Q_PROPERTY(bool last MEMBER m_last NOTIFY trackChanged) // of its table
     Q_PROPERTY(bool underReview MEMBER m_underReview NOTIFY underReviewChanged)
     Q_PROPERTY(QString quality MEMBER m_quality NOTIFY metaChanged)
@@ -104,6 +106,7 @@ Q_SIGNALS:
 
 private:
     QString m_title, m_artist, m_album, m_time, m_quality, m_sourceLabel, m_sourceSymbol;
+    ArtworkRef m_artwork;
     QColor m_sourceColor;
     TrackStatusFace m_face;
     bool m_last = false;

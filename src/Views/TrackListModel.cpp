@@ -7,8 +7,8 @@
 
 namespace zelk {
 
-TrackListModel::TrackListModel(SourceLookup sourceOf, QObject *parent)
-    : MeasuredListModel(parent), m_sourceOf(std::move(sourceOf)), m_tick([this] { flush(); }) {}
+TrackListModel::TrackListModel(PlaylistLookup playlistMeta, QObject *parent)
+    : MeasuredListModel(parent), m_playlistMeta(std::move(playlistMeta)), m_tick([this] { flush(); }) {}
 
 void TrackListModel::setGroups(PlaylistGroups *groups) {
     if (m_groups == groups)
@@ -184,7 +184,7 @@ int TrackListModel::indexOf(const QString &trackId) const {
     return -1;
 }
 
-void TrackListModel::sourcesChanged() {
+void TrackListModel::playlistsChanged() {
     for (int group = 0; group < m_geometry.groupCount(); ++group) {
         const QModelIndex header = index(m_geometry.elementOf(group));
         Q_EMIT dataChanged(header, header, {SourceRole});
@@ -231,7 +231,7 @@ QVariant TrackListModel::data(const QModelIndex &index, int role) const {
     case CollapsedRole:
         return group ? QVariant(group->isCollapsed()) : QVariant();
     case SourceRole:
-        return group ? QVariant(static_cast<int>(m_sourceOf(group->id()))) : QVariant();
+        return group ? QVariant(static_cast<int>(m_playlistMeta(group->id()).source)) : QVariant();
     case ReviewRole:
         return track ? QVariant(track->id() == m_underReview) : QVariant();
     default:
@@ -276,7 +276,7 @@ std::unique_ptr<ListEntry> TrackListModel::createEntry(int kind) const {
 void TrackListModel::load(ListEntry &entry, const QList<int> &roles) const {
     if (auto *header = qobject_cast<GroupHeaderEntry *>(&entry)) {
         if (const PlaylistGroup *group = groupAt(entry.index()))
-            header->load(*group, m_sourceOf(group->id()));
+            header->load(*group, m_playlistMeta(group->id()));
         return;
     }
     auto *row = qobject_cast<TrackRowEntry *>(&entry);

@@ -33,9 +33,14 @@ public:
     };
     // Which delegate shows an element.
     enum Kind { GroupHeader, ColumnHeads, Row };
-    using SourceLookup = std::function<PlaylistSourceId(const QString &playlistId)>;
+    // What a group's card takes from its playlist.
+    struct PlaylistMeta {
+        PlaylistSourceId source = PlaylistSourceId::apple;
+        ArtworkRef artwork;
+    };
+    using PlaylistLookup = std::function<PlaylistMeta(const QString &playlistId)>;
 
-    explicit TrackListModel(SourceLookup sourceOf, QObject *parent = nullptr);
+    explicit TrackListModel(PlaylistLookup playlistMeta, QObject *parent = nullptr);
 
     // Null for none. The groups must outlive this or be taken back.
     void setGroups(PlaylistGroups *groups);
@@ -48,8 +53,8 @@ public:
     // The element of a row, -1 while it doesn't show.
     int indexOf(const QString &trackId) const;
 
-    // The source of every playlist may be another one.
-    void sourcesChanged();
+    // The source and the cover of every playlist may be another one.
+    void playlistsChanged();
     // The row that is drawn as under review; null for none.
     void setUnderReview(const TrackModel *track);
 
@@ -87,7 +92,7 @@ private:
     void clear();
     void fill();
 
-    SourceLookup m_sourceOf;
+    PlaylistLookup m_playlistMeta;
     QPointer<PlaylistGroups> m_groups;
     TableGeometry m_geometry;
     std::vector<bool> m_collapsed; // as the geometry has it

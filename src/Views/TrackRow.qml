@@ -61,6 +61,7 @@ Item {
         x: row.inset
         anchors.verticalCenter: parent.verticalCenter
         size: Tokens.art.row
+        ref: row.entry.artwork
         placeholderSymbol: "music.note"
     }
 

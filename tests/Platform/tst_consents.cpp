@@ -225,11 +225,6 @@ private Q_SLOTS:
         bench.question.reset();
         QCOMPARE(*outcomeOf(bench.consent->ask()).value, std::optional<bool>());
     }
-
-    void theLibraryIsExpectedInTheMusicFolder() {
-        QCOMPARE(MusicLibraryConsent::defaultLibraryFile(),
-                 QStandardPaths::writableLocation(QStandardPaths::MusicLocation) + u"/Library.xml"_s);
-    }
 };
 
 QTEST_GUILESS_MAIN(TestConsents)

@@ -40,7 +40,7 @@ Flickable {
 
 struct Bench {
     PlaylistGroups groups;
-    TrackListModel model{[](const QString &) { return PlaylistSourceId::apple; }};
+    TrackListModel model{[](const QString &) { return TrackListModel::PlaylistMeta(); }};
     QQuickView view;
     ListWindow *column = nullptr;
     QQuickItem *flick = nullptr;

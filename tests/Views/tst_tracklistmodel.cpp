@@ -15,13 +15,13 @@ namespace {
 // A model under the tester, over groups that the test changes.
 struct Bench {
     PlaylistGroups groups;
-    TrackListModel model{[this](const QString &id) { return sources.value(id, PlaylistSourceId::apple); }};
+    TrackListModel model{[this](const QString &id) { return playlists.value(id); }};
     QAbstractItemModelTester tester{&model, QAbstractItemModelTester::FailureReportingMode::QtTest};
     QSignalSpy changed{&model, &QAbstractItemModel::dataChanged};
     QSignalSpy inserted{&model, &QAbstractItemModel::rowsInserted};
     QSignalSpy removed{&model, &QAbstractItemModel::rowsRemoved};
     QSignalSpy wasReset{&model, &QAbstractItemModel::modelReset};
-    QHash<QString, PlaylistSourceId> sources;
+    QHash<QString, TrackListModel::PlaylistMeta> playlists;
 
     Bench() { model.setGroups(&groups); }
 
@@ -206,13 +206,19 @@ private Q_SLOTS:
 
     void anEntryShowsItsElement() {
         Bench bench;
-        bench.sources.insert(u"a"_s, PlaylistSourceId::spotify);
+        bench.playlists.insert(u"a"_s, {PlaylistSourceId::spotify, ArtworkRef::mosaic({u"1"_s})});
         bench.groups.append(makeGroup(u"a"_s, 2));
         bench.track(0, 1)->setState(TrackState::present(TrackMeta{u"mp3"_s, u"320"_s, u"bandcamp"_s}));
         const auto header = bench.model.createEntry(TrackListModel::GroupHeader);
         header->setIndex(0);
         bench.model.load(*header, {});
         QCOMPARE(header->property("sourceName"), u"Spotify"_s);
+        QCOMPARE(header->property("artwork").value<ArtworkRef>(), ArtworkRef::mosaic({u"1"_s}));
+        bench.playlists.insert(u"a"_s, {PlaylistSourceId::spotify, ArtworkRef::mosaic({u"2"_s})});
+        bench.model.playlistsChanged();
+        QCOMPARE(bench.told().value(0).first, 0);
+        bench.model.load(*header, {TrackListModel::SourceRole});
+        QCOMPARE(header->property("artwork").value<ArtworkRef>(), ArtworkRef::mosaic({u"2"_s}));
         QCOMPARE(header->property("placeholderSymbol"), u"music.note.list"_s);
         QCOMPARE(header->property("counts"), u"1 / 2"_s);
         QCOMPARE(header->property("progressLabel"), u"a progress"_s);
