@@ -74,9 +74,9 @@ int main(int argc, char **argv) {
     AppModel model(launcher, around);
     MainWindow window(model, {.clock = clock,
                               .files = FileBrowser::ofSession([](const QUrl &) {}),
-                              .desktop = DesktopSettings::ofSession(),
-                              .defaults = around.defaults,
-                              .openUrl = {}});
+                              .appearance = std::make_shared<Appearance>(DesktopSettings::ofSession(), around.defaults),
+                              .openUrl = {},
+                              .checkForUpdates = {}});
     if (!window.window())
         return 2;
 

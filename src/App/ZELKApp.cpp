@@ -17,9 +17,11 @@
 #include "Services/AutomationPermissionMonitor.h"
 #include "Services/SpotifyAuthService.h"
 #include "Services/URLSession.h"
+#include "Services/UpdaterModel.h"
 #include "Support/SharedInstance.h"
 #include "Transport/HelperClient.h"
 #include "Transport/HelperProcess.h"
+#include "Views/Appearance.h"
 #include "Views/DialogHost.h"
 #include "Views/PermissionsDialog.h"
 #include "Views/QuestionDialog.h"
@@ -183,8 +185,8 @@ struct ZELKApp::Parts {
     const std::shared_ptr<Clock> clock = std::make_shared<BootClock>();
     const std::shared_ptr<UserDefaults> defaults = UserDefaults::standard();
     const std::shared_ptr<FileBrowser> files = FileBrowser::ofSession(openUrl);
-    const std::shared_ptr<DesktopSettings> desktop = DesktopSettings::ofSession();
-    DialogHost dialogs;
+    const std::shared_ptr<Appearance> appearance = std::make_shared<Appearance>(DesktopSettings::ofSession(), defaults);
+    DialogHost dialogs{appearance};
     SignIn signIn;
     const SharedArtwork artwork;
     AppModel model;
@@ -200,16 +202,12 @@ AppModel &ZELKApp::model() const {
     return _parts->model;
 }
 
-UpdaterModel &ZELKApp::updater() const {
-    return _parts->updater;
-}
-
 MainWindow::Surroundings ZELKApp::windowSurroundings() const {
     return {.clock = _parts->clock,
             .files = _parts->files,
-            .desktop = _parts->desktop,
-            .defaults = _parts->defaults,
-            .openUrl = openUrl};
+            .appearance = _parts->appearance,
+            .openUrl = openUrl,
+            .checkForUpdates = [this] { _parts->updater.checkForUpdates(); }};
 }
 
 } // namespace zelk

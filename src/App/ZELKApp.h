@@ -1,7 +1,6 @@
 #pragma once
 
 #include "App/AppModel.h"
-#include "Services/UpdaterModel.h"
 #include "Views/MainWindow.h"
 
 #include <memory>
@@ -21,7 +20,6 @@ public:
     Q_DISABLE_COPY_MOVE(ZELKApp)
 
     AppModel &model() const;
-    UpdaterModel &updater() const;
     /// What its main window needs of this machine.
     MainWindow::Surroundings windowSurroundings() const;
 

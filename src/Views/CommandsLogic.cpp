@@ -10,9 +10,8 @@
 
 namespace zelk {
 
-CommandsLogic::CommandsLogic(AppModel &model, std::shared_ptr<FileBrowser> files, OpenUrl openUrl, QObject *parent)
-    : QObject(parent), m_model(model), m_files(std::move(files)), m_openUrl(std::move(openUrl)),
-      m_tick([this] { countReviews(); }) {
+CommandsLogic::CommandsLogic(AppModel &model, Outside outside, QObject *parent)
+    : QObject(parent), m_model(model), m_outside(std::move(outside)), m_tick([this] { countReviews(); }) {
     connect(m_model.sync(), &SyncStore::phaseChanged, this, &CommandsLogic::phaseChanged);
     connect(m_model.sync()->groups(), &PlaylistGroups::countsChanged, this, [this] { m_tick.request(); });
     connect(&m_model, &AppModel::libraryChanged, this, &CommandsLogic::attach);
@@ -52,11 +51,11 @@ QString CommandsLogic::reviewText() const {
 void CommandsLogic::revealOutput() {
     const SettingsStore *settings = m_model.settings();
     if (settings && settings->config() && settings->config()->outputDir)
-        m_files->reveal(expandedTilde(*settings->config()->outputDir));
+        m_outside.files->reveal(expandedTilde(*settings->config()->outputDir));
 }
 
 void CommandsLogic::openHelp() {
-    m_openUrl(QUrl(QStringLiteral(ZELK_WEBSITE)));
+    m_outside.openUrl(QUrl(QStringLiteral(ZELK_WEBSITE)));
 }
 
 void CommandsLogic::refreshLibrary() {

@@ -26,10 +26,14 @@ class CommandsLogic : public QObject {
     Q_PROPERTY(bool hasSelection READ hasSelection NOTIFY selectionChanged)
 
 public:
-    // Opens an address in the user's browser.
-    using OpenUrl = std::function<void(const QUrl &url)>;
+    // What its commands do outside of the model.
+    struct Outside {
+        std::shared_ptr<FileBrowser> files;
+        std::function<void(const QUrl &url)> openUrl; // in the user's browser
+        std::function<void()> checkForUpdates;
+    };
 
-    CommandsLogic(AppModel &model, std::shared_ptr<FileBrowser> files, OpenUrl openUrl, QObject *parent = nullptr);
+    CommandsLogic(AppModel &model, Outside outside, QObject *parent = nullptr);
 
     bool running() const { return m_model.sync()->isRunning(); }
     bool canSync() const { return !running(); }
@@ -44,6 +48,7 @@ public:
     // Shows the folder that the engine writes to; nothing without one.
     Q_INVOKABLE void revealOutput();
     Q_INVOKABLE void openHelp();
+    Q_INVOKABLE void checkForUpdates() { m_outside.checkForUpdates(); }
 
 Q_SIGNALS:
     void phaseChanged();
@@ -56,8 +61,7 @@ private:
     void followSelection();
 
     AppModel &m_model;
-    const std::shared_ptr<FileBrowser> m_files;
-    const OpenUrl m_openUrl;
+    const Outside m_outside;
     QPointer<LibraryStore> m_library;
     int m_reviewCount = 0;
     bool m_hasSelection = false;

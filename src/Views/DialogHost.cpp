@@ -1,5 +1,6 @@
 #include "Views/DialogHost.h"
 
+#include "Views/Appearance.h"
 #include "Views/ViewEngine.h"
 
 #include <QGuiApplication>
@@ -8,10 +9,11 @@
 #include <QQuickWindow>
 
 #include <algorithm>
+#include <utility>
 
 namespace zelk {
 
-DialogHost::DialogHost() = default;
+DialogHost::DialogHost(std::shared_ptr<Appearance> appearance) : m_appearance(std::move(appearance)) {}
 
 DialogHost::~DialogHost() = default;
 
@@ -19,6 +21,8 @@ QQmlEngine &DialogHost::engine() {
     if (!m_engine) {
         m_engine = std::make_unique<QQmlEngine>();
         prepareViewEngine(*m_engine);
+        if (m_appearance)
+            m_appearance->dress(tokensOf(*m_engine));
     }
     return *m_engine;
 }

@@ -10,13 +10,15 @@ class QQuickWindow;
 
 namespace zelk {
 
+class Appearance;
 class TokensSingleton;
 
 // Makes the windows that stand beside the main window, or before there is one: they have an engine of their own, which
 // is there from the first of them. It outlives the windows that it made.
 class DialogHost {
 public:
-    DialogHost();
+    // Its windows look as that says, which outlives them; without one, as the platform's palette does.
+    explicit DialogHost(std::shared_ptr<Appearance> appearance = {});
     ~DialogHost();
     Q_DISABLE_COPY_MOVE(DialogHost)
 
@@ -34,6 +36,7 @@ private:
     QQmlEngine &engine();
     QWindow *front(const QQuickWindow &except);
 
+    const std::shared_ptr<Appearance> m_appearance;
     std::unique_ptr<QQmlEngine> m_engine;
     // Stands in where there is no window to stand before, never shown: the end of the application is tied to the
     // windows that stand before none.

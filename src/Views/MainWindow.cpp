@@ -2,7 +2,6 @@
 
 #include "Styling/TokensSingleton.h"
 #include "Support/Task.h"
-#include "Views/Appearance.h"
 #include "Views/BannerLogic.h"
 #include "Views/CommandsLogic.h"
 #include "Views/DetailLogic.h"
@@ -21,9 +20,9 @@ namespace zelk {
 
 struct MainWindow::Parts {
     Parts(AppModel &model, const Surroundings &surroundings)
-        : commands(model, surroundings.files, surroundings.openUrl), sidebar(model), detail(model), review(model),
-          banner(model), vpn(model, surroundings.clock), orphans(model, surroundings.files),
-          appearance(surroundings.desktop, surroundings.defaults) {}
+        : commands(model, {surroundings.files, surroundings.openUrl, surroundings.checkForUpdates}), sidebar(model),
+          detail(model), review(model), banner(model), vpn(model, surroundings.clock),
+          orphans(model, surroundings.files), appearance(surroundings.appearance) {}
 
     CommandsLogic commands;
     SidebarLogic sidebar;
@@ -32,7 +31,7 @@ struct MainWindow::Parts {
     BannerLogic banner;
     VPNLogic vpn;
     OrphansLogic orphans;
-    Appearance appearance;
+    std::shared_ptr<Appearance> appearance;
     QQmlApplicationEngine engine; // last: the views go before what they show
 };
 
@@ -40,7 +39,7 @@ MainWindow::MainWindow(AppModel &model, Surroundings surroundings) {
     m_parts = std::make_unique<Parts>(model, surroundings);
     QQmlApplicationEngine &engine = m_parts->engine;
     prepareViewEngine(engine);
-    m_parts->appearance.dress(tokens());
+    m_parts->appearance->dress(tokens());
     engine.setInitialProperties({
         {u"commandsLogic"_s, QVariant::fromValue(&m_parts->commands)},
         {u"sidebarLogic"_s, QVariant::fromValue(&m_parts->sidebar)},

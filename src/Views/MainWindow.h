@@ -1,8 +1,8 @@
 #pragma once
 
 #include "App/AppModel.h"
-#include "Platform/DesktopSettings.h"
 #include "Platform/FileBrowser.h"
+#include "Views/Appearance.h"
 
 #include <QUrl>
 
@@ -24,9 +24,9 @@ public:
     struct Surroundings {
         std::shared_ptr<Clock> clock;
         std::shared_ptr<FileBrowser> files;
-        std::shared_ptr<DesktopSettings> desktop;
-        std::shared_ptr<UserDefaults> defaults;
+        std::shared_ptr<Appearance> appearance;
         std::function<void(const QUrl &url)> openUrl;
+        std::function<void()> checkForUpdates;
     };
 
     // Shows the window and starts the model, which does nothing for one that has its client.

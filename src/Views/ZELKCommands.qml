@@ -41,6 +41,10 @@ T.MenuBar {
         text: qsTr("zelk Help")
         onTriggered: commands.logic.openHelp()
     }
+    readonly property T.Action checkForUpdates: T.Action {
+        text: qsTr("Check for Updates…")
+        onTriggered: commands.logic.checkForUpdates()
+    }
     readonly property T.Action quit: T.Action {
         text: qsTr("Quit")
         shortcut: "Ctrl+Q"
@@ -112,6 +116,13 @@ T.MenuBar {
         MenuEntry {
             objectName: "menuHelp"
             action: commands.help
+        }
+
+        MenuDivider {}
+
+        MenuEntry {
+            objectName: "menuCheckForUpdates"
+            action: commands.checkForUpdates
         }
     }
 }

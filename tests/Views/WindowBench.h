@@ -53,9 +53,9 @@ public:
     explicit WindowBench(const std::shared_ptr<HelperClienting> &client)
         : model(client, around), window(model, {.clock = clock,
                                                 .files = files,
-                                                .desktop = desktop,
-                                                .defaults = around.defaults,
-                                                .openUrl = [this](const QUrl &url) { opened.append(url); }}) {}
+                                                .appearance = std::make_shared<Appearance>(desktop, around.defaults),
+                                                .openUrl = [this](const QUrl &url) { opened.append(url); },
+                                                .checkForUpdates = [this] { ++updateChecks; }}) {}
 
     // Two playlists of each source; one of Apple Music's lies in a folder within a folder.
     static std::vector<PlaylistDTO> library() {
@@ -161,6 +161,7 @@ public:
     std::shared_ptr<SeenFiles> files = std::make_shared<SeenFiles>();
     std::shared_ptr<GivenDesktop> desktop = std::make_shared<GivenDesktop>();
     QList<QUrl> opened; // in the browser
+    int updateChecks = 0;
     AppModel::Surroundings around = surroundings(clock);
     AppModel model;
     MainWindow window;

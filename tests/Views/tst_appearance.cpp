@@ -1,4 +1,5 @@
 #include "Views/Appearance.h"
+#include "Views/DialogHost.h"
 #include "WindowBench.h"
 
 #include <QSignalSpy>
@@ -72,6 +73,15 @@ private Q_SLOTS:
         bench.model.sync()->setBanner(SyncBanner::info(u"Hello"_s));
         QVERIFY(bench.item("banner"));
         QCOMPARE(bench.item("banner")->opacity(), 1.0); // at its place at once
+    }
+
+    void dialogsFollowAsTheWindowDoes() {
+        const auto desktop = std::make_shared<GivenDesktop>();
+        desktop->setColorScheme(ColorScheme::dark);
+        DialogHost host(std::make_shared<Appearance>(desktop, freshDefaults()));
+        QVERIFY(host.tokens().color()->dark());
+        desktop->setColorScheme(ColorScheme::light);
+        QVERIFY(!host.tokens().color()->dark());
     }
 
     void theBannerCastsAShadowOnlyWhileSurfacesAreTranslucent() {

@@ -33,7 +33,8 @@ private Q_SLOTS:
         files = std::make_shared<SeenFiles>();
         opened.clear();
         model = std::make_unique<AppModel>(client, surroundings());
-        logic = std::make_unique<CommandsLogic>(*model, files, [this](const QUrl &url) { opened.append(url); });
+        logic = std::make_unique<CommandsLogic>(
+            *model, CommandsLogic::Outside{files, [this](const QUrl &url) { opened.append(url); }, {}});
     }
     void cleanup() {
         logic.reset();
@@ -90,7 +91,7 @@ private Q_SLOTS:
         logic->revealOutput();
         QVERIFY(files->revealed.isEmpty());
         AppModel bare([]() -> AppModel::Engine { throw HelperError::helperMissing(); }, surroundings());
-        CommandsLogic(bare, files, {}).revealOutput(); // nor a store to have one
+        CommandsLogic(bare, {files, {}, {}}).revealOutput(); // nor a store to have one
         QVERIFY(files->revealed.isEmpty());
     }
 
@@ -103,7 +104,7 @@ private Q_SLOTS:
 
     void withoutALibraryARefreshIsNoMatter() {
         AppModel bare([]() -> AppModel::Engine { throw HelperError::helperMissing(); }, surroundings());
-        CommandsLogic(bare, files, {}).refreshLibrary();
+        CommandsLogic(bare, {files, {}, {}}).refreshLibrary();
         settleDown();
         QVERIFY(client->sent().empty());
     }

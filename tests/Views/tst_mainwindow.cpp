@@ -47,11 +47,12 @@ private Q_SLOTS:
         QTest::failOnWarning(QRegularExpression(u"qrc:.*"_s));
         const auto around = surroundings();
         AppModel model([]() -> AppModel::Engine { throw HelperError::helperMissing(); }, around);
-        MainWindow window(model, {.clock = around.clock,
-                                  .files = std::make_shared<SeenFiles>(),
-                                  .desktop = std::make_shared<GivenDesktop>(),
-                                  .defaults = around.defaults,
-                                  .openUrl = {}});
+        MainWindow window(
+            model, {.clock = around.clock,
+                    .files = std::make_shared<SeenFiles>(),
+                    .appearance = std::make_shared<Appearance>(std::make_shared<GivenDesktop>(), around.defaults),
+                    .openUrl = {},
+                    .checkForUpdates = {}});
         QTRY_VERIFY(model.startupError());
         model.sync()->route(HelperEvent::server(Event::SyncStarted{u"r"_s, u"r"_s, 1}));
         model.sync()->route(HelperEvent::server(Event::PlaylistStarted{u"r"_s, u"p"_s, 0, u"P"_s, tracks(1)}));

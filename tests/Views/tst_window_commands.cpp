@@ -57,6 +57,15 @@ private Q_SLOTS:
         QTRY_VERIFY(!bench.item("menuHelp"));
     }
 
+    void updatesAreCheckedForWhenAskedFor() {
+        WindowBench bench;
+        bench.key(Qt::Key_H, Qt::AltModifier);
+        QTRY_VERIFY(bench.item("menuCheckForUpdates"));
+        QCOMPARE(spoken(bench.item("menuCheckForUpdates")), u"Check for Updates…"_s);
+        QVERIFY(press(bench.item("menuCheckForUpdates")));
+        QCOMPARE(bench.updateChecks, 1);
+    }
+
     void theKeysOfFindLeadToTheFilter() {
         WindowBench bench;
         bench.loadLibrary();
