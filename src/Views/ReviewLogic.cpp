@@ -54,6 +54,13 @@ ReviewLogic::ReviewLogic(AppModel &model, QObject *parent)
         Q_EMIT trackChanged();
         updateStepper();
     });
+    connect(m_model.sync()->groups(), &PlaylistGroups::rowChanged, this,
+            [this](const PlaylistGroup *group, int row, TrackModel::Fields fields) {
+                // A row that comes to be reviewed, or no longer is, is another row in focus; told above.
+                const bool isOtherContent = (fields & TrackModel::Field::State) && !(fields & TrackModel::Field::Tally);
+                if (isOtherContent && m_model.focusedReviewTrackId() == group->track(row)->id())
+                    Q_EMIT trackChanged();
+            });
     connect(m_model.sync()->groups(), &PlaylistGroups::countsChanged, this, [this] { m_tick.request(); });
     updateStepper();
 }

@@ -138,6 +138,18 @@ private Q_SLOTS:
         QCOMPARE(changed.count(), 2);
     }
 
+    void newCandidatesForTheRowInFocusReplaceTheOldOnes() {
+        review(0);
+        run({needsReview(u"p#0"_s, {candidateWith(0.3)})});
+        model->focusReview(u"p#0"_s);
+        const QSignalSpy changed(logic.get(), &ReviewLogic::trackChanged);
+        run({needsReview(u"p#0"_s, {candidateWith(0.9), candidateWith(0.5)})});
+        QCOMPARE(changed.count(), 1);
+        QCOMPARE(logic->candidates().size(), 2);
+        run({needsReview(u"p#1"_s, {candidateWith(0.9)})});
+        QCOMPARE(changed.count(), 1); // another row is none of the panel's business
+    }
+
     void theBestConfidenceIsTheLargestOfTheCandidates() {
         review(0);
         run({needsReview(u"p#0"_s, {candidateWith(0.3), candidateWith({}), candidateWith(0.68)})});
