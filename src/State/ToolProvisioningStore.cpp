@@ -1,6 +1,7 @@
 #include "State/ToolProvisioningStore.h"
 
 #include <algorithm>
+#include <exception>
 #include <utility>
 
 namespace zelk {
@@ -27,14 +28,23 @@ QCoro::Task<> ToolProvisioningStore::provision() {
     setLastError(std::nullopt);
     setLastLog(std::nullopt);
     setTools(seededTools());
-    auto asking = orLastError(client()->request<ProvisionToolsResult>(Request::provisionTools(), timeout, lifetime()));
-    const auto result = co_await asking;
+    ProvisionToolsResult result;
+    std::exception_ptr failure;
+    try {
+        auto asking = client()->request<ProvisionToolsResult>(Request::provisionTools(), timeout, lifetime());
+        result = co_await asking;
+    } catch (...) {
+        failure = std::current_exception();
+    }
     if (!self)
         co_return;
-    if (result)
-        conclude(*result);
-    else
-        setPhase(Phase::failed); // the rows stay as the events left them
+    if (failure) {
+        // The rows stay as the events left them.
+        setPhase(Phase::failed);
+        setLastError(describe(failure));
+        co_return;
+    }
+    conclude(result);
 }
 
 void ToolProvisioningStore::conclude(const ProvisionToolsResult &result) {

@@ -155,6 +155,14 @@ private Q_SLOTS:
         QCOMPARE(store->tools(), rows);
     }
 
+    void theRunIsOverBeforeItsErrorIsTold() {
+        std::vector<Provisioning> told;
+        connect(store.get(), &ToolProvisioningStore::lastErrorChanged, this, [&] { told.push_back(store->phase()); });
+        provisionFailing(HelperError::helperCrashed());
+        provision(resultOf(false, {}));
+        QCOMPARE(told, (std::vector{Provisioning::failed, Provisioning::running, Provisioning::failed}));
+    }
+
     void anotherFailureIsShownInItsPlainWords() {
         client->failWith(Method::provisionTools, std::make_exception_ptr(std::runtime_error("out of luck")));
         QVERIFY(outcomeOf(store->provision()).succeeded());
