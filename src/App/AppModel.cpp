@@ -188,6 +188,9 @@ void AppModel::setOnboardingPresented(bool isPresented) {
         return;
     _isOnboardingPresented = isPresented;
     Q_EMIT isOnboardingPresentedChanged();
+    // What was typed into a setup that is closed goes with it, but for what is being stored right now.
+    if (!isPresented && _setupCoordinator && !_setupCoordinator->isCommitting())
+        setSetupCoordinator(nullptr);
 }
 
 } // namespace zelk

@@ -101,6 +101,7 @@ void UnattendedRun::begin() {
 
 void UnattendedRun::end() {
     _step = Step::Ended;
+    _patience.stop();
     QTimer::singleShot(settling, this, [this] {
         printRows();
         const auto summary = _model.sync()->summary().value_or(SyncSummary());

@@ -275,6 +275,7 @@ private Q_SLOTS:
         settle();
         model->setupCoordinator()->setOutputDir(u"/typed"_s);
         model->setOnboardingPresented(false); // closed half way
+        QVERIFY(!model->setupCoordinator());
         model->beginOnboarding(Mode::reRun);
         settle();
         QVERIFY(model->setupCoordinator()->outputDir() != u"/typed"_s);

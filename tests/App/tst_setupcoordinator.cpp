@@ -299,7 +299,10 @@ private Q_SLOTS:
                                      Method::storeAccountToken, Method::storeAccountToken}));
         QCOMPARE(storedTokens(),
                  (QStringList{u"soundcloud=token"_s, u"acoustid=key"_s, u"proxy=https://tunnel.example"_s}));
-        QCOMPARE(coordinator.acoustidKey(), u"key\n"_s); // the fields keep what was typed
+        // The fields keep what was typed.
+        QCOMPARE(coordinator.acoustidKey(), u"key\n"_s);
+        QCOMPARE(coordinator.soundcloudToken(), u"  token "_s);
+        QCOMPARE(coordinator.proxySubscription(), u"https://tunnel.example\n"_s);
     }
 
     void blankSecretsAreNotStored() {
@@ -490,15 +493,54 @@ private Q_SLOTS:
         load(SampleData::sampleConfig());
         auto &coordinator = open(Mode::reRun);
         coordinator.setOutputDir(u"/typed"_s);
+        coordinator.setAcoustidKey(u"key"_s);
+        coordinator.setQualityProfile(QualityProfile::fast);
+        coordinator.setSelectedSources({SourceId::youtube});
         client->fail(Method::setConfig, HelperError::requestTimedOut());
+        client->reply(Method::storeAccountToken, "null");
         coordinator.attemptFinish();
         QTRY_VERIFY(coordinator.lastError());
         settle();
         QVERIFY(model->isOnboardingPresented());
         QCOMPARE(model->setupCoordinator(), &coordinator);
         QCOMPARE(coordinator.outputDir(), u"/typed"_s);
+        QCOMPARE(coordinator.acoustidKey(), u"key"_s);
+        QCOMPARE(coordinator.qualityProfile(), QualityProfile::fast);
+        QCOMPARE(coordinator.selectedSources(), std::vector{SourceId::youtube});
         QVERIFY(!coordinator.isCommitting());
         QCOMPARE(coordinator.currentScreen(), Screen::prepareTools);
+
+        acceptPatch();
+        client->reply(Method::storeAccountToken, "null");
+        coordinator.attemptFinish(); // once more
+        QTRY_VERIFY(!model->isOnboardingPresented());
+    }
+
+    void aSetupThatIsClosedWhileItStoresIsStoredToItsEnd() {
+        load(SampleData::sampleConfig());
+        auto &coordinator = open(Mode::reRun);
+        coordinator.setAcoustidKey(u"key"_s);
+        coordinator.attemptFinish();
+        QTRY_COMPARE(client->held(), 1);
+        model->setOnboardingPresented(false);
+        QVERIFY(model->setupCoordinator());
+        client->release("null");
+        QTRY_COMPARE(client->held(), 1);
+        client->release(wrapped(SampleData::sampleConfig()));
+        QTRY_COMPARE(storedTokens(), QStringList(u"acoustid=key"_s));
+        client->release("null");
+        QTRY_VERIFY(!model->setupCoordinator());
+    }
+
+    void continuingAnywayKeepsTheSetupOpenWhenItCanNotBeStored() {
+        client->fail(Method::getConfig, HelperError::helperCrashed());
+        client->fail(Method::getConfig, HelperError::helperCrashed());
+        auto &coordinator = open(Mode::firstRun);
+        client->fail(Method::setConfig, HelperError::requestTimedOut());
+        coordinator.continueAnyway();
+        QTRY_VERIFY(coordinator.lastError());
+        settle();
+        QVERIFY(model->isOnboardingPresented());
     }
 
     void equalWritesTellNobody() {
