@@ -7,6 +7,7 @@
 #include "Support/MockHelperClient.h"
 #include "Support/SampleData.h"
 #include "Support/ScriptedClient.h"
+#include "Support/Settle.h"
 
 #include <QSignalSpy>
 #include <QTest>
@@ -19,11 +20,6 @@ using namespace Qt::Literals::StringLiterals;
 using namespace std::chrono_literals;
 
 namespace {
-
-void settle() {
-    for (int i = 0; i < 20; ++i)
-        QCoreApplication::processEvents();
-}
 
 QCoro::Task<> await(QFuture<void> future) {
     co_await future;

@@ -4,6 +4,7 @@
 #include "Support/ManualClock.h"
 #include "Support/SampleData.h"
 #include "Support/ScriptedClient.h"
+#include "Support/Settle.h"
 
 #include <QPointer>
 #include <QSignalSpy>
@@ -17,11 +18,6 @@ using namespace std::chrono_literals;
 using Mode = SetupCoordinator::Mode;
 
 namespace {
-
-void settle() {
-    for (int i = 0; i < 20; ++i)
-        QCoreApplication::processEvents();
-}
 
 QByteArray wrapped(const SafeConfig &config) {
     return "{\"config\":" + writeJSON(config) + "}";

@@ -4,6 +4,7 @@
 #include "Support/Await.h"
 #include "Support/ManualClock.h"
 #include "Support/ScriptedClient.h"
+#include "Support/Settle.h"
 
 #include <QSignalSpy>
 #include <QTest>
@@ -17,11 +18,6 @@ using namespace std::chrono_literals;
 namespace {
 
 using Id = std::optional<QString>;
-
-void settle() {
-    for (int i = 0; i < 20; ++i)
-        QCoreApplication::processEvents();
-}
 
 } // namespace
 

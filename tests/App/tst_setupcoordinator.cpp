@@ -3,6 +3,7 @@
 #include "Support/Await.h"
 #include "Support/SampleData.h"
 #include "Support/ScriptedClient.h"
+#include "Support/Settle.h"
 
 #include <QSignalSpy>
 #include <QTest>
@@ -13,11 +14,6 @@ using Mode = SetupCoordinator::Mode;
 using Screen = SetupCoordinator::Screen;
 
 namespace {
-
-void settle() {
-    for (int i = 0; i < 20; ++i)
-        QCoreApplication::processEvents();
-}
 
 QByteArray wrapped(const SafeConfig &config) {
     return "{\"config\":" + writeJSON(config) + "}";

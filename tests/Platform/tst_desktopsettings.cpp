@@ -1,16 +1,13 @@
-#include "Platform/ChildProcess.h"
 #include "Platform/DesktopSettings.h"
+#include "Platform/PrivateBus.h"
 
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QDBusContext>
 #include <QDBusMessage>
 #include <QDBusVariant>
-#include <QFile>
 #include <QMap>
 #include <QSignalSpy>
-#include <QStandardPaths>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include <optional>
@@ -26,12 +23,6 @@ const QString appearance = u"org.freedesktop.appearance"_s;
 const QString gnome = u"org.gnome.desktop.interface"_s;
 const QString portalService = u"org.freedesktop.portal.Desktop"_s;
 const QString portalPath = u"/org/freedesktop/portal/desktop"_s;
-
-QByteArray busConfiguration(const QString &folder) {
-    return "<busconfig><type>session</type><listen>unix:tmpdir=" + QFile::encodeName(folder) +
-           "</listen><policy context=\"default\"><allow send_destination=\"*\" eavesdrop=\"true\"/>"
-           "<allow eavesdrop=\"true\"/><allow own=\"*\"/></policy></busconfig>";
-}
 
 } // namespace
 
@@ -115,16 +106,11 @@ public Q_SLOTS:
 class TestDesktopSettings : public QObject {
     Q_OBJECT
 
-    QTemporaryDir _folder;
-    std::unique_ptr<ChildProcess> _daemon;
-    QByteArray _address;
+    PrivateBus _bus;
     std::unique_ptr<Portal> _portal;
     std::unique_ptr<DesktopSettings> _settings;
 
-    QDBusConnection connection(const QString &name) const {
-        return QDBusConnection::connectToBus(QString::fromUtf8(_address.trimmed()), name);
-    }
-    void start() { _settings = DesktopSettings::on(connection(u"reader"_s)); }
+    void start() { _settings = DesktopSettings::on(_bus.connection(u"reader"_s)); }
     /// Waits until the portal was asked everything and its answers have arrived.
     void settle(Portal &portal) const {
         QTRY_VERIFY(portal.asked.size() >= 4);
@@ -138,28 +124,10 @@ class TestDesktopSettings : public QObject {
     void settle() const { settle(*_portal); }
 
 private Q_SLOTS:
-    void initTestCase() {
-        QFile configuration(_folder.filePath(u"bus.conf"_s));
-        QVERIFY(configuration.open(QIODevice::WriteOnly));
-        configuration.write(busConfiguration(_folder.path()));
-        configuration.close();
-        const QString program = QStandardPaths::findExecutable(u"dbus-daemon"_s);
-        QVERIFY2(!program.isEmpty(), "install dbus");
-        _daemon = ChildProcess::launch(
-            program, {u"--nofork"_s, u"--print-address"_s, u"--config-file="_s + configuration.fileName()},
-            {.output = [this](const QByteArray &chunk) { _address += chunk; },
-             .outputEnded = {},
-             .error = [](const QByteArray &chunk) { qInfo("%s", chunk.constData()); },
-             .ended = [this](ChildProcess::Exit) { _daemon.reset(); }});
-        QTRY_VERIFY(_address.endsWith('\n'));
-    }
-    void cleanupTestCase() {
-        if (_daemon)
-            _daemon->terminate();
-        QTRY_VERIFY(!_daemon);
-    }
+    void initTestCase() { _bus.start(); }
+    void cleanupTestCase() { _bus.stop(); }
     void init() {
-        _portal = std::make_unique<Portal>(connection(u"portal"_s));
+        _portal = std::make_unique<Portal>(_bus.connection(u"portal"_s));
         QVERIFY(_portal->appear());
     }
     void cleanup() {
@@ -307,7 +275,7 @@ private Q_SLOTS:
     void onlyThePortalIsBelieved() {
         start();
         settle();
-        Portal other(connection(u"other"_s));
+        Portal other(_bus.connection(u"other"_s));
         auto reader = QDBusConnection(u"reader"_s);
         Listener listener;
         reader.connect({}, portalPath, u"org.freedesktop.portal.Settings"_s, u"SettingChanged"_s, &listener,
@@ -335,7 +303,7 @@ private Q_SLOTS:
         QSignalSpy scheme(_settings.get(), &DesktopSettings::colorSchemeChanged);
         _portal.reset();
         QDBusConnection::disconnectFromBus(u"portal"_s);
-        Portal fresh(connection(u"other"_s));
+        Portal fresh(_bus.connection(u"other"_s));
         fresh.set(appearance, u"color-scheme"_s, 2u);
         QVERIFY(fresh.appear());
         QTRY_COMPARE(_settings->colorScheme(), ColorScheme::light);
@@ -347,7 +315,7 @@ private Q_SLOTS:
     void aPortalThatIsReplacedIsAskedAgain() {
         start();
         settle();
-        Portal fresh(connection(u"other"_s));
+        Portal fresh(_bus.connection(u"other"_s));
         fresh.set(appearance, u"color-scheme"_s, 2u);
         QVERIFY(fresh.appear());
         QTRY_COMPARE(_settings->colorScheme(), ColorScheme::light);
@@ -358,7 +326,7 @@ private Q_SLOTS:
         _portal->isSilent = true;
         start();
         QTRY_COMPARE(_portal->open.size(), 4);
-        Portal fresh(connection(u"other"_s));
+        Portal fresh(_bus.connection(u"other"_s));
         fresh.set(appearance, u"color-scheme"_s, 1u);
         _portal.reset();
         QDBusConnection::disconnectFromBus(u"portal"_s); // the bus answers for it, with failures

@@ -1,11 +1,12 @@
 #include "Platform/FileBrowser.h"
+#include "Platform/PrivateBus.h"
+#include "Support/Settle.h"
 
 #include <QDBusConnection>
 #include <QDBusContext>
 #include <QDBusMessage>
 #include <QDir>
 #include <QFile>
-#include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -16,12 +17,6 @@ namespace {
 
 const QString managerName = u"org.freedesktop.FileManager1"_s;
 const QString managerPath = u"/org/freedesktop/FileManager1"_s;
-
-QByteArray busConfiguration(const QString &folder) {
-    return "<busconfig><type>session</type><listen>unix:tmpdir=" + QFile::encodeName(folder) +
-           "</listen><policy context=\"default\"><allow send_destination=\"*\" eavesdrop=\"true\"/>"
-           "<allow eavesdrop=\"true\"/><allow own=\"*\"/></policy></busconfig>";
-}
 
 } // namespace
 
@@ -69,13 +64,11 @@ class TestFileBrowser : public QObject {
     Q_OBJECT
 
     QTemporaryDir _folder;
-    QProcess _daemon;
-    QString _address;
+    PrivateBus _bus;
     std::unique_ptr<Manager> _manager;
     QList<QUrl> _opened;
     std::shared_ptr<FileBrowser> _browser;
 
-    QDBusConnection connection(const QString &name) const { return QDBusConnection::connectToBus(_address, name); }
     std::shared_ptr<FileBrowser> browserOn(const QDBusConnection &bus) {
         return FileBrowser::on(bus, [this](const QUrl &folder) { _opened.append(folder); });
     }
@@ -83,31 +76,14 @@ class TestFileBrowser : public QObject {
         QFile file(_folder.filePath(name));
         return file.open(QIODevice::WriteOnly) ? file.fileName() : QString();
     }
-    static void settle() {
-        for (int i = 0; i < 20; ++i)
-            QCoreApplication::processEvents();
-    }
 
 private Q_SLOTS:
-    void initTestCase() {
-        QFile configuration(_folder.filePath(u"bus.conf"_s));
-        QVERIFY(configuration.open(QIODevice::WriteOnly));
-        configuration.write(busConfiguration(_folder.path()));
-        configuration.close();
-        _daemon.start(u"dbus-daemon"_s,
-                      {u"--nofork"_s, u"--print-address"_s, u"--config-file="_s + configuration.fileName()});
-        QVERIFY(_daemon.waitForStarted());
-        QTRY_VERIFY(_daemon.canReadLine());
-        _address = QString::fromUtf8(_daemon.readLine()).trimmed();
-    }
-    void cleanupTestCase() {
-        _daemon.terminate();
-        _daemon.waitForFinished();
-    }
+    void initTestCase() { _bus.start(); }
+    void cleanupTestCase() { _bus.stop(); }
     void init() {
         _opened.clear();
-        _manager = std::make_unique<Manager>(connection(u"manager"_s));
-        _browser = browserOn(connection(u"asker"_s));
+        _manager = std::make_unique<Manager>(_bus.connection(u"manager"_s));
+        _browser = browserOn(_bus.connection(u"asker"_s));
     }
     void cleanup() {
         _browser.reset();

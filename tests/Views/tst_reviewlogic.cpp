@@ -3,6 +3,7 @@
 #include "State/Records.h"
 #include "Support/ManualClock.h"
 #include "Support/ScriptedClient.h"
+#include "Support/Settle.h"
 #include "Views/ReviewLogic.h"
 
 #include <QSignalSpy>
@@ -12,11 +13,6 @@ using namespace zelk;
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
-
-void settle() {
-    for (int i = 0; i < 20; ++i)
-        QCoreApplication::processEvents();
-}
 
 CandidateDTO candidateWith(std::optional<double> confidence) {
     CandidateDTO candidate = candidateOf(u"c"_s);

@@ -2,6 +2,7 @@
 #include "App/Surroundings.h"
 #include "Support/SampleData.h"
 #include "Support/ScriptedClient.h"
+#include "Support/Settle.h"
 #include "Views/VPNLogic.h"
 
 #include <QSignalSpy>
@@ -18,11 +19,6 @@ namespace {
 
 constexpr auto success = VPNStatus::TestFeedback::success;
 constexpr auto failure = VPNStatus::TestFeedback::failure;
-
-void settle() {
-    for (int i = 0; i < 20; ++i)
-        QCoreApplication::processEvents();
-}
 
 } // namespace
 
