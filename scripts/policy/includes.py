@@ -45,14 +45,17 @@ def libraries(cmake_files):
 
 
 def owner(path, owners):
-    """The library of a file below src/: as listed, else as its namesake's, else as its folder's."""
+    """The library of a file below src/: as listed, else as its namesake's, else as its folder's.
+
+    The application is no library but the program over all of them.
+    """
     if path in owners:
         return owners[path]
     stem = path.rpartition('.')[0]
     for listed, library in owners.items():
         if listed.rpartition('.')[0] == stem:
             return library
-    if re.fullmatch(r'App/main\w*\.cpp', path):
+    if re.fullmatch(r'App/(?:main\w*|ZELKApp|UnattendedRun)\.(?:h|cpp)', path):
         return 'application'
     return FOLDERS.get(path.partition('/')[0])
 

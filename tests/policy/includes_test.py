@@ -36,6 +36,8 @@ class Includes(unittest.TestCase):
         self.assertEqual(includes.owner('Transport/HelperProtocol.cpp', OWNERS), 'wire')
         self.assertEqual(includes.owner('Views/Settings/AboutTab.h', OWNERS), 'ui')
         self.assertEqual(includes.owner('App/main.cpp', OWNERS), 'application')
+        self.assertEqual(includes.owner('App/ZELKApp.h', OWNERS), 'application')
+        self.assertEqual(includes.owner('App/UnattendedRun.cpp', OWNERS), 'application')
         self.assertIsNone(includes.owner('Elsewhere/Thing.h', OWNERS))
 
     def test_aFileOfNoLibraryIsRefused(self):
