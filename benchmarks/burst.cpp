@@ -75,6 +75,7 @@ int main(int argc, char **argv) {
     MainWindow window(model, {.clock = clock,
                               .files = FileBrowser::ofSession([](const QUrl &) {}),
                               .appearance = std::make_shared<Appearance>(DesktopSettings::ofSession(), around.defaults),
+                              .defaults = around.defaults,
                               .openUrl = {},
                               .checkForUpdates = {}});
     if (!window.window())

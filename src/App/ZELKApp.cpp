@@ -206,6 +206,7 @@ MainWindow::Surroundings ZELKApp::windowSurroundings() const {
     return {.clock = _parts->clock,
             .files = _parts->files,
             .appearance = _parts->appearance,
+            .defaults = _parts->defaults,
             .openUrl = openUrl,
             .checkForUpdates = [this] { _parts->updater.checkForUpdates(); }};
 }

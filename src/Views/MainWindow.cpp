@@ -10,9 +10,11 @@
 #include "Views/SidebarLogic.h"
 #include "Views/VPNLogic.h"
 #include "Views/ViewEngine.h"
+#include "Views/WindowMemory.h"
 
 #include <QQmlApplicationEngine>
 #include <QQuickWindow>
+#include <QScreen>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -22,7 +24,7 @@ struct MainWindow::Parts {
     Parts(AppModel &model, const Surroundings &surroundings)
         : commands(model, {surroundings.files, surroundings.openUrl, surroundings.checkForUpdates}), sidebar(model),
           detail(model), review(model), banner(model), vpn(model, surroundings.clock),
-          orphans(model, surroundings.files), appearance(surroundings.appearance) {}
+          orphans(model, surroundings.files), appearance(surroundings.appearance), memory(surroundings.defaults) {}
 
     CommandsLogic commands;
     SidebarLogic sidebar;
@@ -32,6 +34,7 @@ struct MainWindow::Parts {
     VPNLogic vpn;
     OrphansLogic orphans;
     std::shared_ptr<Appearance> appearance;
+    WindowMemory memory;
     QQmlApplicationEngine engine; // last: the views go before what they show
 };
 
@@ -48,14 +51,22 @@ MainWindow::MainWindow(AppModel &model, Surroundings surroundings) {
         {u"bannerLogic"_s, QVariant::fromValue(&m_parts->banner)},
         {u"vpnLogic"_s, QVariant::fromValue(&m_parts->vpn)},
         {u"orphansLogic"_s, QVariant::fromValue(&m_parts->orphans)},
+        {u"memory"_s, QVariant::fromValue(&m_parts->memory)},
     });
     engine.load(viewUrl(u"MainWindow"_s));
-    if (QQuickWindow *shown = window())
+    if (QQuickWindow *shown = window()) {
+        const QSize left = m_parts->memory.windowSize(shown->size(), shown->screen()->availableSize());
+        shown->resize(left.expandedTo(shown->minimumSize()));
         shown->show();
+    }
     startTask(&model, [&model](const std::stop_token &) { return model.start(); });
 }
 
-MainWindow::~MainWindow() = default;
+MainWindow::~MainWindow() {
+    // A maximised window is as big as its screen: that is no size to come back to.
+    if (const QQuickWindow *left = window(); left && left->windowStates() == Qt::WindowNoState)
+        m_parts->memory.setWindowSize(left->size());
+}
 
 QQuickWindow *MainWindow::window() const {
     return qobject_cast<QQuickWindow *>(m_parts->engine.rootObjects().value(0));

@@ -25,6 +25,7 @@ public:
         std::shared_ptr<Clock> clock;
         std::shared_ptr<FileBrowser> files;
         std::shared_ptr<Appearance> appearance;
+        std::shared_ptr<UserDefaults> defaults; // remember how the window was left
         std::function<void(const QUrl &url)> openUrl;
         std::function<void()> checkForUpdates;
     };

@@ -14,6 +14,7 @@ Window {
     required property BannerLogic bannerLogic
     required property VPNLogic vpnLogic
     required property OrphansLogic orphansLogic
+    required property WindowMemory memory
 
     objectName: "mainWindow"
     title: qsTr("zelk")
@@ -41,6 +42,7 @@ Window {
         banner: window.bannerLogic
         vpn: window.vpnLogic
         orphans: window.orphansLogic
+        memory: window.memory
     }
 
     Shortcut {

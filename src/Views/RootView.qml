@@ -15,19 +15,18 @@ Item {
     required property BannerLogic banner
     required property VPNLogic vpn
     required property OrphansLogic orphans
+    required property WindowMemory memory
 
-    property int sidebarWidth: Tokens.size.sidebarIdeal
-    property int inspectorWidth: Tokens.size.inspectorIdeal
     // Short of room, the columns beside the detail pane give way before it does.
     readonly property real sideRoom: root.width - Tokens.size.detailRoom
     readonly property real shownInspectorWidth: Math.max(Tokens.size.inspectorMinimum,
-                                                         Math.min(root.inspectorWidth,
+                                                         Math.min(root.memory.inspectorWidth,
                                                                   root.sideRoom - Tokens.size.sidebarMinimum))
     readonly property real shownSidebarWidth: root.review.presented
                                               ? Math.max(Tokens.size.sidebarMinimum,
-                                                         Math.min(root.sidebarWidth,
+                                                         Math.min(root.memory.sidebarWidth,
                                                                   root.sideRoom - root.shownInspectorWidth))
-                                              : root.sidebarWidth
+                                              : root.memory.sidebarWidth
 
     SidebarView {
         id: sidebarView
@@ -130,8 +129,7 @@ Item {
         enabled: root.review.presented
         cursorShape: Qt.SplitHCursor
         onPositionChanged: mouse => {
-            root.inspectorWidth = Math.max(Tokens.size.inspectorMinimum,
-                                           Math.min(Tokens.size.inspectorMaximum, root.width - x - mouse.x));
+            root.memory.inspectorWidth = root.width - x - mouse.x;
         }
     }
 
@@ -142,8 +140,7 @@ Item {
         height: sidebarView.height
         cursorShape: Qt.SplitHCursor
         onPositionChanged: mouse => {
-            root.sidebarWidth = Math.max(Tokens.size.sidebarMinimum,
-                                         Math.min(Tokens.size.sidebarMaximum, x + mouse.x));
+            root.memory.sidebarWidth = x + mouse.x;
         }
     }
 }

@@ -50,12 +50,15 @@ public:
               {Method::getPlaylistTracks, SampleData::previewTracksResult()},
           })) {}
     // The same over an engine of the test's own.
-    explicit WindowBench(const std::shared_ptr<HelperClienting> &client)
-        : model(client, around), window(model, {.clock = clock,
-                                                .files = files,
-                                                .appearance = std::make_shared<Appearance>(desktop, around.defaults),
-                                                .openUrl = [this](const QUrl &url) { opened.append(url); },
-                                                .checkForUpdates = [this] { ++updateChecks; }}) {}
+    explicit WindowBench(const std::shared_ptr<HelperClienting> &client,
+                         std::shared_ptr<UserDefaults> defaults = freshDefaults())
+        : around(surroundingsWith(std::move(defaults))), model(client, around),
+          window(model, {.clock = clock,
+                         .files = files,
+                         .appearance = std::make_shared<Appearance>(desktop, around.defaults),
+                         .defaults = around.defaults,
+                         .openUrl = [this](const QUrl &url) { opened.append(url); },
+                         .checkForUpdates = [this] { ++updateChecks; }}) {}
 
     // Two playlists of each source; one of Apple Music's lies in a folder within a folder.
     static std::vector<PlaylistDTO> library() {
@@ -157,12 +160,18 @@ public:
                                                QStringLiteral("List %1").arg(i), tracks});
     }
 
+    AppModel::Surroundings surroundingsWith(std::shared_ptr<UserDefaults> defaults) const {
+        auto made = surroundings(clock);
+        made.defaults = std::move(defaults);
+        return made;
+    }
+
     std::shared_ptr<ManualClock> clock = std::make_shared<ManualClock>();
     std::shared_ptr<SeenFiles> files = std::make_shared<SeenFiles>();
     std::shared_ptr<GivenDesktop> desktop = std::make_shared<GivenDesktop>();
     QList<QUrl> opened; // in the browser
     int updateChecks = 0;
-    AppModel::Surroundings around = surroundings(clock);
+    AppModel::Surroundings around;
     AppModel model;
     MainWindow window;
 };

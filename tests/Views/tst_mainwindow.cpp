@@ -43,6 +43,39 @@ private Q_SLOTS:
         QCOMPARE(window->minimumSize(), QSize(880, 600));
     }
 
+    void theWindowComesBackAsItWasLeft() {
+        const auto defaults = freshDefaults();
+        const auto drag = [](WindowBench &bench, const char *edge, int by) {
+            bench.drawFrame();
+            QQuickItem *item = bench.item(edge);
+            const QPoint at = item->mapToScene(QPointF(item->width() / 2, 300)).toPoint();
+            QTest::mousePress(bench.window.window(), Qt::LeftButton, {}, at);
+            QTest::mouseMove(bench.window.window(), at + QPoint(by, 0));
+            QTest::mouseRelease(bench.window.window(), Qt::LeftButton, {}, at + QPoint(by, 0));
+        };
+        {
+            WindowBench bench(std::make_shared<MockHelperClient>(), defaults);
+            drag(bench, "sidebarEdge", 30);
+            QCOMPARE(defaults->value(u"sidebarWidth"_s).toInt(), 310);
+            drag(bench, "sidebarEdge", 500);
+            QCOMPARE(defaults->value(u"sidebarWidth"_s).toInt(), 360); // the most that it may have
+            bench.window.window()->resize(790, 700);
+        }
+        const WindowBench again(std::make_shared<MockHelperClient>(), defaults);
+        QCOMPARE(again.window.window()->size(), QSize(880, 700)); // the least that it may have
+        QCOMPARE(again.item("sidebarEdge")->x(), 360 - again.item("sidebarEdge")->width() / 2);
+    }
+
+    void nonsenseInTheDefaultsIsNoSize() {
+        const auto defaults = freshDefaults();
+        defaults->set(u"windowSize"_s, u"huge"_s);
+        defaults->set(u"sidebarWidth"_s, u"wide"_s);
+        defaults->set(u"inspectorWidth"_s, -5);
+        const WindowBench bench(std::make_shared<MockHelperClient>(), defaults);
+        QCOMPARE(bench.window.window()->size(), QSize(1040, 720));
+        QCOMPARE(bench.item("sidebarEdge")->x(), 280 - bench.item("sidebarEdge")->width() / 2);
+    }
+
     void theUnavailableEngineIsSaidEvenOverARun() {
         QTest::failOnWarning(QRegularExpression(u"qrc:.*"_s));
         const auto around = surroundings();
@@ -51,6 +84,7 @@ private Q_SLOTS:
             model, {.clock = around.clock,
                     .files = std::make_shared<SeenFiles>(),
                     .appearance = std::make_shared<Appearance>(std::make_shared<GivenDesktop>(), around.defaults),
+                    .defaults = around.defaults,
                     .openUrl = {},
                     .checkForUpdates = {}});
         QTRY_VERIFY(model.startupError());
