@@ -21,20 +21,28 @@ namespace {
 
 using Loading = OneShot<URLSession::Response>;
 
-/// A status that Qt counts as a failure is an answer all the same; a connection that broke off in the middle is none.
-bool isAnswer(const QNetworkReply &reply) {
-    const auto error = reply.error();
-    const bool hasStatus = reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).isValid();
-    return hasStatus && (error == QNetworkReply::NoError || error >= QNetworkReply::ContentAccessDenied);
+/// A status that Qt counts as a failure is an answer all the same; a success that Qt finds fault with is none, and
+/// neither is a connection that broke off in the middle.
+bool isAnswer(int status, bool isSuccess, QNetworkReply::NetworkError error) {
+    if (error == QNetworkReply::NoError)
+        return status != 0;
+    return status != 0 && !isSuccess && error >= QNetworkReply::ContentAccessDenied;
 }
 
 void settle(Loading &loading, QNetworkReply &reply) {
-    if (isAnswer(reply)) {
-        const int status = reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
-        loading.fulfil(URLSession::Response{.status = status, .body = reply.readAll()});
-    } else {
+    const int status = reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+    const bool isSuccess = status >= 200 && status < 300;
+    if (isSuccess && reply.bytesAvailable() > URLSession::mostBody)
+        loading.fail(std::make_exception_ptr(URLError(URLError::Code::other, u"The answer is too large."_s)));
+    else if (isAnswer(status, isSuccess, reply.error()))
+        loading.fulfil(URLSession::Response{.status = status, .body = reply.read(URLSession::mostBody)});
+    else
         loading.fail(std::make_exception_ptr(URLError(URLError::codeOf(reply.error()), reply.errorString())));
-    }
+}
+
+void settleIfLarge(Loading &loading, QNetworkReply &reply) {
+    if (reply.bytesAvailable() > URLSession::mostBody)
+        settle(loading, reply);
 }
 
 } // namespace
@@ -45,8 +53,13 @@ URLSession::URLSession(QNetworkAccessManager &network, std::shared_ptr<Clock> cl
 QCoro::Task<URLSession::Response> URLSession::get(QUrl url, std::stop_token stop) {
     const auto loading = std::make_shared<Loading>(std::make_exception_ptr(Cancelled()));
     const auto loaded = loading->future();
-    const QPointer<QNetworkReply> reply = _network.get(QNetworkRequest(url));
+    QNetworkRequest request(url);
+    // Qt doesn't notice when a packed body ends too early.
+    request.setRawHeader("Accept-Encoding", "identity");
+    const QPointer<QNetworkReply> reply = _network.get(request);
     QObject::connect(reply, &QNetworkReply::finished, reply, [loading, raw = reply.data()] { settle(*loading, *raw); });
+    QObject::connect(reply, &QNetworkReply::readyRead, reply,
+                     [loading, raw = reply.data()] { settleIfLarge(*loading, *raw); });
     // The manager takes its replies with it.
     QObject::connect(reply, &QObject::destroyed, [loading] { loading->fail(std::make_exception_ptr(Cancelled())); });
     const auto alarm = _clock->after(patience, [loading] {

@@ -229,6 +229,56 @@ private Q_SLOTS:
         QVERIFY(bench.script->requests.empty());
     }
 
+    void aBodyThatIsNotWholeIsNoToken_data() {
+        QTest::addColumn<QByteArray>("rest");
+        const auto packed = [](const QByteArray &bytes) {
+            return "Content-Encoding: gzip\r\nContent-Length: " + QByteArray::number(bytes.size()) + "\r\n\r\n" + bytes;
+        };
+        // 20 times "dev-token" and some more, as gzip packs it.
+        auto gzip = QByteArray::fromHex("1f8b08000000000002034b492dd32dc9cf4ecd4b193a8cc4a4640543236385"
+                                        "8aca2a85c2c242004d4ffae8c3000000");
+        QTest::newRow("broken chunks") << QByteArray(
+            "Transfer-Encoding: chunked\r\n\r\n9\r\ndev-token\r\n-5\r\nabcde\r\n");
+        QTest::newRow("packed unasked") << packed(gzip);
+        QTest::newRow("cut off while it was packed") << packed(gzip.left(35));
+        QTest::newRow("its end is not packed") << packed(gzip.left(25) + "dev-token");
+        gzip[gzip.size() - 6] = '?';
+        QTest::newRow("its checksum is another") << packed(gzip);
+        const QByteArray large(URLSession::mostBody + 1, 't');
+        QTest::newRow("larger than any token")
+            << QByteArray("Content-Length: " + QByteArray::number(large.size()) + "\r\n\r\n" + large);
+        QTest::newRow("larger and without an end") << QByteArray("\r\n" + large);
+    }
+    void aBodyThatIsNotWholeIsNoToken() {
+        QFETCH(const QByteArray, rest);
+        Bench bench("HTTP/1.1 200 OK\r\nConnection: close\r\n" + rest);
+        QVERIFY(bench.connect().succeeded());
+        QVERIFY(!bench.message().isEmpty());
+        QVERIFY(bench.script->requests.empty());
+        QVERIFY(bench.model->stored.empty());
+        QVERIFY(bench.server.requests.value(0).contains("Accept-Encoding: identity\r\n"));
+    }
+
+    void aBodyOfTheLimitIsRead() {
+        const QByteArray body(URLSession::mostBody, 't');
+        LocalServer server(LocalServer::response(200, body));
+        QNetworkAccessManager network;
+        URLSession session(network, std::make_shared<ManualClock>());
+        const auto outcome = outcomeOf(session.get(server.url()));
+        QVERIFY(outcome.succeeded());
+        QCOMPARE(outcome.value->body, body);
+    }
+
+    void aLargePageOfARefusalIsCutOffAndItsStatusCounts() {
+        LocalServer server(LocalServer::response(503, QByteArray(10 * URLSession::mostBody, 'p')));
+        QNetworkAccessManager network;
+        URLSession session(network, std::make_shared<ManualClock>());
+        const auto outcome = outcomeOf(session.get(server.url()));
+        QVERIFY(outcome.succeeded());
+        QCOMPARE(outcome.value->status, 503);
+        QVERIFY(outcome.value->body.size() <= URLSession::mostBody);
+    }
+
     void theTokensAreInNoLogLine() {
         const LogCapture log;
         Bench bench;
