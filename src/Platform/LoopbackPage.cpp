@@ -65,11 +65,11 @@ QByteArray LoopbackPage::authority() const {
 
 void LoopbackPage::take() {
     while (QTcpSocket *const socket = _server.nextPendingConnection()) {
-        if (_server.findChildren<QTcpSocket *>(Qt::FindDirectChildrenOnly).size() > connectionLimit) {
-            socket->abort();
-            socket->deleteLater();
-            continue;
-        }
+        // A program that holds connections open and says nothing must not keep the user's browser out.
+        if (_open.size() >= connectionLimit)
+            _open.takeFirst()->abort();
+        _open.append(socket);
+        connect(socket, &QTcpSocket::disconnected, this, [this, socket] { _open.removeOne(socket); });
         connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
         socket->setReadBufferSize(HttpRequestReader::headLimit);
         const auto reader = std::make_shared<HttpRequestReader>();

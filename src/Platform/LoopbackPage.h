@@ -2,6 +2,7 @@
 
 #include "Platform/HttpRequestReader.h"
 
+#include <QList>
 #include <QObject>
 #include <QTcpServer>
 #include <QUrl>
@@ -15,8 +16,8 @@ namespace zelk {
 /// One page for the browser of this machine's user, and one answer from it.
 ///
 /// It listens on 127.0.0.1 alone, at a port that the system chooses and a path of 128 random bits; whoever doesn't know
-/// both gets nothing. A page of another origin, and one that reached this address by a name, is refused. It belongs to
-/// the main thread.
+/// both gets nothing. Of too many connections the newest are kept. A page of another origin, and one that reached this
+/// address by a name, is refused. It belongs to the main thread.
 class LoopbackPage : public QObject {
     Q_OBJECT
 
@@ -52,6 +53,7 @@ private:
     const Content _content;
     const Accept _accept;
     const QByteArray _path;
+    QList<QTcpSocket *> _open; ///< the oldest first; it must outlive the server, whose connections they are
     QTcpServer _server;
     bool _isAnswered = false;
 };
