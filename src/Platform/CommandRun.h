@@ -12,7 +12,7 @@ namespace zelk {
 
 /// How a program ended, and what it said until then: the first mebibyte of each.
 struct CommandEnd {
-    int exitStatus = 0; ///< -1 if a signal ended it
+    int exitStatus = 0; ///< -1 if a signal ended it, or nobody can tell
     QByteArray output;
     QByteArray error; ///< empty if it was asked for together with the output
 };

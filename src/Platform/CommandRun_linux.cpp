@@ -69,7 +69,7 @@ private:
 class StopSignal {
 public:
     explicit StopSignal(const std::stop_token &stop)
-        : _stop(stop), _wake(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)), _callback(stop, Wake{_wake.get()}) {}
+        : _stop(stop), _wake(makeWake()), _callback(stop, Wake{_wake.get()}) {}
 
     int descriptor() const { return _wake.get(); }
     bool isAskedFor() const { return _stop.stop_requested(); }
@@ -82,6 +82,13 @@ private:
             [[maybe_unused]] const auto written = ::write(descriptor, &one, sizeof one);
         }
     };
+    static UniqueFd makeWake() {
+        UniqueFd wake(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK));
+        if (!wake)
+            throw std::system_error(errno, std::system_category(), "eventfd");
+        return wake;
+    }
+
     std::stop_token _stop;
     UniqueFd _wake;
     std::stop_callback<Wake> _callback;
@@ -140,7 +147,13 @@ private:
     }
 
     bool hasEnded() {
-        return ::waitid(P_PID, static_cast<id_t>(_pid), &_info, WEXITED | WNOHANG) == 0 && _info.si_pid == _pid;
+        if (::waitid(P_PID, static_cast<id_t>(_pid), &_info, WEXITED | WNOHANG) == 0)
+            return _info.si_pid == _pid;
+        if (errno == EINTR)
+            return false;
+        // Somebody else has taken its end, and how it was with it.
+        _info = {};
+        return true;
     }
 
     void listen(qsizetype most) {

@@ -2,6 +2,7 @@
 #include "Platform/StandIn.h"
 #include "Support/Cancelled.h"
 
+#include <QScopeGuard>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -9,6 +10,8 @@
 #include <csignal>
 #include <system_error>
 #include <thread>
+
+#include <sys/resource.h>
 
 using namespace zelk;
 using namespace std::chrono_literals;
@@ -144,6 +147,30 @@ private Q_SLOTS:
         QVERIFY_THROWS_EXCEPTION(Cancelled, runCommand(program("touch \"$1\""), {mark}, CommandErrors::apart,
                                                        {.most = {}, .stop = stop.get_token()}));
         QVERIFY(!QFile::exists(mark));
+    }
+
+    void aProgramWhoseEndNobodyCanTellHasEnded() {
+        // The kernel forgets the children of a process that doesn't want to hear of them.
+        std::signal(SIGCHLD, SIG_IGN);
+        const auto restore = qScopeGuard([] { std::signal(SIGCHLD, SIG_DFL); });
+        const auto end = runCommand(program("echo out"), {}, CommandErrors::apart, {.most = 10s, .stop = {}});
+        QCOMPARE(end.exitStatus, -1);
+        QCOMPARE(end.output, "out\n");
+    }
+
+    void nothingIsStartedThatCouldNotBeStopped() {
+        rlimit before{};
+        QCOMPARE(::getrlimit(RLIMIT_NOFILE, &before), 0);
+        const rlimit none{.rlim_cur = 0, .rlim_max = before.rlim_max};
+        const auto path = program("exit 0");
+        QCOMPARE(::setrlimit(RLIMIT_NOFILE, &none), 0);
+        const auto restore = qScopeGuard([&before] { ::setrlimit(RLIMIT_NOFILE, &before); });
+        try {
+            runCommand(path, {}, CommandErrors::apart, {});
+            QFAIL("it was started");
+        } catch (const std::system_error &failure) {
+            QVERIFY2(QByteArray(failure.what()).startsWith("eventfd"), failure.what());
+        }
     }
 
     void textIsTrimmedAndMustBeText_data() {
