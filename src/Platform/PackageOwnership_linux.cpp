@@ -1,12 +1,16 @@
 #include "Platform/PackageOwnership.h"
 
+#include "Platform/CommandRun.h"
 #include "Support/Cancelled.h"
 #include "Support/OneShot.h"
+#include "Support/SerialExecutor.h"
 
 #include <QCoroFuture>
-#include <QProcess>
+#include <QFileInfo>
+#include <QStandardPaths>
 
 #include <chrono>
+#include <system_error>
 #include <utility>
 
 namespace zelk {
@@ -28,33 +32,58 @@ QString patternFor(const QString &path) {
     return pattern;
 }
 
-bool meansOwned(int status, QProcess::ExitStatus exit) {
-    return exit != QProcess::NormalExit || status != 1;
+/// The path of `program`, which may be a name to be looked up. None where there is no such program.
+QString locate(const QString &program) {
+    if (!program.contains(u'/'))
+        return QStandardPaths::findExecutable(program);
+    return QFileInfo::exists(program) ? program : QString();
+}
+
+/// Blocks until the program has answered. Whatever is no clear no is a yes.
+bool isOwned(const QString &program, const QString &path, const std::stop_token &stop) {
+    const QStringList arguments{QStringLiteral("-S"), QStringLiteral("--"), patternFor(path)};
+    try {
+        const auto end = runCommand(program, arguments, CommandErrors::withTheOutput, {.most = {}, .stop = stop});
+        return end.exitStatus != 1;
+    } catch (const Cancelled &) {
+        return true;
+    } catch (const std::system_error &) {
+        return true;
+    }
+}
+
+/// On a thread of its own. The promise is the job's, so that it is kept even if the job never runs.
+void startAsking(const OneShotRef<bool> &answer, const QString &program, const QString &path,
+                 const std::stop_token &stop) {
+    SerialExecutor::make(QStringLiteral("orrim.zelk.package-ownership"))->post([answer, program, path, stop] {
+        answer->fulfil(isOwned(program, path, stop));
+    });
 }
 
 } // namespace
 
 QCoro::Task<bool> isOwnedByPackageManager(QString path, std::shared_ptr<Clock> clock, std::stop_token stop,
                                           QString program) {
-    const auto cancelled = std::make_exception_ptr(Cancelled());
-    const auto answer = std::make_shared<OneShot<bool>>(cancelled);
+    const QString located = locate(program);
+    if (located.isEmpty())
+        co_return false;
+    auto answer = std::make_shared<OneShot<bool>>(std::make_exception_ptr(Cancelled()));
     const auto future = answer->future();
-    QProcess asking; // released, it ends a child that still runs
-    asking.setStandardInputFile(QProcess::nullDevice());
-    asking.setStandardOutputFile(QProcess::nullDevice());
-    asking.setStandardErrorFile(QProcess::nullDevice());
-    QObject::connect(&asking, &QProcess::finished, &asking,
-                     [answer](int status, QProcess::ExitStatus exit) { answer->fulfil(meansOwned(status, exit)); });
-    QObject::connect(&asking, &QProcess::errorOccurred, &asking, [answer](QProcess::ProcessError error) {
-        if (error == QProcess::FailedToStart)
-            answer->fulfil(false);
+    const std::weak_ptr<OneShot<bool>> open = answer;
+    std::stop_source ending;
+    const auto alarm = clock->after(patience, [open, ending]() mutable {
+        if (const auto waiting = open.lock())
+            waiting->fulfil(true);
+        ending.request_stop();
     });
-    const auto alarm = clock->after(patience, [answer] { answer->fulfil(true); });
-    const std::stop_callback onStop(stop, [answer, cancelled] { answer->fail(cancelled); });
-    asking.start(program, QStringList() << QStringLiteral("-S") << QStringLiteral("--") << patternFor(path));
+    const std::stop_callback onStop(stop, [open, ending]() mutable {
+        if (const auto waiting = open.lock())
+            waiting->fail(std::make_exception_ptr(Cancelled()));
+        ending.request_stop();
+    });
+    startAsking(answer, located, path, ending.get_token());
+    answer.reset();
     const bool owned = co_await future;
-    asking.disconnect();
-    asking.kill();
     if (stop.stop_requested())
         throw Cancelled();
     co_return owned;

@@ -55,6 +55,28 @@ private Q_SLOTS:
         QCOMPARE(ask(u"/opt/zelk"_s, _home.filePath(u"missing"_s)).value, false);
     }
 
+    void aProgramThatIsThereAndDoesNotStartCountsAsYes_data() {
+        QTest::addColumn<QString>("program");
+        const QString plain = _home.filePath(u"plain"_s);
+        QVERIFY(QFile(plain).open(QIODevice::WriteOnly));
+        QTest::newRow("not executable") << plain;
+        QTest::newRow("a folder") << _home.path();
+        const QString orphan = _home.filePath(u"orphan"_s);
+        QVERIFY(QFile::rename(manager("exit 1"), orphan));
+        QFile file(orphan);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write("#!/nowhere/sh\nexit 1\n");
+        QTest::newRow("its interpreter is missing") << orphan;
+    }
+    void aProgramThatIsThereAndDoesNotStartCountsAsYes() {
+        QFETCH(const QString, program);
+        QCOMPARE(ask(u"/opt/zelk"_s, program).value, true);
+    }
+
+    void aNameThatIsNowhereInThePathOwnsNothing() {
+        QCOMPARE(ask(u"/opt/zelk"_s, u"zelk-no-such-program"_s).value, false);
+    }
+
     void thePathIsAskedForCharacterByCharacter() {
         const QString program =
             manager("[ \"$1\" = -S ] && [ \"$2\" = -- ] && [ \"$3\" = '/opt/a\\*b\\?\\[c\\\\d e' ]");
@@ -74,7 +96,7 @@ private Q_SLOTS:
         QCOMPARE(outcome->value, true);
         QFile file(program + u".pid"_s);
         QVERIFY(file.open(QIODevice::ReadOnly));
-        QVERIFY(!QFile::exists(u"/proc/%1/cwd"_s.arg(QString::fromLatin1(file.readAll().trimmed()))));
+        QTRY_VERIFY(!QFile::exists(u"/proc/%1/cwd"_s.arg(QString::fromLatin1(file.readAll().trimmed()))));
     }
 
     void itEndsWhenItIsAskedToStop() {
