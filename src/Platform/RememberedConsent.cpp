@@ -34,12 +34,14 @@ QCoro::Task<std::optional<bool>> RememberedConsent::ask() {
         const auto question = _question.lock();
         if (!question)
             co_return std::nullopt;
-        _asking = question->ask(_wording);
+        _asking = std::make_shared<Asking>(question->ask(_wording));
     }
-    const auto asking = *_asking;
-    const auto given = co_await asking;
-    // The first of those who waited keeps it; meanwhile it may have been given elsewhere, and that was later.
-    _asking.reset();
+    const auto asking = _asking;
+    const auto given = co_await *asking;
+    // The first of those who waited may have asked anew by now.
+    if (_asking == asking)
+        _asking.reset();
+    // The first keeps the answer; meanwhile it may have been given elsewhere, and that was later.
     if (!answer() && given != Question::Answer::none)
         setAnswer(given == Question::Answer::yes);
     co_return answer();

@@ -29,11 +29,13 @@ public:
     QCoro::Task<std::optional<bool>> ask();
 
 private:
+    using Asking = QFuture<Question::Answer>;
+
     const std::shared_ptr<UserDefaults> _defaults;
     const QString _key;
     const std::weak_ptr<Question> _question;
     const Question::Wording _wording;
-    std::optional<QFuture<Question::Answer>> _asking;
+    std::shared_ptr<Asking> _asking; ///< the question that stands
 };
 
 } // namespace zelk

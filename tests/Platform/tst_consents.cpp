@@ -49,6 +49,14 @@ struct Bench {
     }
 };
 
+/// Somebody who doesn't leave it at a question that was closed.
+QCoro::Task<std::optional<bool>> askTwice(std::shared_ptr<RememberedConsent> consent) {
+    auto first = consent->ask();
+    co_await first;
+    auto second = consent->ask();
+    co_return co_await second;
+}
+
 } // namespace
 
 Q_DECLARE_METATYPE(zelk::Question::Answer)
@@ -122,6 +130,25 @@ private Q_SLOTS:
         QTRY_VERIFY(first->isOver() && second->isOver());
         QCOMPARE(*first->value, std::optional(true));
         QCOMPARE(*second->value, std::optional(true));
+    }
+
+    void aQuestionThatIsAskedAgainAtOnceIsOneForAllAsWell() {
+        Bench bench;
+        QObject owner;
+        const auto persistent = observe(&owner, askTwice(bench.consent));
+        const auto second = observe(&owner, bench.consent->ask());
+        QCoreApplication::processEvents();
+        QCOMPARE(bench.question->asked.size(), 1u);
+        bench.question->settle(Answer::none);
+        QTRY_VERIFY(second->isOver());
+        QVERIFY(!persistent->isOver());
+        const auto third = observe(&owner, bench.consent->ask());
+        QCoreApplication::processEvents();
+        QCOMPARE(bench.question->asked.size(), 2u);
+        bench.question->settle(Answer::yes);
+        QTRY_VERIFY(persistent->isOver() && third->isOver());
+        QCOMPARE(*persistent->value, std::optional(true));
+        QCOMPARE(*third->value, std::optional(true));
     }
 
     void anAnswerGivenElsewhereMeanwhileStands() {
