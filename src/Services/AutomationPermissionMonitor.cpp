@@ -31,10 +31,11 @@ void AutomationPermissionMonitor::recheck() {
 QCoro::Task<AppleMusicLocalAccess::Status> AutomationPermissionMonitor::requestAccess() {
     const QPointer self(this);
     auto requesting = _access.request();
-    const auto status = co_await requesting;
+    const auto answered = co_await requesting;
+    // It may have changed on the way back from the other thread.
     if (self)
-        self->setStatus(status);
-    co_return status;
+        self->recheck();
+    co_return self ? self->_status : answered;
 }
 
 void AutomationPermissionMonitor::setStatus(AppleMusicLocalAccess::Status status) {

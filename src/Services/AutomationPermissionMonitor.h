@@ -26,7 +26,7 @@ public:
 
     /// Reads the status, without asking.
     void recheck();
-    /// Asks, and gives the new status. The monitor may go meanwhile.
+    /// Asks, and gives the status that holds then. The monitor may go meanwhile.
     QCoro::Task<AppleMusicLocalAccess::Status> requestAccess();
 
 Q_SIGNALS:

@@ -39,7 +39,10 @@ public:
         }
         if (fails)
             throw std::runtime_error("broken");
-        return status;
+        const ConsentStatus answer = status;
+        if (askIfNeeded)
+            hasRead.release();
+        return answer;
     }
 
     std::atomic<ConsentStatus> status = ConsentStatus::undetermined;
@@ -49,6 +52,7 @@ public:
     std::atomic_int reads = 0;
     std::atomic_int asks = 0;
     QSemaphore mayGoOn;
+    QSemaphore hasRead;
 };
 
 class ScriptedSettings final : public ConsentSettings {
@@ -138,6 +142,21 @@ private Q_SLOTS:
         QCOMPARE(bench.monitor->status(), authorized);
         QCOMPARE(told.count(), 1);
         QCOMPARE(outcomeOf(bench.monitor->requestAccess()).value, authorized);
+        QCOMPARE(told.count(), 1);
+    }
+
+    void whatChangedOnTheWayBackIsWhatCounts() {
+        Bench bench;
+        bench.consent->status = authorized;
+        QSignalSpy told(&*bench.monitor, &AutomationPermissionMonitor::statusChanged);
+        QObject owner;
+        const auto outcome = observe(&owner, bench.monitor->requestAccess());
+        QCoreApplication::processEvents();
+        bench.consent->hasRead.acquire();
+        bench.consent->status = denied;
+        QTRY_VERIFY(outcome->isOver());
+        QCOMPARE(bench.monitor->status(), denied);
+        QCOMPARE(outcome->value, denied);
         QCOMPARE(told.count(), 1);
     }
 
