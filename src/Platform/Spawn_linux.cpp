@@ -23,31 +23,57 @@ void check(int error, const char *what) {
         throw std::system_error(error, std::system_category(), what);
 }
 
-class Settings {
+/// What the child finds as its first descriptors.
+class Actions {
 public:
-    explicit Settings(const Descriptors &descriptors) {
-        check(::posix_spawn_file_actions_init(&actions), "posix_spawn");
-        check(::posix_spawn_file_actions_adddup2(&actions, descriptors.input, STDIN_FILENO), "posix_spawn");
-        check(::posix_spawn_file_actions_adddup2(&actions, descriptors.output, STDOUT_FILENO), "posix_spawn");
-        check(::posix_spawn_file_actions_adddup2(&actions, descriptors.error, STDERR_FILENO), "posix_spawn");
-        check(::posix_spawnattr_init(&attributes), "posix_spawn");
+    explicit Actions(const Descriptors &descriptors) {
+        replace(descriptors.input, STDIN_FILENO);
+        replace(descriptors.output, STDOUT_FILENO);
+        replace(descriptors.error, STDERR_FILENO);
+    }
+    const posix_spawn_file_actions_t *get() const { return &_handle.actions; }
+
+private:
+    /// Released even when what is made of it fails.
+    struct Handle {
+        Handle() { check(::posix_spawn_file_actions_init(&actions), "posix_spawn"); }
+        ~Handle() { ::posix_spawn_file_actions_destroy(&actions); }
+        Q_DISABLE_COPY_MOVE(Handle)
+        posix_spawn_file_actions_t actions{};
+    };
+
+    void replace(int from, int to) {
+        check(::posix_spawn_file_actions_adddup2(&_handle.actions, from, to), "posix_spawn");
+    }
+
+    Handle _handle;
+};
+
+/// Which signals it finds blocked, and which at their default.
+class Attributes {
+public:
+    Attributes() {
         sigset_t none;
         ::sigemptyset(&none);
-        check(::posix_spawnattr_setsigmask(&attributes, &none), "posix_spawn");
+        check(::posix_spawnattr_setsigmask(&_handle.attributes, &none), "posix_spawn");
         sigset_t defaults;
         ::sigemptyset(&defaults);
         ::sigaddset(&defaults, SIGPIPE);
-        check(::posix_spawnattr_setsigdefault(&attributes, &defaults), "posix_spawn");
-        check(::posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF), "posix_spawn");
+        check(::posix_spawnattr_setsigdefault(&_handle.attributes, &defaults), "posix_spawn");
+        check(::posix_spawnattr_setflags(&_handle.attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF),
+              "posix_spawn");
     }
-    ~Settings() {
-        ::posix_spawn_file_actions_destroy(&actions);
-        ::posix_spawnattr_destroy(&attributes);
-    }
-    Q_DISABLE_COPY_MOVE(Settings)
+    const posix_spawnattr_t *get() const { return &_handle.attributes; }
 
-    posix_spawn_file_actions_t actions{};
-    posix_spawnattr_t attributes{};
+private:
+    struct Handle {
+        Handle() { check(::posix_spawnattr_init(&attributes), "posix_spawn"); }
+        ~Handle() { ::posix_spawnattr_destroy(&attributes); }
+        Q_DISABLE_COPY_MOVE(Handle)
+        posix_spawnattr_t attributes{};
+    };
+
+    Handle _handle;
 };
 
 } // namespace
@@ -74,7 +100,8 @@ void makeNonBlocking(const UniqueFd &fd) {
 }
 
 pid_t start(const QString &program, const QStringList &arguments, const Descriptors &descriptors) {
-    const Settings settings(descriptors);
+    const Actions actions(descriptors);
+    const Attributes attributes;
     std::vector<QByteArray> words{QFile::encodeName(program)};
     for (const auto &argument : arguments)
         words.push_back(argument.toUtf8());
@@ -83,7 +110,7 @@ pid_t start(const QString &program, const QStringList &arguments, const Descript
         argv.push_back(word.data());
     argv.push_back(nullptr);
     pid_t pid = 0;
-    check(::posix_spawn(&pid, words.front().constData(), &settings.actions, &settings.attributes, argv.data(), environ),
+    check(::posix_spawn(&pid, words.front().constData(), actions.get(), attributes.get(), argv.data(), environ),
           words.front().constData());
     return pid;
 }

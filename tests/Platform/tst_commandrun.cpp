@@ -1,4 +1,5 @@
 #include "Platform/CommandRun.h"
+#include "Platform/Spawn_linux.h"
 #include "Platform/StandIn.h"
 #include "Support/Cancelled.h"
 
@@ -171,6 +172,11 @@ private Q_SLOTS:
         } catch (const std::system_error &failure) {
             QVERIFY2(QByteArray(failure.what()).startsWith("eventfd"), failure.what());
         }
+    }
+
+    void whatCouldNotBeStartedLeavesNothingBehind() {
+        QVERIFY_THROWS_EXCEPTION(std::system_error,
+                                 spawn::start(program("exit 0"), {}, {.input = 0, .output = 1, .error = -1}));
     }
 
     void textIsTrimmedAndMustBeText_data() {
