@@ -29,11 +29,11 @@
 
 #include <QCoreApplication>
 #include <QDateTime>
-#include <QDesktopServices>
 #include <QFileInfo>
 #include <QNetworkAccessManager>
 #include <QStandardPaths>
 
+#include <functional>
 #include <utility>
 
 using namespace Qt::Literals::StringLiterals;
@@ -44,10 +44,6 @@ namespace {
 
 QString tr(const char *text) {
     return QCoreApplication::translate("zelk", text);
-}
-
-void openUrl(const QUrl &url) {
-    QDesktopServices::openUrl(url);
 }
 
 /// The engine of this machine, as a child of this process.
@@ -79,7 +75,8 @@ Question::Wording signInWording() {
 
 /// The sign-ins and consents of this process, which ask the user in dialogs of our own.
 struct SignIn {
-    SignIn(DialogHost &dialogs, std::shared_ptr<UserDefaults> defaults, const std::shared_ptr<Clock> &clock)
+    SignIn(DialogHost &dialogs, std::shared_ptr<UserDefaults> defaults, const std::shared_ptr<UrlOpener> &opener,
+           const std::shared_ptr<Clock> &clock)
         : question(std::make_shared<QuestionDialog>(dialogs)), libraryFile(MusicLibrary::defaultFile()),
           library(std::make_shared<RememberedConsent>(defaults, u"musicLibraryConsent"_s, question,
                                                       libraryWording(libraryFile))),
@@ -90,7 +87,7 @@ struct SignIn {
               [this] { monitor->recheck(); })),
           appleMusic({.authorization = MusicAuthorization::make(account),
                       .makeTokenProvider =
-                          [browser = MusicUserTokenProvider::Browser{.opener = UrlOpener::make(), .clock = clock}] {
+                          [browser = MusicUserTokenProvider::Browser{.opener = opener, .clock = clock}] {
                               return MusicUserTokenProvider::make(browser);
                           },
                       .session = std::make_shared<URLSession>(network, clock)}),
@@ -172,7 +169,7 @@ UpdaterSurroundings updaterSurroundings(UpdateUserDriver &driver, const std::sha
 
 struct ZELKApp::Parts {
     explicit Parts(Attendance attendance)
-        : signIn(dialogs, defaults, clock), artwork(artworkOf(signIn, clock)),
+        : signIn(dialogs, defaults, opener, clock), artwork(artworkOf(signIn, clock)),
           model(engineLauncher(clock), modelSurroundings(signIn, defaults, clock)), updateDialog(dialogs),
           updater(updates(attendance)) {}
 
@@ -182,9 +179,14 @@ struct ZELKApp::Parts {
         return surroundings;
     }
 
+    std::function<void(const QUrl &url)> openUrl() const {
+        return [opener = opener](const QUrl &url) { opener->open(url); };
+    }
+
     const std::shared_ptr<Clock> clock = std::make_shared<BootClock>();
     const std::shared_ptr<UserDefaults> defaults = UserDefaults::standard();
-    const std::shared_ptr<FileBrowser> files = FileBrowser::ofSession(openUrl);
+    const std::shared_ptr<UrlOpener> opener = UrlOpener::make();
+    const std::shared_ptr<FileBrowser> files = FileBrowser::ofSession(openUrl());
     const std::shared_ptr<Appearance> appearance = std::make_shared<Appearance>(DesktopSettings::ofSession(), defaults);
     DialogHost dialogs{appearance};
     SignIn signIn;
@@ -207,7 +209,7 @@ MainWindow::Surroundings ZELKApp::windowSurroundings() const {
             .files = _parts->files,
             .appearance = _parts->appearance,
             .defaults = _parts->defaults,
-            .openUrl = openUrl,
+            .openUrl = _parts->openUrl(),
             .checkForUpdates = [this] { _parts->updater.checkForUpdates(); }};
 }
 

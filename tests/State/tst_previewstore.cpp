@@ -3,6 +3,7 @@
 #include "Support/LogCapture.h"
 #include "Support/ManualClock.h"
 #include "Support/ScriptedClient.h"
+#include "Support/Settle.h"
 
 #include <QSignalSpy>
 #include <QTest>
@@ -38,11 +39,6 @@ class TestPreviewStore : public QObject {
     const PlaylistDTO b = playlistOf(u"b"_s, u"B"_s);
     const PlaylistDTO c = playlistOf(u"c"_s, u"C"_s);
 
-    /// Lets what is posted run, and what that posts.
-    static void settle() {
-        for (int i = 0; i < 10; ++i)
-            QCoreApplication::processEvents();
-    }
     void passDebounce() {
         settle();
         clock->advance(debounce);

@@ -2,6 +2,7 @@
 #include "App/Surroundings.h"
 #include "Support/SampleData.h"
 #include "Support/ScriptedClient.h"
+#include "Support/Settle.h"
 #include "Views/BannerLogic.h"
 
 #include <QSignalSpy>
@@ -21,10 +22,6 @@ class BannerLogicTest : public QObject {
     std::unique_ptr<AppModel> model;
     std::unique_ptr<BannerLogic> logic;
 
-    static void settle() {
-        for (int i = 0; i < 20; ++i)
-            QCoreApplication::processEvents();
-    }
     void show(Kind kind, const std::optional<QString> &code) {
         SyncBanner banner = SyncBanner::error(u"It broke"_s, code);
         banner.kind = kind;
