@@ -1,11 +1,10 @@
 // The longest gap of a 16 ms tick on the main thread while a run of 300,000 events comes through the pipe into the open
 // window: client, bridge, stores, models and views, all of it.
-#include "App/AppModel.h"
-#include "App/Surroundings.h"
+#include "OpenWindow.h"
+
 #include "Platform/BootClock.h"
 #include "Platform/ProcessSignals.h"
 #include "Transport/HelperClient.h"
-#include "Views/MainWindow.h"
 
 #include <QElapsedTimer>
 #include <QFile>
@@ -70,15 +69,9 @@ int main(int argc, char **argv) {
         const auto client = std::make_shared<HelperClient>(process, clock);
         return AppModel::Engine{.client = client, .start = [client] { return client->start(); }};
     };
-    const auto around = surroundings(clock);
-    AppModel model(launcher, around);
-    MainWindow window(model, {.clock = clock,
-                              .files = FileBrowser::ofSession([](const QUrl &) {}),
-                              .appearance = std::make_shared<Appearance>(DesktopSettings::ofSession(), around.defaults),
-                              .defaults = around.defaults,
-                              .openUrl = {},
-                              .checkForUpdates = {}});
-    if (!window.window())
+    OpenWindow open(launcher, clock);
+    AppModel &model = open.model;
+    if (!open.window.window())
         return 2;
 
     QElapsedTimer sinceTick;
