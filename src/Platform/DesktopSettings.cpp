@@ -19,4 +19,9 @@ void DesktopSettings::setReducedMotion(bool isReduced) {
         Q_EMIT reducedMotionChanged();
 }
 
+void DesktopSettings::setTextScale(double scale) {
+    if (std::exchange(_textScale, scale) != scale)
+        Q_EMIT textScaleChanged();
+}
+
 } // namespace zelk

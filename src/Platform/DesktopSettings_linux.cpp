@@ -7,6 +7,7 @@
 #include <QDBusVariant>
 
 #include <array>
+#include <cmath>
 #include <optional>
 
 namespace zelk {
@@ -17,7 +18,7 @@ const QString service = QStringLiteral("org.freedesktop.portal.Desktop");
 const QString objectPath = QStringLiteral("/org/freedesktop/portal/desktop");
 const QString interface = QStringLiteral("org.freedesktop.portal.Settings");
 
-enum Key : std::size_t { colorSchemeKey, contrastKey, reducedMotionKey, enableAnimationsKey, keyCount };
+enum Key : std::size_t { colorSchemeKey, contrastKey, reducedMotionKey, enableAnimationsKey, textScaleKey, keyCount };
 
 struct Name {
     QString group;
@@ -26,10 +27,12 @@ struct Name {
 
 std::array<Name, keyCount> names() {
     const QString appearance = QStringLiteral("org.freedesktop.appearance");
+    const QString gnome = QStringLiteral("org.gnome.desktop.interface");
     return {{{appearance, QStringLiteral("color-scheme")},
              {appearance, QStringLiteral("contrast")},
              {appearance, QStringLiteral("reduced-motion")},
-             {QStringLiteral("org.gnome.desktop.interface"), QStringLiteral("enable-animations")}}};
+             {gnome, QStringLiteral("enable-animations")},
+             {gnome, QStringLiteral("text-scaling-factor")}}};
 }
 
 /// The answer of `Read` holds a variant in a variant, that of other portals one less, the signal one.
@@ -104,6 +107,9 @@ private:
         case contrastKey:
             setIncreasedContrast(asExactly<uint>(_values[key]).value_or(0) == 1);
             break;
+        case textScaleKey:
+            setTextScale(scaleOf(asExactly<double>(_values[key]).value_or(1)));
+            break;
         default:
             setReducedMotion(isMotionReduced());
             break;
@@ -120,6 +126,8 @@ private:
             return ColorScheme::noPreference;
         }
     }
+
+    static double scaleOf(double told) { return std::isfinite(told) && told > 0 ? told : 1; }
 
     bool isMotionReduced() const {
         if (const auto reduced = asExactly<uint>(_values[reducedMotionKey]))

@@ -9,7 +9,7 @@ namespace zelk {
 
 namespace {
 
-QFont font(int pixelSize, QFont::Weight weight) {
+QFont typeface(int pixelSize, QFont::Weight weight) {
     static const bool hasInter = QFontDatabase::hasFamily(u"Inter"_s);
     QFont result = hasInter ? QFont(u"Inter"_s) : QGuiApplication::font();
     result.setPixelSize(pixelSize);
@@ -20,12 +20,23 @@ QFont font(int pixelSize, QFont::Weight weight) {
 
 } // namespace
 
-TypeScale::TypeScale()
-    : title2(font(17, QFont::Bold)), emptyTitle(font(17, QFont::DemiBold)), title3(font(15, QFont::DemiBold)),
-      headline(font(13, QFont::DemiBold)), body(font(13, QFont::Normal)), bodyMedium(font(13, QFont::Medium)),
-      callout(font(12, QFont::Normal)), calloutMedium(font(12, QFont::Medium)),
-      calloutSemibold(font(12, QFont::DemiBold)), caption(font(11, QFont::Normal)),
-      captionMedium(font(11, QFont::Medium)), captionSemibold(font(11, QFont::DemiBold)) {}
+TypeScale::TypeScale(double textScale) {
+    const auto font = [textScale](int pixelSize, QFont::Weight weight) {
+        return typeface(Tokens::scaled(pixelSize, textScale), weight);
+    };
+    title2 = font(17, QFont::Bold);
+    emptyTitle = font(17, QFont::DemiBold);
+    title3 = font(15, QFont::DemiBold);
+    headline = font(13, QFont::DemiBold);
+    body = font(13, QFont::Normal);
+    bodyMedium = font(13, QFont::Medium);
+    callout = font(12, QFont::Normal);
+    calloutMedium = font(12, QFont::Medium);
+    calloutSemibold = font(12, QFont::DemiBold);
+    caption = font(11, QFont::Normal);
+    captionMedium = font(11, QFont::Medium);
+    captionSemibold = font(11, QFont::DemiBold);
+}
 
 void MotionScale::setReduced(bool reduced) {
     if (m_reduced == reduced)

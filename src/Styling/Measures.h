@@ -9,6 +9,19 @@
 // The measures of Tokens as the views read them: Tokens.space.md, Tokens.size.trackRow, Tokens.font.body.
 namespace zelk {
 
+namespace Tokens {
+
+// How much larger than usual the user wants text.
+inline constexpr double leastTextScale = 1.0;
+inline constexpr double mostTextScale = 1.5;
+
+// What a measure of text, or of what holds text, comes to at that scale. Logical pixels.
+constexpr int scaled(int measure, double textScale) {
+    return static_cast<int>(measure * textScale + 0.5);
+}
+
+} // namespace Tokens
+
 namespace Tokens::Size { // logical pixels
 inline constexpr int trackRow = 34;
 inline constexpr int columnHead = 28;
@@ -77,6 +90,7 @@ public:
     const double logoRadiusShare = 0.28;  // the corner's part of a logo's tile
 };
 
+// Sizes at one scale of text: text() marks those that grow with it.
 class SizeScale : public QObject {
     Q_OBJECT
     QML_ANONYMOUS
@@ -87,6 +101,7 @@ class SizeScale : public QObject {
     Q_PROPERTY(int menuBar MEMBER menuBar CONSTANT)
     Q_PROPERTY(int toolbar MEMBER toolbar CONSTANT)
     Q_PROPERTY(int summaryBar MEMBER summaryBar CONSTANT)
+    Q_PROPERTY(int summaryLine MEMBER summaryLine CONSTANT)
     Q_PROPERTY(int strip MEMBER strip CONSTANT)
     Q_PROPERTY(int fileRow MEMBER fileRow CONSTANT)
     Q_PROPERTY(int sidebarMinimum MEMBER sidebarMinimum CONSTANT)
@@ -141,54 +156,63 @@ class SizeScale : public QObject {
     Q_PROPERTY(double textLineHeight MEMBER textLineHeight CONSTANT)
 
 public:
+    explicit SizeScale(double textScale = Tokens::leastTextScale) : m_textScale(textScale) {}
+
+private:
+    int text(int measure) const { return Tokens::scaled(measure, m_textScale); }
+
+    const double m_textScale; // before all that read it
+
+public:
     const int windowWidth = 1040;
     const int windowHeight = 720;
     const int windowMinimumWidth = 880;
     const int windowMinimumHeight = 600;
-    const int menuBar = 28;
-    const int toolbar = 52;
-    const int summaryBar = 44;
-    const int strip = 52;
-    const int fileRow = 24;
+    const int menuBar = text(28);
+    const int toolbar = text(52);
+    const int summaryBar = text(44);
+    const int summaryLine = text(16);
+    const int strip = text(52);
+    const int fileRow = text(24);
     const int sidebarMinimum = 240;
     const int sidebarIdeal = 280;
     const int sidebarMaximum = 360;
     const int inspectorMinimum = 300;
     const int inspectorIdeal = 340;
     const int inspectorMaximum = 420;
-    const int detailRoom = 640; // what the columns beside the detail pane leave it while they can
-    const int bannerMaximum = 560;
-    const int readingWidth = 360; // the widest that an explanation runs
-    const int dialogWidth = 440;
-    const int wideDialogWidth = 520;
-    const int dialogSymbol = 24;
-    const int notesMaximum = 240; // the highest that release notes stand before they scroll
-    const int trackRow = Tokens::Size::trackRow;
-    const int columnHead = Tokens::Size::columnHead;
-    const int groupCard = Tokens::Size::groupCard;
-    const int sectionHead = Tokens::Size::sectionHead;
-    const int playlistRow = Tokens::Size::playlistRow;
-    const int folderRow = Tokens::Size::folderRow;
+    const int detailRoom = text(640); // what the columns beside the detail pane leave it while they can
+    const int bannerMaximum = text(560);
+    const int readingWidth = text(360); // the widest that an explanation runs
+    const int dialogWidth = text(440);
+    const int wideDialogWidth = text(520);
+    const int dialogSymbol = text(24);
+    const int notesMaximum = text(240); // the highest that release notes stand before they scroll
+    const int trackRow = text(Tokens::Size::trackRow);
+    const int columnHead = text(Tokens::Size::columnHead);
+    const int groupCard = text(Tokens::Size::groupCard);
+    const int sectionHead = text(Tokens::Size::sectionHead);
+    const int playlistRow = text(Tokens::Size::playlistRow);
+    const int folderRow = text(Tokens::Size::folderRow);
     const int depthIndent = Tokens::Size::depthIndent;
-    const int button = 28;
-    const int smallButton = 22;
-    const int field = 28;
-    const int menuEntry = 28;
-    const int menuWidth = 260;
+    const int button = text(28);
+    const int smallButton = text(22);
+    const int field = text(28);
+    const int menuEntry = text(28);
+    const int menuWidth = text(260);
     const int bar = 4;
     const int meter = 6;
-    const int candidate = 50;
+    const int candidate = text(50);
     const double pickedStroke = 1.5;
     const int rowBar = 70;
-    const int logo = 18;
-    const int spinner = 12;
+    const int logo = text(18);
+    const int spinner = text(12);
     const int largeSpinner = 24;
-    const int symbol = 14;
-    const int smallSymbol = 12;
-    const int badgeSymbol = 14;
-    const int chevron = 10;
-    const int folderSymbol = 15;
-    const int bannerSymbol = 16;
+    const int symbol = text(14);
+    const int smallSymbol = text(12);
+    const int badgeSymbol = text(14);
+    const int chevron = text(10);
+    const int folderSymbol = text(15);
+    const int bannerSymbol = text(16);
     const int emptySymbol = 44;
     const int smallEmptySymbol = 36;
     const int hairline = 1;
@@ -220,7 +244,7 @@ class TypeScale : public QObject {
     Q_PROPERTY(QFont captionSemibold MEMBER captionSemibold CONSTANT)
 
 public:
-    TypeScale();
+    explicit TypeScale(double textScale = Tokens::leastTextScale);
 
     QFont title2, emptyTitle, title3, headline, body, bodyMedium;
     QFont callout, calloutMedium, calloutSemibold, caption, captionMedium, captionSemibold;

@@ -6,6 +6,9 @@
 #include <QGuiApplication>
 #include <QPalette>
 
+#include <algorithm>
+#include <utility>
+
 namespace zelk {
 
 TokensSingleton::TokensSingleton(QObject *parent) : QObject(parent) {
@@ -30,6 +33,17 @@ bool TokensSingleton::eventFilter(QObject *watched, QEvent *event) {
     if (watched == qApp && event->type() == QEvent::ApplicationPaletteChange)
         followApplication();
     return QObject::eventFilter(watched, event);
+}
+
+void TokensSingleton::setTextScale(double scale) {
+    const double held = std::clamp(scale, Tokens::leastTextScale, Tokens::mostTextScale);
+    if (m_textScale == held)
+        return;
+    m_textScale = held;
+    // The former ones stay until every view has read the new ones.
+    const auto size = std::exchange(m_size, std::make_unique<SizeScale>(held));
+    const auto type = std::exchange(m_type, std::make_unique<TypeScale>(held));
+    Q_EMIT textScaleChanged();
 }
 
 void TokensSingleton::preferDark(std::optional<bool> dark) {

@@ -8,6 +8,7 @@
 #include <QUrl>
 #include <qqmlregistration.h>
 
+#include <memory>
 #include <optional>
 
 namespace zelk {
@@ -21,8 +22,10 @@ class TokensSingleton : public QObject {
     Q_PROPERTY(zelk::SpaceScale *space READ space CONSTANT)
     Q_PROPERTY(zelk::RadiusScale *radius READ radius CONSTANT)
     Q_PROPERTY(zelk::ArtScale *art READ art CONSTANT)
-    Q_PROPERTY(zelk::SizeScale *size READ size CONSTANT)
-    Q_PROPERTY(zelk::TypeScale *font READ font CONSTANT)
+    // Made for one scale of text, and others when it changes: what reads through them follows.
+    Q_PROPERTY(zelk::SizeScale *size READ size NOTIFY textScaleChanged)
+    Q_PROPERTY(zelk::TypeScale *font READ font NOTIFY textScaleChanged)
+    Q_PROPERTY(double textScale READ textScale WRITE setTextScale NOTIFY textScaleChanged)
     Q_PROPERTY(zelk::MotionScale *motion READ motion CONSTANT)
     Q_PROPERTY(zelk::GlassEnvironment *glass READ glass CONSTANT)
 
@@ -33,10 +36,14 @@ public:
     SpaceScale *space() { return &m_space; }
     RadiusScale *radius() { return &m_radius; }
     ArtScale *art() { return &m_art; }
-    SizeScale *size() { return &m_size; }
-    TypeScale *font() { return &m_type; }
+    SizeScale *size() { return m_size.get(); }
+    TypeScale *font() { return m_type.get(); }
     MotionScale *motion() { return &m_motion; }
     GlassEnvironment *glass() { return &m_glass; }
+
+    // How much larger than usual the user wants text; held between the least and the most that the views are made for.
+    double textScale() const { return m_textScale; }
+    void setTextScale(double scale);
 
     // Dark or light whatever the application's own palette is; none follows that again.
     void preferDark(std::optional<bool> dark);
@@ -49,6 +56,9 @@ public:
 
     bool eventFilter(QObject *watched, QEvent *event) override;
 
+Q_SIGNALS:
+    void textScaleChanged();
+
 private:
     void followApplication();
 
@@ -56,8 +66,9 @@ private:
     SpaceScale m_space;
     RadiusScale m_radius;
     ArtScale m_art;
-    SizeScale m_size;
-    TypeScale m_type;
+    double m_textScale = Tokens::leastTextScale;
+    std::unique_ptr<SizeScale> m_size = std::make_unique<SizeScale>();
+    std::unique_ptr<TypeScale> m_type = std::make_unique<TypeScale>();
     MotionScale m_motion;
     GlassEnvironment m_glass;
     std::optional<bool> m_prefersDark;

@@ -14,6 +14,7 @@ Appearance::Appearance(std::shared_ptr<DesktopSettings> desktop, std::shared_ptr
     connect(m_desktop.get(), &DesktopSettings::colorSchemeChanged, this, &Appearance::changed);
     connect(m_desktop.get(), &DesktopSettings::increasedContrastChanged, this, &Appearance::changed);
     connect(m_desktop.get(), &DesktopSettings::reducedMotionChanged, this, &Appearance::changed);
+    connect(m_desktop.get(), &DesktopSettings::textScaleChanged, this, &Appearance::changed);
 }
 
 bool Appearance::reduceGlassEffects() const {
@@ -43,6 +44,7 @@ void Appearance::apply(TokensSingleton &tokens) const {
     tokens.preferDark(scheme == ColorScheme::noPreference ? std::nullopt : std::optional(scheme == ColorScheme::dark));
     tokens.motion()->setReduced(m_desktop->reducedMotion());
     tokens.glass()->setResolver(glass());
+    tokens.setTextScale(m_desktop->textScale());
 }
 
 } // namespace zelk

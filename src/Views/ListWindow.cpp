@@ -40,8 +40,10 @@ void ListWindow::setModel(MeasuredListModel *model) {
     // A spare delegate's entry belongs to the model that made it.
     reset();
     destroy(m_spare);
-    if (m_model)
+    if (m_model) {
+        m_model->setTextScale(m_textScale);
         connectModel();
+    }
     Q_EMIT modelChanged();
 }
 
@@ -77,6 +79,21 @@ void ListWindow::setViewHeight(double height) {
     m_viewHeight = height;
     polish();
     Q_EMIT viewChanged();
+}
+
+void ListWindow::setTextScale(double scale) {
+    if (m_textScale == scale)
+        return;
+    m_textScale = scale;
+    if (m_model) {
+        // What stands at the view's top stays there.
+        const int top = m_viewTop > 0 ? m_model->indexAt(m_viewTop) : -1;
+        const double before = top < 0 ? 0 : m_model->yOf(top);
+        m_model->setTextScale(scale);
+        if (top >= 0)
+            Q_EMIT contentShifted(m_model->yOf(top) - before);
+    }
+    Q_EMIT textScaleChanged();
 }
 
 void ListWindow::setCurrentIndex(int index) {

@@ -25,6 +25,8 @@ class ListWindow : public QQuickItem {
     // The part of this item that is in view, in its own coordinates.
     Q_PROPERTY(double viewTop READ viewTop WRITE setViewTop NOTIFY viewChanged)
     Q_PROPERTY(double viewHeight READ viewHeight WRITE setViewHeight NOTIFY viewChanged)
+    // How much larger than usual text is in the elements; the model measures by it.
+    Q_PROPERTY(double textScale READ textScale WRITE setTextScale NOTIFY textScaleChanged)
     // The element that the keyboard stands on, or -1. Follows its element when others come and go.
     Q_PROPERTY(int currentIndex READ currentIndex WRITE setCurrentIndex NOTIFY currentIndexChanged)
     // Whether the delegate of that element is to show it: while the keyboard is in this list.
@@ -42,6 +44,8 @@ public:
     void setViewTop(double top);
     double viewHeight() const { return m_viewHeight; }
     void setViewHeight(double height);
+    double textScale() const { return m_textScale; }
+    void setTextScale(double scale);
     int currentIndex() const { return m_currentIndex; }
     void setCurrentIndex(int index);
     bool currentShown() const { return m_currentShown; }
@@ -58,9 +62,10 @@ Q_SIGNALS:
     void modelChanged();
     void countChanged();
     void viewChanged();
+    void textScaleChanged();
     void currentIndexChanged();
     void currentShownChanged();
-    // Elements above the view came or went: scroll by as much to keep what is seen in its place.
+    // Elements above the view came, went or are of another height: scroll by as much to keep what is seen in its place.
     void contentShifted(double delta);
 
 protected:
@@ -98,6 +103,7 @@ private:
     Delegates m_spare;
     double m_viewTop = 0;
     double m_viewHeight = 0;
+    double m_textScale = 1;
     int m_currentIndex = -1;
     bool m_currentShown = false;
     double m_heightBefore = 0;

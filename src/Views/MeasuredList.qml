@@ -119,6 +119,7 @@ Flickable {
         model: list.model
         viewTop: list.contentY - list.topInset
         viewHeight: list.height
+        textScale: Tokens.textScale
         currentShown: list.activeFocus && column.byKeyboard
         onContentShifted: delta => list.contentY = Math.max(0, list.contentY + delta)
     }

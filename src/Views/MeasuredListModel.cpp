@@ -16,4 +16,12 @@ void ListEntry::setCurrent(bool current) {
     Q_EMIT currentChanged();
 }
 
+void MeasuredListModel::setTextScale(double scale) {
+    if (m_textScale == scale)
+        return;
+    m_textScale = scale;
+    remeasure();
+    Q_EMIT contentHeightChanged();
+}
+
 } // namespace zelk

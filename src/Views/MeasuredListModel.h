@@ -31,7 +31,7 @@ private:
     bool m_current = false;
 };
 
-// A list whose elements have several known heights and therefore exact places.
+// A list whose elements have several known heights and therefore exact places. They grow with the scale of text.
 class MeasuredListModel : public QAbstractListModel {
     Q_OBJECT
     QML_ELEMENT
@@ -40,6 +40,9 @@ class MeasuredListModel : public QAbstractListModel {
 
 public:
     using QAbstractListModel::QAbstractListModel;
+
+    double textScale() const { return m_textScale; }
+    void setTextScale(double scale);
 
     virtual double contentHeight() const = 0; // logical pixels
     Q_INVOKABLE virtual double yOf(int index) const = 0;
@@ -56,6 +59,13 @@ public:
 
 Q_SIGNALS:
     void contentHeightChanged();
+
+protected:
+    // Finds every place anew: the scale of text is another one.
+    virtual void remeasure() = 0;
+
+private:
+    double m_textScale = 1;
 };
 
 } // namespace zelk

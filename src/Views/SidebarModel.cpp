@@ -109,11 +109,11 @@ QHash<int, QByteArray> SidebarModel::roleNames() const {
 double SidebarModel::heightOf(int index) const {
     switch (kindOf(index)) {
     case Section:
-        return Tokens::Size::sectionHead;
+        return Tokens::scaled(Tokens::Size::sectionHead, textScale());
     case Folder:
-        return Tokens::Size::folderRow;
+        return Tokens::scaled(Tokens::Size::folderRow, textScale());
     default:
-        return Tokens::Size::playlistRow;
+        return Tokens::scaled(Tokens::Size::playlistRow, textScale());
     }
 }
 

@@ -41,6 +41,9 @@ public:
     std::unique_ptr<ListEntry> createEntry(int kind) const override;
     void load(ListEntry &entry, const QList<int> &roles) const override;
 
+protected:
+    void remeasure() override { measure(); }
+
 private:
     void measure();
 

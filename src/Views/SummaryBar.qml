@@ -27,7 +27,7 @@ GlassBackground {
 
         x: bar.inset
         y: Tokens.space.sm
-        height: Tokens.space.lg
+        height: Tokens.size.summaryLine
         spacing: Tokens.space.sm
 
         TextLine {

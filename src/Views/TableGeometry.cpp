@@ -6,11 +6,21 @@
 
 namespace zelk {
 
-namespace Size = Tokens::Size;
+TableGeometry::Heights::Heights(double textScale)
+    : card(Tokens::scaled(Tokens::Size::groupCard, textScale)),
+      columnHead(Tokens::scaled(Tokens::Size::columnHead, textScale)),
+      row(Tokens::scaled(Tokens::Size::trackRow, textScale)), tail(Tokens::Size::tableTail) {}
 
-double TableGeometry::Group::height() const {
-    const double table = collapsed ? 0 : Size::columnHead + static_cast<double>(shownRows()) * Size::trackRow;
-    return Size::groupCard + table + Size::tableTail;
+double TableGeometry::heightOf(const Group &group) const {
+    const double table =
+        group.collapsed ? 0 : m_heights.columnHead + static_cast<double>(group.shownRows()) * m_heights.row;
+    return m_heights.card + table + m_heights.tail;
+}
+
+void TableGeometry::setTextScale(double scale) {
+    m_heights = Heights(scale);
+    if (!m_groups.empty())
+        placeAfter(m_groups.begin());
 }
 
 TableGeometry::Range TableGeometry::append(int rows, bool collapsed) {
@@ -28,9 +38,14 @@ TableGeometry::Range TableGeometry::collapsible(int group) const {
 void TableGeometry::setCollapsed(int group, bool collapsed) {
     auto at = m_groups.begin() + group;
     at->collapsed = collapsed;
+    placeAfter(at);
+}
+
+void TableGeometry::placeAfter(std::vector<Group>::iterator first) {
+    auto at = first;
     for (auto next = at + 1; next != m_groups.end(); ++at, ++next) {
         next->firstElement = at->firstElement + at->elements();
-        next->y = at->y + at->height();
+        next->y = at->y + heightOf(*at);
     }
 }
 
@@ -39,7 +54,7 @@ int TableGeometry::elementCount() const {
 }
 
 double TableGeometry::height() const {
-    return m_groups.empty() ? 0 : m_groups.back().y + m_groups.back().height();
+    return m_groups.empty() ? 0 : m_groups.back().y + heightOf(m_groups.back());
 }
 
 const TableGeometry::Group &TableGeometry::groupOfElement(int element) const {
@@ -76,23 +91,23 @@ double TableGeometry::yOf(int element) const {
     if (local == 0)
         return group.y;
     if (local == group.elements() - 1)
-        return group.y + group.height() - Size::tableTail;
+        return group.y + heightOf(group) - m_heights.tail;
     if (local == 1)
-        return group.y + Size::groupCard;
-    return group.y + Size::groupCard + Size::columnHead + static_cast<double>(local - 2) * Size::trackRow;
+        return group.y + m_heights.card;
+    return group.y + m_heights.card + m_heights.columnHead + static_cast<double>(local - 2) * m_heights.row;
 }
 
 double TableGeometry::heightOf(int element) const {
     switch (placeOf(element).kind) {
     case Kind::groupHeader:
-        return Size::groupCard;
+        return m_heights.card;
     case Kind::columnHead:
-        return Size::columnHead;
+        return m_heights.columnHead;
     case Kind::row:
     case Kind::blankRow:
-        return Size::trackRow;
+        return m_heights.row;
     case Kind::tail:
-        return Size::tableTail;
+        return m_heights.tail;
     }
     return 0;
 }
@@ -106,14 +121,14 @@ int TableGeometry::elementAt(double y) const {
         return 0;
     const Group &group = *(after - 1);
     const double local = y - group.y;
-    if (local < Size::groupCard)
+    if (local < m_heights.card)
         return group.firstElement;
     const int last = group.firstElement + group.elements() - 1;
-    if (group.collapsed || local >= group.height() - Size::tableTail)
+    if (group.collapsed || local >= heightOf(group) - m_heights.tail)
         return last;
-    if (local < Size::groupCard + Size::columnHead)
+    if (local < m_heights.card + m_heights.columnHead)
         return group.firstElement + 1;
-    return group.firstElement + 2 + static_cast<int>((local - Size::groupCard - Size::columnHead) / Size::trackRow);
+    return group.firstElement + 2 + static_cast<int>((local - m_heights.card - m_heights.columnHead) / m_heights.row);
 }
 
 } // namespace zelk

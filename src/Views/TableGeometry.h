@@ -32,6 +32,9 @@ public:
     Range collapsible(int group) const;
     void setCollapsed(int group, bool collapsed);
 
+    // How much larger than usual text is: what holds it grows.
+    void setTextScale(double scale);
+
     int groupCount() const { return static_cast<int>(m_groups.size()); }
     int elementCount() const;
     double height() const; // logical pixels
@@ -45,6 +48,16 @@ public:
     int elementAt(double y) const;
 
 private:
+    // The heights of the elements at one scale of text.
+    struct Heights {
+        explicit Heights(double textScale);
+
+        int card;
+        int columnHead;
+        int row;
+        int tail;
+    };
+
     struct Group {
         int firstElement = 0;
         double y = 0;
@@ -53,11 +66,13 @@ private:
 
         int shownRows() const { return rows > 0 ? rows : 1; }
         int elements() const { return collapsed ? 2 : shownRows() + 3; }
-        double height() const;
     };
 
     const Group &groupOfElement(int element) const;
+    double heightOf(const Group &group) const;
+    void placeAfter(std::vector<Group>::iterator first);
 
+    Heights m_heights{1};
     std::vector<Group> m_groups;
 };
 

@@ -29,23 +29,25 @@ constexpr double dropAlbumBelow = 640;
 
 } // namespace
 
-TrackColumns::Layout TrackColumns::layout(double contentWidth, double detailWidth, bool roomy) {
-    const bool narrow = detailWidth < dropAlbumBelow;
-    double quality = qualityIdeal;
-    double source = sourceIdeal;
-    const double status = narrow ? statusNarrow : roomy ? statusRoomy : statusIdeal;
-    const double shared = contentWidth - coverRoom - timeRoom - status;
+TrackColumns::Layout TrackColumns::layout(double contentWidth, double detailWidth, bool roomy, double textScale) {
+    const auto text = [textScale](double room) { return std::round(room * textScale); };
+    const bool narrow = detailWidth < text(dropAlbumBelow);
+    double quality = text(qualityIdeal);
+    double source = text(sourceIdeal);
+    const double time = text(timeRoom);
+    const double status = text(narrow ? statusNarrow : roomy ? statusRoomy : statusIdeal);
+    const double shared = contentWidth - coverRoom - time - status;
     double names = shared - quality - source;
-    if (names < namesLeast) {
+    if (names < text(namesLeast)) {
         // The source's names are the wider content, so quality gives five parts where the source gives four.
-        const double need = namesLeast - names;
-        quality -= std::min(qualityIdeal - qualityLeast, std::ceil(need * 5 / 9));
-        source -= std::min(sourceIdeal - sourceLeast, need - (qualityIdeal - quality));
+        const double need = text(namesLeast) - names;
+        quality -= std::min(text(qualityIdeal) - text(qualityLeast), std::ceil(need * 5 / 9));
+        source -= std::min(text(sourceIdeal) - text(sourceLeast), need - (text(qualityIdeal) - quality));
         names = shared - quality - source;
     }
-    if (narrow && names < namesLeastNarrow)
+    if (narrow && names < text(namesLeastNarrow))
         names += std::exchange(quality, 0);
-    if (narrow && names < namesLeastNarrow)
+    if (narrow && names < text(namesLeastNarrow))
         names += std::exchange(source, 0);
     names = std::max(0.0, names);
 
@@ -62,7 +64,7 @@ TrackColumns::Layout TrackColumns::layout(double contentWidth, double detailWidt
     result.title = next(title, gap);
     result.artist = next(artist, gap);
     result.album = next(album, gap);
-    result.time = next(timeRoom, gap);
+    result.time = next(time, gap);
     result.quality = next(quality, gap);
     result.source = next(source, gap);
     result.status = next(status, 0);
@@ -83,10 +85,17 @@ void TrackColumns::setRoomy(bool roomy) {
     update();
 }
 
+void TrackColumns::setTextScale(double scale) {
+    if (m_textScale == scale)
+        return;
+    m_textScale = scale;
+    update();
+}
+
 void TrackColumns::update() {
     // The content starts under a header card's cover and ends as far from the right.
     static constexpr double inset = 2.0 * 2 * Tokens::Space::md;
-    m_layout = layout(m_width - inset, m_width, m_roomy);
+    m_layout = layout(m_width - inset, m_width, m_roomy, m_textScale);
     Q_EMIT changed();
 }
 

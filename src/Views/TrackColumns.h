@@ -13,6 +13,8 @@ class TrackColumns : public QObject {
     Q_PROPERTY(double width READ width WRITE setWidth NOTIFY changed)
     // Whether any download has shown in these tables: its text needs more room. Stays, so that nothing jumps.
     Q_PROPERTY(bool roomy READ roomy WRITE setRoomy NOTIFY changed)
+    // How much larger than usual text is: the columns of known content grow with it.
+    Q_PROPERTY(double textScale READ textScale WRITE setTextScale NOTIFY changed)
     Q_PROPERTY(double titleX READ titleX NOTIFY changed)
     Q_PROPERTY(double titleWidth READ titleWidth NOTIFY changed)
     Q_PROPERTY(double artistX READ artistX NOTIFY changed)
@@ -40,12 +42,14 @@ public:
     };
 
     // `detailWidth` decides what is dropped, `contentWidth` is what the columns share. Logical pixels.
-    static Layout layout(double contentWidth, double detailWidth, bool roomy);
+    static Layout layout(double contentWidth, double detailWidth, bool roomy, double textScale = 1);
 
     double width() const { return m_width; }
     void setWidth(double width);
     bool roomy() const { return m_roomy; }
     void setRoomy(bool roomy);
+    double textScale() const { return m_textScale; }
+    void setTextScale(double scale);
     double titleX() const { return m_layout.title.x; }
     double titleWidth() const { return m_layout.title.width; }
     double artistX() const { return m_layout.artist.x; }
@@ -69,6 +73,7 @@ private:
 
     double m_width = 0;
     bool m_roomy = false;
+    double m_textScale = 1;
     Layout m_layout;
 };
 

@@ -74,6 +74,9 @@ public:
 Q_SIGNALS:
     void showsDownloadsChanged();
 
+protected:
+    void remeasure() override { m_geometry.setTextScale(textScale()); }
+
 private:
     struct RowKey {
         int group;

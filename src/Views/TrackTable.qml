@@ -50,6 +50,7 @@ MeasuredList {
         id: grid
 
         width: table.width
+        textScale: Tokens.textScale
         roomy: table.logic.tracks.showsDownloads
     }
 

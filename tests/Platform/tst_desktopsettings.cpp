@@ -22,6 +22,7 @@ namespace {
 const QString appearance = u"org.freedesktop.appearance"_s;
 const QString gnome = u"org.gnome.desktop.interface"_s;
 const QString portalService = u"org.freedesktop.portal.Desktop"_s;
+constexpr qsizetype keys = 5; // that are asked for
 const QString portalPath = u"/org/freedesktop/portal/desktop"_s;
 
 } // namespace
@@ -113,7 +114,7 @@ class TestDesktopSettings : public QObject {
     void start() { _settings = DesktopSettings::on(_bus.connection(u"reader"_s)); }
     /// Waits until the portal was asked everything and its answers have arrived.
     void settle(Portal &portal) const {
-        QTRY_VERIFY(portal.asked.size() >= 4);
+        QTRY_VERIFY(portal.asked.size() >= keys);
         Listener listener;
         auto reader = QDBusConnection(u"reader"_s);
         reader.connect(portalService, portalPath, u"org.freedesktop.portal.Settings"_s, u"SettingChanged"_s, &listener,
@@ -147,14 +148,15 @@ private Q_SLOTS:
         QTRY_VERIFY(_settings->reducedMotion());
         QVERIFY(!_settings->reducedTransparency());
         QCOMPARE(_portal->asked, (QStringList{appearance + u" color-scheme"_s, appearance + u" contrast"_s,
-                                              appearance + u" reduced-motion"_s, gnome + u" enable-animations"_s}));
+                                              appearance + u" reduced-motion"_s, gnome + u" enable-animations"_s,
+                                              gnome + u" text-scaling-factor"_s}));
     }
 
     void untilItAnswersNothingIsPreferred() {
         _portal->isSilent = true;
         _portal->set(appearance, u"color-scheme"_s, 1u);
         start();
-        QTRY_COMPARE(_portal->open.size(), 4); // the loop turns: this very thread answers
+        QTRY_COMPARE(_portal->open.size(), keys); // the loop turns: this very thread answers
         QCOMPARE(_settings->colorScheme(), ColorScheme::noPreference);
         QVERIFY(!_settings->increasedContrast());
         QVERIFY(!_settings->reducedMotion());
@@ -165,12 +167,12 @@ private Q_SLOTS:
     void whoGoesWhileThePortalIsSilentDisturbsNothing() {
         _portal->isSilent = true;
         start();
-        QTRY_COMPARE(_portal->open.size(), 4);
+        QTRY_COMPARE(_portal->open.size(), keys);
         _settings.reset();
         _portal->set(appearance, u"color-scheme"_s, 1u);
         _portal->answerOne();
         start();
-        QTRY_COMPARE(_portal->open.size(), 7);
+        QTRY_COMPARE(_portal->open.size(), 2 * keys - 1);
     }
 
     void eachValueMeansWhatItMeans_data() {
@@ -228,6 +230,40 @@ private Q_SLOTS:
         QTEST(_settings->reducedMotion(), "reduced");
     }
 
+    void textIsScaledByAPositiveNumberOnly_data() {
+        QTest::addColumn<QVariant>("told");
+        QTest::addColumn<double>("scale");
+        QTest::newRow("nothing") << QVariant() << 1.0;
+        QTest::newRow("larger") << QVariant(1.25) << 1.25;
+        QTest::newRow("smaller") << QVariant(0.75) << 0.75;
+        QTest::newRow("huge") << QVariant(3.0) << 3.0;
+        QTest::newRow("0") << QVariant(0.0) << 1.0;
+        QTest::newRow("negative") << QVariant(-1.5) << 1.0;
+        QTest::newRow("infinite") << QVariant(qInf()) << 1.0;
+        QTest::newRow("not a number") << QVariant(qQNaN()) << 1.0;
+        QTest::newRow("an integer") << QVariant(2u) << 1.0;
+        QTest::newRow("text") << QVariant(u"1.5"_s) << 1.0;
+    }
+    void textIsScaledByAPositiveNumberOnly() {
+        QFETCH(QVariant, told);
+        if (told.isValid())
+            _portal->set(gnome, u"text-scaling-factor"_s, told);
+        start();
+        settle();
+        QTEST(_settings->textScale(), "scale");
+    }
+
+    void anotherTextScaleIsToldOnce() {
+        start();
+        settle();
+        QSignalSpy scale(_settings.get(), &DesktopSettings::textScaleChanged);
+        _portal->change(gnome, u"text-scaling-factor"_s, 1.0);
+        _portal->change(appearance, u"text-scaling-factor"_s, 2.0); // another group
+        _portal->change(gnome, u"text-scaling-factor"_s, 1.5);
+        QTRY_COMPARE(_settings->textScale(), 1.5);
+        QCOMPARE(scale.count(), 1);
+    }
+
     void aValueInOneVariantIsReadToo() {
         _portal->nesting = 1;
         _portal->set(appearance, u"color-scheme"_s, 2u);
@@ -262,7 +298,7 @@ private Q_SLOTS:
     void aChangeIsNotUndoneByAnOlderQuestion() {
         _portal->isSilent = true;
         start();
-        QTRY_COMPARE(_portal->open.size(), 4);
+        QTRY_COMPARE(_portal->open.size(), keys);
         _portal->change(appearance, u"color-scheme"_s, 2u);
         QTRY_COMPARE(_settings->colorScheme(), ColorScheme::light);
         _portal->set(appearance, u"color-scheme"_s, 1u);
@@ -319,20 +355,20 @@ private Q_SLOTS:
         fresh.set(appearance, u"color-scheme"_s, 2u);
         QVERIFY(fresh.appear());
         QTRY_COMPARE(_settings->colorScheme(), ColorScheme::light);
-        QCOMPARE(fresh.asked.size(), 4);
+        QCOMPARE(fresh.asked.size(), keys);
     }
 
     void questionsThatARestartCutsOffAreAskedAgain() {
         _portal->isSilent = true;
         start();
-        QTRY_COMPARE(_portal->open.size(), 4);
+        QTRY_COMPARE(_portal->open.size(), keys);
         Portal fresh(_bus.connection(u"other"_s));
         fresh.set(appearance, u"color-scheme"_s, 1u);
         _portal.reset();
         QDBusConnection::disconnectFromBus(u"portal"_s); // the bus answers for it, with failures
         QVERIFY(fresh.appear());
         QTRY_COMPARE(_settings->colorScheme(), ColorScheme::dark);
-        QCOMPARE(fresh.asked.size(), 4);
+        QCOMPARE(fresh.asked.size(), keys);
     }
 
     void whatAPortalNoLongerSaysIsNoPreference() {

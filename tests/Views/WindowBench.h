@@ -30,6 +30,7 @@ public:
     using DesktopSettings::setColorScheme;
     using DesktopSettings::setIncreasedContrast;
     using DesktopSettings::setReducedMotion;
+    using DesktopSettings::setTextScale;
 };
 
 // Lets what a model and a window have left behind come to its end: what ends a task needs a turn of the loop.

@@ -54,6 +54,54 @@ private Q_SLOTS:
         QVERIFY(!tokens.motion()->reduced());
     }
 
+    void textIsAsLargeAsTheDesktopsUserWantsIt() {
+        const auto desktop = std::make_shared<GivenDesktop>();
+        Appearance appearance(desktop, freshDefaults());
+        TokensSingleton tokens;
+        appearance.dress(tokens);
+        QSignalSpy changed(&tokens, &TokensSingleton::textScaleChanged);
+        QCOMPARE(tokens.font()->body.pixelSize(), 13);
+        QCOMPARE(tokens.size()->trackRow, 34);
+        desktop->setTextScale(1.25);
+        QCOMPARE(tokens.font()->body.pixelSize(), 16);
+        QCOMPARE(tokens.size()->trackRow, 43);
+        QCOMPARE(tokens.size()->hairline, 1);
+        desktop->setTextScale(2);
+        QCOMPARE(tokens.textScale(), 1.5); // the most that the views have room for
+        QCOMPARE(tokens.size()->button, 42);
+        QCOMPARE(changed.count(), 2);
+        desktop->setTextScale(3);
+        QCOMPARE(changed.count(), 2);
+        desktop->setTextScale(0.5);
+        QCOMPARE(tokens.textScale(), 1.0);
+        QCOMPARE(tokens.font()->body.pixelSize(), 13);
+    }
+
+    void theWindowGrowsWithItsTextAtOnce() {
+        WindowBench bench;
+        bench.loadLibrary();
+        bench.beginRun(4, 30);
+        QTRY_VERIFY(bench.item("trackRow"));
+        bench.drawFrame();
+        QQuickItem *table = bench.item("trackTable");
+        QCOMPARE(bench.item("trackRow")->height(), 34.0);
+        QCOMPARE(bench.item("playlistRow")->height(), 42.0);
+        const double before = table->property("contentHeight").toDouble();
+        const double rows = 4 * (80 + 28 + 30 * 34);
+        const int inset = table->property("topInset").toInt();
+        table->setProperty("contentY", inset + 80 + 28 + 10 * 34); // the eleventh row is the first in view
+        bench.desktop->setTextScale(1.5);
+        bench.drawFrame();
+        QCOMPARE(bench.item("trackRow")->height(), 51.0);
+        QCOMPARE(bench.item("playlistRow")->height(), 63.0);
+        QCOMPARE(table->property("contentHeight").toDouble(), before + rows / 2);
+        QCOMPARE(table->property("contentY").toDouble(), inset + 1.5 * (80 + 28 + 10 * 34)); // and still is
+        bench.desktop->setTextScale(1);
+        bench.drawFrame();
+        QCOMPARE(bench.item("trackRow")->height(), 34.0);
+        QCOMPARE(table->property("contentHeight").toDouble(), before);
+    }
+
     void tokensThatHaveGoneAreNotFollowedBy() {
         const auto desktop = std::make_shared<GivenDesktop>();
         Appearance appearance(desktop, freshDefaults());

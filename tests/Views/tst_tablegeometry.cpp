@@ -23,7 +23,7 @@ struct Element {
 };
 
 // The same column laid out one element after the other.
-std::vector<Element> laidOut(const std::vector<Group> &groups) {
+std::vector<Element> laidOut(const std::vector<Group> &groups, double textScale) {
     std::vector<Element> elements;
     double y = 0;
     const auto add = [&](Kind kind, int group, int row, double height) {
@@ -32,21 +32,21 @@ std::vector<Element> laidOut(const std::vector<Group> &groups) {
     };
     for (int g = 0; g < static_cast<int>(groups.size()); ++g) {
         const Group &group = groups[static_cast<std::size_t>(g)];
-        add(Kind::groupHeader, g, 0, 80);
+        add(Kind::groupHeader, g, 0, 80 * textScale);
         if (!group.collapsed) {
-            add(Kind::columnHead, g, 0, 28);
+            add(Kind::columnHead, g, 0, 28 * textScale);
             for (int row = 0; row < group.rows; ++row)
-                add(Kind::row, g, row, 34);
+                add(Kind::row, g, row, 34 * textScale);
             if (group.rows == 0)
-                add(Kind::blankRow, g, 0, 34);
+                add(Kind::blankRow, g, 0, 34 * textScale);
         }
         add(Kind::tail, g, 0, 12);
     }
     return elements;
 }
 
-void compare(const TableGeometry &geometry, const std::vector<Group> &groups) {
-    const std::vector<Element> expected = laidOut(groups);
+void compare(const TableGeometry &geometry, const std::vector<Group> &groups, double textScale = 1) {
+    const std::vector<Element> expected = laidOut(groups, textScale);
     QCOMPARE(geometry.elementCount(), static_cast<int>(expected.size()));
     for (int i = 0; i < geometry.elementCount(); ++i) {
         const Element &element = expected[static_cast<std::size_t>(i)];
@@ -113,6 +113,23 @@ private Q_SLOTS:
                 compare(geometry, groups);
             }
         }
+    }
+
+    void everyPlaceIsExactAtEveryScaleOfText() {
+        TableGeometry geometry;
+        geometry.setTextScale(1.5);
+        geometry.append(3, false);
+        geometry.append(0, true);
+        geometry.append(2, false);
+        compare(geometry, {{3, false}, {0, true}, {2, false}}, 1.5);
+        geometry.setTextScale(1);
+        compare(geometry, {{3, false}, {0, true}, {2, false}});
+        geometry.setTextScale(1.5);
+        geometry.setCollapsed(0, true);
+        compare(geometry, {{3, true}, {0, true}, {2, false}}, 1.5);
+        geometry.clear();
+        geometry.append(1, false);
+        compare(geometry, {{1, false}}, 1.5);
     }
 };
 

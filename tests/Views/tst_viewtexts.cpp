@@ -195,6 +195,19 @@ private Q_SLOTS:
         QCOMPARE(noSource.title.width + 8, std::floor(names * 0.58));
     }
 
+    void theColumnsGrowWithTheirText() {
+        const auto layout = TrackColumns::layout(1600 - 48, 1600, false, 1.5);
+        QCOMPARE(layout.time.width, 64.0);
+        QCOMPARE(layout.quality.width, 157.0);
+        QCOMPARE(layout.status.width, 240.0);
+        QCOMPARE(layout.status.x + layout.status.width, 1552.0);
+        QVERIFY(TrackColumns::layout(960 - 48, 960, false, 1.5).album.width > 0);
+        QCOMPARE(TrackColumns::layout(959 - 48, 959, false, 1.5).album.width, 0.0); // 640 times 1.5
+        const auto small = TrackColumns::layout(640 - 48, 640, false, 1.5);
+        QCOMPARE(small.quality.width + small.source.width, 0.0);
+        QCOMPARE(small.status.x + small.status.width, 592.0);
+    }
+
 private:
     QTranslator m_english;
 };
