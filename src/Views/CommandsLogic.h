@@ -21,6 +21,7 @@ class CommandsLogic : public QObject {
     Q_PROPERTY(bool running READ running NOTIFY phaseChanged)
     Q_PROPERTY(bool canSync READ canSync NOTIFY phaseChanged)
     Q_PROPERTY(bool canReview READ canReview NOTIFY reviewCountChanged)
+    Q_PROPERTY(bool canOpenSettings READ canOpenSettings CONSTANT)
     Q_PROPERTY(QString reviewText READ reviewText NOTIFY reviewCountChanged)
     // Whether a sync would find a playlist; the toolbar's button asks for that, the menu's entry doesn't.
     Q_PROPERTY(bool hasSelection READ hasSelection NOTIFY selectionChanged)
@@ -31,6 +32,7 @@ public:
         std::shared_ptr<FileBrowser> files;
         std::function<void(const QUrl &url)> openUrl; // in the user's browser
         std::function<void()> checkForUpdates;
+        std::function<void()> openSettings{}; // without it there are none to open
     };
 
     CommandsLogic(AppModel &model, Outside outside, QObject *parent = nullptr);
@@ -38,6 +40,7 @@ public:
     bool running() const { return m_model.sync()->isRunning(); }
     bool canSync() const { return !running(); }
     bool canReview() const { return m_reviewCount > 0; }
+    bool canOpenSettings() const { return static_cast<bool>(m_outside.openSettings); }
     QString reviewText() const; // "2 reviews"
     bool hasSelection() const { return m_hasSelection; }
 
@@ -49,6 +52,7 @@ public:
     Q_INVOKABLE void revealOutput();
     Q_INVOKABLE void openHelp();
     Q_INVOKABLE void checkForUpdates() { m_outside.checkForUpdates(); }
+    Q_INVOKABLE void openSettings() { m_outside.openSettings(); }
 
 Q_SIGNALS:
     void phaseChanged();

@@ -22,8 +22,9 @@ namespace zelk {
 
 struct MainWindow::Parts {
     Parts(AppModel &model, const Surroundings &surroundings)
-        : commands(model, {surroundings.files, surroundings.openUrl, surroundings.checkForUpdates}), sidebar(model),
-          detail(model), review(model), banner(model), vpn(model, surroundings.clock),
+        : commands(model,
+                   {surroundings.files, surroundings.openUrl, surroundings.checkForUpdates, surroundings.openSettings}),
+          sidebar(model), detail(model), review(model), banner(model), vpn(model, surroundings.clock),
           orphans(model, surroundings.files), appearance(surroundings.appearance), memory(surroundings.defaults) {}
 
     CommandsLogic commands;

@@ -45,6 +45,12 @@ T.MenuBar {
         text: qsTr("Check for Updates…")
         onTriggered: commands.logic.checkForUpdates()
     }
+    readonly property T.Action settings: T.Action {
+        text: qsTr("Settings…")
+        shortcut: "Ctrl+,"
+        enabled: commands.logic.canOpenSettings
+        onTriggered: commands.logic.openSettings()
+    }
     readonly property T.Action quit: T.Action {
         text: qsTr("Quit")
         shortcut: "Ctrl+Q"
@@ -99,6 +105,14 @@ T.MenuBar {
             objectName: "menuReviewMatches"
             action: commands.review
             keys: qsTr("Ctrl+Alt+R")
+        }
+
+        MenuDivider {}
+
+        MenuEntry {
+            objectName: "menuSettings"
+            action: commands.settings
+            keys: qsTr("Ctrl+,")
         }
 
         MenuDivider {}

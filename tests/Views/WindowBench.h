@@ -59,7 +59,8 @@ public:
                          .appearance = std::make_shared<Appearance>(desktop, around.defaults),
                          .defaults = around.defaults,
                          .openUrl = [this](const QUrl &url) { opened.append(url); },
-                         .checkForUpdates = [this] { ++updateChecks; }}) {}
+                         .checkForUpdates = [this] { ++updateChecks; },
+                         .openSettings = [this] { ++settingsOpened; }}) {}
 
     // Two playlists of each source; one of Apple Music's lies in a folder within a folder.
     static std::vector<PlaylistDTO> library() {
@@ -172,6 +173,7 @@ public:
     std::shared_ptr<GivenDesktop> desktop = std::make_shared<GivenDesktop>();
     QList<QUrl> opened; // in the browser
     int updateChecks = 0;
+    int settingsOpened = 0;
     AppModel::Surroundings around;
     AppModel model;
     MainWindow window;

@@ -102,6 +102,15 @@ private Q_SLOTS:
         QVERIFY(opened.value(0).path().isEmpty());
     }
 
+    void withoutSettingsThereAreNoneToOpen() {
+        QVERIFY(!logic->canOpenSettings());
+        int times = 0;
+        CommandsLogic with(*model, {files, {}, {}, [&times] { ++times; }});
+        QVERIFY(with.canOpenSettings());
+        with.openSettings();
+        QCOMPARE(times, 1);
+    }
+
     void withoutALibraryARefreshIsNoMatter() {
         AppModel bare([]() -> AppModel::Engine { throw HelperError::helperMissing(); }, surroundings());
         CommandsLogic(bare, {files, {}, {}}).refreshLibrary();

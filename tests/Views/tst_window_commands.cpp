@@ -21,8 +21,8 @@ private Q_SLOTS:
         QTRY_VERIFY(bench.item("menuSync"));
         bench.drawFrame();
         double last = -1;
-        for (const char *name :
-             {"menuSync", "menuCancelSync", "menuRefreshLibrary", "menuRevealOutput", "menuReviewMatches"}) {
+        for (const char *name : {"menuSync", "menuCancelSync", "menuRefreshLibrary", "menuRevealOutput",
+                                 "menuReviewMatches", "menuSettings", "menuQuit"}) {
             const double top = bench.item(name)->mapToScene(QPointF()).y();
             QVERIFY2(top > last, name);
             last = top;
@@ -64,6 +64,18 @@ private Q_SLOTS:
         QCOMPARE(spoken(bench.item("menuCheckForUpdates")), u"Check for Updates…"_s);
         QVERIFY(press(bench.item("menuCheckForUpdates")));
         QCOMPARE(bench.updateChecks, 1);
+    }
+
+    void theSettingsOpenFromTheMenuAndByTheirKeys() {
+        WindowBench bench;
+        bench.key(Qt::Key_F, Qt::AltModifier);
+        QTRY_VERIFY(bench.item("menuSettings"));
+        QCOMPARE(spoken(bench.item("menuSettings")), u"Settings…"_s);
+        QVERIFY(press(bench.item("menuSettings")));
+        QCOMPARE(bench.settingsOpened, 1);
+        QTRY_VERIFY(!bench.item("menuSettings"));
+        bench.key(Qt::Key_Comma, Qt::ControlModifier);
+        QCOMPARE(bench.settingsOpened, 2);
     }
 
     void theKeysOfFindLeadToTheFilter() {
