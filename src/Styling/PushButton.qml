@@ -17,6 +17,13 @@ T.AbstractButton {
     property bool stroked: !button.prominent
     // On a selected row a translucent fill needs a base, or its text is too faint.
     property bool based: false
+    // Shows the symbol alone, where there is no room for more; the text becomes a hint.
+    property bool terse: false
+    // The width that it wants with its text, terse or not.
+    readonly property real fullWidth: button.leftPadding + wording.advanceWidth + button.rightPadding
+                                      + (button.symbol === "" ? 0 : button.symbolSize + button.spacing)
+                                      + (button.opensMenu ? Tokens.size.chevron + button.spacing : 0)
+    readonly property int symbolSize: button.small ? Tokens.size.smallSymbol : Tokens.size.symbol
     // What it opens drops down from it, which a chevron says.
     property bool opensMenu: false
     property color fill: button.prominent ? Tokens.color.accentFill : Tokens.color.button
@@ -36,6 +43,7 @@ T.AbstractButton {
     implicitHeight: button.small ? Tokens.size.smallButton : Tokens.size.button
     leftPadding: button.small ? Tokens.space.sm : Tokens.space.md
     rightPadding: button.leftPadding
+    spacing: button.small ? Tokens.space.xs : Tokens.space.sm
     font: button.small ? Tokens.font.captionMedium : Tokens.font.bodyMedium
     opacity: button.enabled ? 1 : Tokens.size.disabledOpacity
     focusPolicy: Qt.TabFocus
@@ -45,6 +53,13 @@ T.AbstractButton {
     Accessible.onPressAction: button.press()
     Keys.onReturnPressed: button.press()
     Keys.onEnterPressed: button.press()
+
+    TextMetrics {
+        id: wording
+
+        font: button.font
+        text: button.text
+    }
 
     background: Rectangle {
         color: button.based ? Tokens.color.card : button.fill
@@ -78,19 +93,19 @@ T.AbstractButton {
 
         Row {
             anchors.centerIn: parent
-            spacing: button.small ? Tokens.space.xs : Tokens.space.sm
+            spacing: button.spacing
 
             Symbol {
                 anchors.verticalCenter: parent.verticalCenter
                 visible: button.symbol !== ""
                 name: button.symbol
                 color: button.symbolInk
-                size: button.small ? Tokens.size.smallSymbol : Tokens.size.symbol
+                size: button.symbolSize
             }
 
             TextLine {
                 anchors.verticalCenter: parent.verticalCenter
-                visible: button.text !== ""
+                visible: button.text !== "" && !button.terse
                 readable: false
                 text: button.text
                 color: button.ink
@@ -107,7 +122,7 @@ T.AbstractButton {
     }
 
     Hint {
-        visible: button.hovered && button.hint !== ""
-        text: button.hint
+        visible: button.hovered && text !== ""
+        text: button.hint === "" && button.terse ? button.text : button.hint
     }
 }

@@ -11,22 +11,37 @@ GlassBackground {
     required property VPNLogic vpn
     readonly property CommandsLogic logic: toolbar.commands.logic
 
+    // Short of room, the tunnel and what waits for review say it by their symbols alone.
+    readonly property real room: toolbar.width - 2 * Tokens.space.md
+    readonly property real wanted: (tunnel.visible ? tunnel.fullWidth + items.spacing : 0)
+                                   + (reviewButton.visible ? reviewButton.fullWidth + items.spacing : 0)
+                                   + (toolbar.logic.running ? cancelButton.fullWidth : syncButton.fullWidth)
+    readonly property bool crowded: toolbar.wanted > toolbar.room
+
     implicitHeight: Tokens.size.toolbar
     role: GlassBackground.Chrome
 
     Row {
+        id: items
+
         anchors.right: parent.right
         anchors.rightMargin: Tokens.space.md
         anchors.verticalCenter: parent.verticalCenter
         spacing: Tokens.space.sm
 
         VPNToolbarControl {
+            id: tunnel
+
+            terse: toolbar.crowded
             visible: toolbar.vpn.present
             logic: toolbar.vpn
         }
 
         PushButton {
+            id: reviewButton
+
             objectName: "toolbarReview"
+            terse: toolbar.crowded
             visible: toolbar.logic.canReview
             action: toolbar.commands.review
             stroked: false
@@ -38,6 +53,8 @@ GlassBackground {
         }
 
         PushButton {
+            id: cancelButton
+
             objectName: "toolbarCancel"
             visible: toolbar.logic.running
             action: toolbar.commands.cancel

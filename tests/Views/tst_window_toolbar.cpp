@@ -47,6 +47,25 @@ private Q_SLOTS:
     void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
     void cleanup() { settleDown(); }
 
+    void shortOfRoomTheToolbarKeepsToItsPaneAndItsNames() {
+        TunnelBench bench(true, true);
+        bench.loadLibrary();
+        bench.beginRun(1, 2);
+        bench.model.sync()->groups()->at(0)->track(0)->setState(TrackState::awaitingReview({}));
+        QTRY_VERIFY(bench.item("toolbarReview"));
+        QVERIFY(bench.texts(bench.item("toolbarReview")).contains(u"1 review"_s));
+        bench.window.window()->resize(880, 600);
+        bench.model.openReview();
+        QTRY_VERIFY(bench.texts(bench.item("toolbarReview")).isEmpty());
+        QVERIFY(bench.texts(bench.item("toolbarVPN")).isEmpty());
+        QVERIFY(bench.texts(bench.item("toolbarCancel")).contains(u"Cancel Sync"_s));
+        QCOMPARE(spoken(bench.item("toolbarReview")), u"1 review"_s);
+        const QQuickItem *edge = bench.item("sidebarEdge");
+        QTRY_VERIFY(bench.item("toolbarVPN")->mapToScene(QPointF()).x() > edge->x() + edge->width());
+        bench.window.window()->resize(1400, 900);
+        QTRY_VERIFY(bench.texts(bench.item("toolbarReview")).contains(u"1 review"_s));
+    }
+
     void withoutATunnelOnlyItsControlIsAbsent() {
         TunnelBench bench(false, false);
         bench.loadLibrary();

@@ -32,6 +32,7 @@ public:
                            .openUrl = {},
                            .checkForUpdates = [] {}}) {
         _desktop->setColorScheme(scheme);
+        _desktop->setReducedMotion(true);
         for (int number = 0; number < Showcase::covers; ++number)
             _artwork.shelf.items.push_back({static_cast<quint64>(number), drawnCover(number)});
         ArtworkProvider::setShared(_artwork.provider);
@@ -68,13 +69,18 @@ public:
         QTest::mouseClick(_window.window(), Qt::LeftButton, {}, middle.toPoint());
         settle();
     }
-    /// Lets covers arrive and what moves come to its place.
+    /// Lets covers arrive.
     void settle() {
-        QTest::qWait(400);
+        QTest::qWait(50);
         _artwork.settle();
-        QTest::qWait(100);
+        QTest::qWait(50);
     }
-    QImage picture() { return _window.window()->grabWindow(); }
+    QImage picture() {
+        // In motion again, for a spinner that turns is another picture.
+        _desktop->setReducedMotion(false);
+        settle();
+        return _window.window()->grabWindow();
+    }
 
 private:
     static AppModel::Launcher launcherOf(std::shared_ptr<MockHelperClient> engine) {
