@@ -91,6 +91,7 @@ private:
         std::vector<std::vector<T>> batch;
         std::size_t run = 0;
         std::size_t position = 0;
+        bool isInTurn = false; // as the look before an element that is handed out at once has found
         std::chrono::steady_clock::time_point turnEnd;
         std::stop_token stop;
         std::optional<std::stop_callback<Stopper>> onStop;
@@ -135,7 +136,8 @@ private:
                 return true;
             if (!_state->hasNext() && !_state->refill())
                 return false;
-            return std::chrono::steady_clock::now() < _state->turnEnd;
+            _state->isInTurn = std::chrono::steady_clock::now() < _state->turnEnd;
+            return _state->isInTurn;
         }
 
         void await_suspend(std::coroutine_handle<> handle) const {
@@ -159,15 +161,20 @@ private:
             _state->onStop.reset();
             if (_state->stop.stop_requested())
                 throw Cancelled();
-            const auto now = std::chrono::steady_clock::now();
-            if (now >= _state->turnEnd)
-                _state->turnEnd = now + turn;
+            if (!std::exchange(_state->isInTurn, false))
+                beginTurn();
             if (!_state->hasNext() && !_state->refill())
                 return std::nullopt;
             return std::move(_state->batch[_state->run][_state->position++]);
         }
 
     private:
+        void beginTurn() const {
+            const auto now = std::chrono::steady_clock::now();
+            if (now >= _state->turnEnd)
+                _state->turnEnd = now + turn;
+        }
+
         State *_state;
     };
 

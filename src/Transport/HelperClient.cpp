@@ -183,7 +183,10 @@ private:
 
     void take(const QByteArray &chunk) {
         std::vector<HelperEvent> events;
+        // As many as the chunk before had: in a burst they are alike, and nothing moves to make room.
+        events.reserve(_eventsOfChunk);
         _framer.feed(chunk, [&](QByteArrayView line) { route(line, events); });
+        _eventsOfChunk = events.size();
         // One push for the chunk: a burst costs a lock and a wake-up for each read, not for each line.
         _events.push(std::move(events));
     }
@@ -198,7 +201,7 @@ private:
                 return;
             }
             if (auto event = _decoder.event()) {
-                events.push_back(HelperEvent::server(std::move(*event)));
+                events.emplace_back(HelperEvent::Server{std::move(*event)});
                 return;
             }
         }
@@ -300,6 +303,7 @@ private:
     const std::shared_ptr<HelperProcess> _process;
     const std::shared_ptr<Clock> _clock;
     const Logger _logger{"client"};
+    std::size_t _eventsOfChunk = 0;
     const AsyncStream<HelperEvent> _events;
     NDJSONFramer _framer;
     LineDecoder _decoder;
