@@ -2,6 +2,8 @@
 #include "App/ZELKApp.h"
 #include "Platform/ProcessSignals.h"
 #include "Views/MainWindow.h"
+#include "Views/RunNotice.h"
+#include "Views/RunProgress.h"
 
 #include <QCommandLineParser>
 #include <QGuiApplication>
@@ -33,14 +35,30 @@ Arguments readArguments() {
     return {.unattended = parser.isSet(unattended), .screenshot = parser.value(screenshot)};
 }
 
+/// What the desktop shows of a run beside the window.
+struct RunSigns {
+    RunSigns(const SyncStore &sync, const MainWindow &window, const std::shared_ptr<Clock> &clock)
+        : notice(sync, {.notifier = DesktopNotifier::ofSession(),
+                        .activation = ApplicationActivation::make(),
+                        .isInFront = [] { return QGuiApplication::applicationState() == Qt::ApplicationActive; },
+                        .bringToFront = [&window] { window.bringToFront(); }}),
+          progress(sync, TaskBarProgress::ofSession(), clock) {}
+
+    const RunNotice notice;
+    const RunProgress progress;
+};
+
 int run(const Arguments &arguments) {
     const ZELKApp app(arguments.unattended ? ZELKApp::Attendance::unattended : ZELKApp::Attendance::attended);
     const MainWindow window(app.model(), app.windowSurroundings());
     if (!window.window())
         return EXIT_FAILURE;
     std::optional<UnattendedRun> unattended;
+    std::optional<RunSigns> signs;
     if (arguments.unattended)
         unattended.emplace(app.model(), *window.window(), arguments.screenshot);
+    else
+        signs.emplace(*app.model().sync(), window, app.windowSurroundings().clock);
     return QGuiApplication::exec();
 }
 
@@ -52,6 +70,7 @@ int main(int argc, char **argv) {
     QCoreApplication::setOrganizationName(u"orrim"_s);
     QCoreApplication::setApplicationName(u"zelk"_s);
     QCoreApplication::setApplicationVersion(QStringLiteral(ZELK_VERSION));
+    QGuiApplication::setDesktopFileName(u"zelk"_s);
     const auto arguments = readArguments();
 
     const int status = run(arguments);

@@ -38,6 +38,8 @@ public:
 
     // Null only when the views can't be loaded, with what is wrong in the log: a broken build.
     QQuickWindow *window() const;
+    // Before whatever covers it, and with the keyboard, as far as the desktop lets it.
+    void bringToFront() const;
     // The measures and colours that this window's views read.
     TokensSingleton &tokens() const;
 
