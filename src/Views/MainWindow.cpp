@@ -23,7 +23,7 @@ namespace zelk {
 struct MainWindow::Parts {
     Parts(AppModel &model, const Surroundings &surroundings)
         : commands(model, {surroundings.files, surroundings.openUrl, surroundings.checkForUpdates,
-                           surroundings.openSettings}),
+                           surroundings.openAbout, surroundings.openSettings}),
           sidebar(model), detail(model), review(model), banner(model), vpn(model, surroundings.clock),
           orphans(model, surroundings.files), appearance(surroundings.appearance), memory(surroundings.defaults) {}
 

@@ -28,6 +28,7 @@ public:
         std::shared_ptr<UserDefaults> defaults; // remember how the window was left
         std::function<void(const QUrl &url)> openUrl;
         std::function<void()> checkForUpdates;
+        std::function<void()> openAbout{};
         std::function<void()> openSettings{}; // without it the menu's entry is disabled
     };
 

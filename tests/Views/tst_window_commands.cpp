@@ -66,6 +66,22 @@ private Q_SLOTS:
         QCOMPARE(bench.updateChecks, 1);
     }
 
+    void helpStandsBeforeUpdatesAndWhatThisIs() {
+        WindowBench bench;
+        bench.key(Qt::Key_H, Qt::AltModifier);
+        QTRY_VERIFY(bench.item("menuHelp"));
+        bench.drawFrame();
+        double last = -1;
+        for (const char *name : {"menuHelp", "menuCheckForUpdates", "menuAbout"}) {
+            const double top = bench.item(name)->mapToScene(QPointF()).y();
+            QVERIFY2(top > last && bench.item(name)->isEnabled(), name);
+            last = top;
+        }
+        QCOMPARE(spoken(bench.item("menuAbout")), u"About zelk"_s);
+        QVERIFY(press(bench.item("menuAbout")));
+        QCOMPARE(bench.aboutOpened, 1);
+    }
+
     void theSettingsOpenFromTheMenuAndByTheirKeys() {
         WindowBench bench;
         bench.key(Qt::Key_F, Qt::AltModifier);
