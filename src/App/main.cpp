@@ -1,6 +1,7 @@
 #include "App/UnattendedRun.h"
 #include "App/ZELKApp.h"
 #include "Platform/ProcessSignals.h"
+#include "Support/Logger.h"
 #include "Views/MainWindow.h"
 #include "Views/RunNotice.h"
 #include "Views/RunProgress.h"
@@ -8,6 +9,7 @@
 #include <QCommandLineParser>
 #include <QGuiApplication>
 #include <QQuickWindow>
+#include <QUrl>
 
 #include <cstdlib>
 #include <optional>
@@ -20,6 +22,7 @@ namespace {
 struct Arguments {
     bool unattended = false;
     QString screenshot;
+    QList<QUrl> addresses{};
 };
 
 Arguments readArguments() {
@@ -32,7 +35,18 @@ Arguments readArguments() {
                                         u"With --unattended: write a picture of the window at the end."_s, u"file"_s);
     parser.addOptions({unattended, screenshot});
     parser.process(*QCoreApplication::instance());
-    return {.unattended = parser.isSet(unattended), .screenshot = parser.value(screenshot)};
+    Arguments read{.unattended = parser.isSet(unattended), .screenshot = parser.value(screenshot)};
+    const auto rest = parser.positionalArguments();
+    for (const auto &each : rest)
+        read.addresses.append(QUrl(each));
+    return read;
+}
+
+/// An address that was handed to the application. Nothing comes in this way, no sign-in either, so that it is dropped;
+/// what stands behind its scheme may be a secret and isn't even logged.
+void open(const QUrl &address) {
+    static const Logger logger("app");
+    logger.debug(u"Dropped an address with the scheme \"%1\"."_s.arg(address.scheme()));
 }
 
 /// What the desktop shows of a run beside the window.
@@ -53,6 +67,8 @@ int run(const Arguments &arguments) {
     const MainWindow window(app.model(), app.windowSurroundings());
     if (!window.window())
         return EXIT_FAILURE;
+    for (const auto &address : arguments.addresses)
+        open(address);
     std::optional<UnattendedRun> unattended;
     std::optional<RunSigns> signs;
     if (arguments.unattended)
