@@ -21,6 +21,7 @@
 #include "Support/SharedInstance.h"
 #include "Transport/HelperClient.h"
 #include "Transport/HelperProcess.h"
+#include "Views/AboutDialog.h"
 #include "Views/Appearance.h"
 #include "Views/DialogHost.h"
 #include "Views/PermissionsDialog.h"
@@ -189,6 +190,7 @@ struct ZELKApp::Parts {
     const std::shared_ptr<FileBrowser> files = FileBrowser::ofSession(openUrl());
     const std::shared_ptr<Appearance> appearance = std::make_shared<Appearance>(DesktopSettings::ofSession(), defaults);
     DialogHost dialogs{appearance};
+    AboutDialog about{dialogs, openUrl()};
     SignIn signIn;
     const SharedArtwork artwork;
     AppModel model;
@@ -210,7 +212,8 @@ MainWindow::Surroundings ZELKApp::windowSurroundings() const {
             .appearance = _parts->appearance,
             .defaults = _parts->defaults,
             .openUrl = _parts->openUrl(),
-            .checkForUpdates = [this] { _parts->updater.checkForUpdates(); }};
+            .checkForUpdates = [this] { _parts->updater.checkForUpdates(); },
+            .openAbout = [this] { _parts->about.open(); }};
 }
 
 } // namespace zelk

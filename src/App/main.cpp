@@ -1,11 +1,15 @@
 #include "App/UnattendedRun.h"
 #include "App/ZELKApp.h"
 #include "Platform/ProcessSignals.h"
+#include "Support/Logger.h"
 #include "Views/MainWindow.h"
+#include "Views/RunNotice.h"
+#include "Views/RunProgress.h"
 
 #include <QCommandLineParser>
 #include <QGuiApplication>
 #include <QQuickWindow>
+#include <QUrl>
 
 #include <cstdlib>
 #include <optional>
@@ -18,6 +22,7 @@ namespace {
 struct Arguments {
     bool unattended = false;
     QString screenshot;
+    QList<QUrl> addresses{};
 };
 
 Arguments readArguments() {
@@ -30,17 +35,46 @@ Arguments readArguments() {
                                         u"With --unattended: write a picture of the window at the end."_s, u"file"_s);
     parser.addOptions({unattended, screenshot});
     parser.process(*QCoreApplication::instance());
-    return {.unattended = parser.isSet(unattended), .screenshot = parser.value(screenshot)};
+    Arguments read{.unattended = parser.isSet(unattended), .screenshot = parser.value(screenshot)};
+    const auto rest = parser.positionalArguments();
+    for (const auto &each : rest)
+        read.addresses.append(QUrl(each));
+    return read;
 }
+
+/// An address that was handed to the application. Nothing comes in this way, no sign-in either, so that it is dropped;
+/// what stands behind its scheme may be a secret and isn't even logged.
+void open(const QUrl &address) {
+    static const Logger logger("app");
+    logger.debug(u"Dropped an address with the scheme \"%1\"."_s.arg(address.scheme()));
+}
+
+/// What the desktop shows of a run beside the window.
+struct RunSigns {
+    RunSigns(const SyncStore &sync, const MainWindow &window, const std::shared_ptr<Clock> &clock)
+        : notice(sync, {.notifier = DesktopNotifier::ofSession(),
+                        .activation = ApplicationActivation::make(),
+                        .isInFront = [] { return QGuiApplication::applicationState() == Qt::ApplicationActive; },
+                        .bringToFront = [&window] { window.bringToFront(); }}),
+          progress(sync, TaskBarProgress::ofSession(), clock) {}
+
+    const RunNotice notice;
+    const RunProgress progress;
+};
 
 int run(const Arguments &arguments) {
     const ZELKApp app(arguments.unattended ? ZELKApp::Attendance::unattended : ZELKApp::Attendance::attended);
     const MainWindow window(app.model(), app.windowSurroundings());
     if (!window.window())
         return EXIT_FAILURE;
+    for (const auto &address : arguments.addresses)
+        open(address);
     std::optional<UnattendedRun> unattended;
+    std::optional<RunSigns> signs;
     if (arguments.unattended)
         unattended.emplace(app.model(), *window.window(), arguments.screenshot);
+    else
+        signs.emplace(*app.model().sync(), window, app.windowSurroundings().clock);
     return QGuiApplication::exec();
 }
 
@@ -52,6 +86,7 @@ int main(int argc, char **argv) {
     QCoreApplication::setOrganizationName(u"orrim"_s);
     QCoreApplication::setApplicationName(u"zelk"_s);
     QCoreApplication::setApplicationVersion(QStringLiteral(ZELK_VERSION));
+    QGuiApplication::setDesktopFileName(u"zelk"_s);
     const auto arguments = readArguments();
 
     const int status = run(arguments);

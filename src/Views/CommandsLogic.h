@@ -32,6 +32,7 @@ public:
         std::shared_ptr<FileBrowser> files;
         std::function<void(const QUrl &url)> openUrl; // in the user's browser
         std::function<void()> checkForUpdates;
+        std::function<void()> openAbout{};    // says what this application is
         std::function<void()> openSettings{}; // without it there are none to open
     };
 
@@ -52,6 +53,7 @@ public:
     Q_INVOKABLE void revealOutput();
     Q_INVOKABLE void openHelp();
     Q_INVOKABLE void checkForUpdates() { m_outside.checkForUpdates(); }
+    Q_INVOKABLE void openAbout() { m_outside.openAbout(); }
     Q_INVOKABLE void openSettings() { m_outside.openSettings(); }
 
 Q_SIGNALS:

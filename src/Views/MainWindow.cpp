@@ -22,8 +22,8 @@ namespace zelk {
 
 struct MainWindow::Parts {
     Parts(AppModel &model, const Surroundings &surroundings)
-        : commands(model,
-                   {surroundings.files, surroundings.openUrl, surroundings.checkForUpdates, surroundings.openSettings}),
+        : commands(model, {surroundings.files, surroundings.openUrl, surroundings.checkForUpdates,
+                           surroundings.openAbout, surroundings.openSettings}),
           sidebar(model), detail(model), review(model), banner(model), vpn(model, surroundings.clock),
           orphans(model, surroundings.files), appearance(surroundings.appearance), memory(surroundings.defaults) {}
 
@@ -71,6 +71,15 @@ MainWindow::~MainWindow() {
 
 QQuickWindow *MainWindow::window() const {
     return qobject_cast<QQuickWindow *>(m_parts->engine.rootObjects().value(0));
+}
+
+void MainWindow::bringToFront() const {
+    QQuickWindow *const shown = window();
+    if (!shown)
+        return;
+    shown->setWindowStates(shown->windowStates() & ~Qt::WindowMinimized);
+    shown->raise();
+    shown->requestActivate();
 }
 
 TokensSingleton &MainWindow::tokens() const {

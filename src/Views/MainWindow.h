@@ -28,6 +28,7 @@ public:
         std::shared_ptr<UserDefaults> defaults; // remember how the window was left
         std::function<void(const QUrl &url)> openUrl;
         std::function<void()> checkForUpdates;
+        std::function<void()> openAbout{};
         std::function<void()> openSettings{}; // without it the menu's entry is disabled
     };
 
@@ -38,6 +39,8 @@ public:
 
     // Null only when the views can't be loaded, with what is wrong in the log: a broken build.
     QQuickWindow *window() const;
+    // Before whatever covers it, and with the keyboard, as far as the desktop lets it.
+    void bringToFront() const;
     // The measures and colours that this window's views read.
     TokensSingleton &tokens() const;
 

@@ -23,6 +23,7 @@ Window {
     minimumWidth: Tokens.size.windowMinimumWidth
     minimumHeight: Tokens.size.windowMinimumHeight
     color: Tokens.color.window
+    onClosing: Qt.quit()
 
     ZELKCommands {
         id: menuBar

@@ -45,6 +45,10 @@ T.MenuBar {
         text: qsTr("Check for Updates…")
         onTriggered: commands.logic.checkForUpdates()
     }
+    readonly property T.Action about: T.Action {
+        text: qsTr("About zelk")
+        onTriggered: commands.logic.openAbout()
+    }
     readonly property T.Action settings: T.Action {
         text: qsTr("Settings…")
         shortcut: "Ctrl+,"
@@ -137,6 +141,11 @@ T.MenuBar {
         MenuEntry {
             objectName: "menuCheckForUpdates"
             action: commands.checkForUpdates
+        }
+
+        MenuEntry {
+            objectName: "menuAbout"
+            action: commands.about
         }
     }
 }

@@ -1,9 +1,8 @@
 // The built application as a process, with the scripted engine as its child: what crosses the pipe, what it prints, and
 // how it ends.
-#include "Support/ScriptedEngine.h"
+#include "ApplicationBench.h"
 
 #include <QElapsedTimer>
-#include <QProcess>
 #include <QTest>
 
 #include <csignal>
@@ -11,23 +10,6 @@
 using namespace zelk;
 
 namespace {
-
-/// Transcripts are full of texts: "like this"_s.
-QString operator""_s(const char *text, std::size_t size) {
-    return QString::fromUtf8(text, static_cast<qsizetype>(size));
-}
-
-const QString config =
-    R"({"config":{"sources":["youtube"],"quality":{"floor":"any","losslessOnly":false,"bestQuality":true,"upgradeEnabled":false},"run":{"searchCount":5,"concurrency":4,"toleranceSec":5,"searchTimeoutSec":30,"cooloffHours":24},"ui":{"theme":"dark"},"identity":{"enabled":true,"strict":false},"proxy":{"enabled":false,"configured":false},"spotifyConnected":true,"soundcloudConnected":false,"acoustidConfigured":false,"appleMusicConnected":false}})"_s;
-
-QString reply(const QString &result) {
-    return R"(send {"id":"%id%","ok":true,"result":)"_s + result + u'}';
-}
-
-QString playlists(const QString &name) {
-    return R"({"playlists":[{"id":"p","source":"spotify","name":")"_s + name +
-           R"(","isFolder":false,"trackCount":2,"artwork":{"kind":"none"}}]})"_s;
-}
 
 QString says(const QString &name, const QString &data) {
     return R"(send {"event":")"_s + name + R"(","correlationId":"r","data":)"_s + data + u'}';
@@ -38,11 +20,8 @@ QString track(int row, const QString &title) {
         .arg(title);
 }
 
-const QStringList upToTheList{"expect getConfig"_s, reply(config), "expect listPlaylists"_s};
-
 // What stands below would confuse the meta-object compiler inside of the test class.
 
-const QStringList firstLines{R"({"id":"r1","method":"getConfig"})"_s, R"({"id":"r2","method":"listPlaylists"})"_s};
 const QString syncRequest =
     R"("method":"startSync","params":{"selection":[{"source":"spotify","id":"p","name":"Late Night"}]}})"_s;
 
@@ -75,30 +54,6 @@ QStringList stoppedAfterTheList() {
                        says("error"_s, R"({"message":"Something to quit over."})"_s),
                        "stall"_s};
 }
-
-class Application {
-public:
-    Application(const QStringList &commands, const QStringList &arguments) : engine(commands) {
-        auto environment = QProcessEnvironment::systemEnvironment();
-        environment.insert("ZELK_HELPER_PATH"_s, ScriptedEngine::program());
-        environment.insert("ZELK_SCRIPT"_s, engine.transcript());
-        environment.insert("QT_LOGGING_RULES"_s, "orrim.zelk.*=true"_s);
-        process.setProcessEnvironment(environment);
-        process.start(QStringLiteral(ZELK_APPLICATION), arguments);
-    }
-    ~Application() {
-        process.kill();
-        process.waitForFinished();
-    }
-    Q_DISABLE_COPY_MOVE(Application)
-
-    bool finished(int timeout = 30000) {
-        return process.state() == QProcess::NotRunning || process.waitForFinished(timeout);
-    }
-
-    ScriptedEngine engine;
-    QProcess process;
-};
 
 } // namespace
 

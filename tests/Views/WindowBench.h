@@ -60,6 +60,7 @@ public:
                          .defaults = around.defaults,
                          .openUrl = [this](const QUrl &url) { opened.append(url); },
                          .checkForUpdates = [this] { ++updateChecks; },
+                         .openAbout = [this] { ++aboutOpened; },
                          .openSettings = [this] { ++settingsOpened; }}) {}
 
     // Two playlists of each source; one of Apple Music's lies in a folder within a folder.
@@ -173,6 +174,7 @@ public:
     std::shared_ptr<GivenDesktop> desktop = std::make_shared<GivenDesktop>();
     QList<QUrl> opened; // in the browser
     int updateChecks = 0;
+    int aboutOpened = 0;
     int settingsOpened = 0;
     AppModel::Surroundings around;
     AppModel model;

@@ -105,7 +105,7 @@ private Q_SLOTS:
     void withoutSettingsThereAreNoneToOpen() {
         QVERIFY(!logic->canOpenSettings());
         int times = 0;
-        CommandsLogic with(*model, {files, {}, {}, [&times] { ++times; }});
+        CommandsLogic with(*model, {files, {}, {}, {}, [&times] { ++times; }});
         QVERIFY(with.canOpenSettings());
         with.openSettings();
         QCOMPARE(times, 1);

@@ -148,6 +148,17 @@ private Q_SLOTS:
         QCOMPARE(logic->enabled(), !enabled);
     }
 
+    void aToggleThatFailsIsTheSettingsMatter() {
+        turnOn();
+        const QString before = logic->statusText();
+        client->fail(Method::setConfig, HelperError::engineError(u"io"_s, u"no"_s));
+        logic->toggle();
+        settle();
+        QCOMPARE(feedback(), std::nullopt);
+        QCOMPARE(logic->statusText(), before);
+        QVERIFY(model->settings()->lastError());
+    }
+
     void onlyAnEnabledTunnelThatIsNotBeingTestedCanBeTested() {
         QVERIFY(!logic->canTest());
         configure(true, false);

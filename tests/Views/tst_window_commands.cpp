@@ -1,6 +1,9 @@
 #include "Accessible.h"
+#include "DialogBench.h"
+#include "Views/AboutDialog.h"
 #include "WindowBench.h"
 
+#include <QCloseEvent>
 #include <QDir>
 #include <QTest>
 
@@ -66,6 +69,22 @@ private Q_SLOTS:
         QCOMPARE(bench.updateChecks, 1);
     }
 
+    void helpStandsBeforeUpdatesAndWhatThisIs() {
+        WindowBench bench;
+        bench.key(Qt::Key_H, Qt::AltModifier);
+        QTRY_VERIFY(bench.item("menuHelp"));
+        bench.drawFrame();
+        double last = -1;
+        for (const char *name : {"menuHelp", "menuCheckForUpdates", "menuAbout"}) {
+            const double top = bench.item(name)->mapToScene(QPointF()).y();
+            QVERIFY2(top > last && bench.item(name)->isEnabled(), name);
+            last = top;
+        }
+        QCOMPARE(spoken(bench.item("menuAbout")), u"About zelk"_s);
+        QVERIFY(press(bench.item("menuAbout")));
+        QCOMPARE(bench.aboutOpened, 1);
+    }
+
     void theSettingsOpenFromTheMenuAndByTheirKeys() {
         WindowBench bench;
         bench.key(Qt::Key_F, Qt::AltModifier);
@@ -76,6 +95,66 @@ private Q_SLOTS:
         QTRY_VERIFY(!bench.item("menuSettings"));
         bench.key(Qt::Key_Comma, Qt::ControlModifier);
         QCOMPARE(bench.settingsOpened, 2);
+    }
+
+    void everyWayOutEndsTheApplicationAlthoughOtherWindowsAreOpen_data() {
+        QTest::addColumn<int>("way");
+        QTest::newRow("Ctrl+W") << 0;
+        QTest::newRow("the window manager") << 1;
+        QTest::newRow("Quit") << 2;
+        QTest::newRow("Ctrl+Q") << 3;
+    }
+    void everyWayOutEndsTheApplicationAlthoughOtherWindowsAreOpen() {
+        QFETCH(int, way);
+        WindowBench bench;
+        QWindow settings; // a window like any other, as the settings' is
+        settings.show();
+        DialogHost dialogs;
+        AboutDialog about(dialogs, {});
+        QTest::ignoreMessage(QtWarningMsg, "This plugin does not support raise()");
+        about.open();
+        QWindow *const window = bench.window.window();
+        window->requestActivate();
+        QVERIFY(QTest::qWaitForWindowActive(window));
+        bench.beginRun(1, 2); // nor does a run keep it, or ask
+        const qsizetype asked = bench.sent().size();
+        const auto leave = [&] {
+            switch (way) {
+            case 0:
+                bench.key(Qt::Key_W, Qt::ControlModifier);
+                break;
+            case 1:
+                QCoreApplication::postEvent(window, new QCloseEvent);
+                break;
+            case 2:
+                bench.key(Qt::Key_F, Qt::AltModifier);
+                QTRY_VERIFY(bench.item("menuQuit"));
+                QVERIFY(press(bench.item("menuQuit")));
+                break;
+            default:
+                bench.key(Qt::Key_Q, Qt::ControlModifier);
+            }
+        };
+        QVERIFY(DialogBench::endsAfter(leave, DialogBench::untilItEnds));
+        QVERIFY(!window->isVisible());
+        QCOMPARE(bench.model.sync()->phase(), SyncPhase::running);
+        settleDown();
+        QCOMPARE(bench.sent().size(), asked); // the engine is told nothing
+    }
+
+    void otherWindowsCloseAlone() {
+        WindowBench bench;
+        DialogHost dialogs;
+        AboutDialog about(dialogs, {});
+        QTest::ignoreMessage(QtWarningMsg, "This plugin does not support raise()");
+        about.open();
+        QWindow other;
+        other.show();
+        QVERIFY(!DialogBench::endsAfter([&] {
+            other.close();
+            DialogBench::shown("aboutDialog")->close();
+        }));
+        QVERIFY(bench.window.window()->isVisible());
     }
 
     void theKeysOfFindLeadToTheFilter() {
