@@ -57,6 +57,7 @@ Item {
             width: parent.width
             messageRoom: root.banner.shown ? bannerView.height + Tokens.space.lg : 0
             logic: root.detail
+            memory: root.memory
         }
 
         BannerView {

@@ -8,6 +8,9 @@ MeasuredList {
     id: table
 
     required property DetailLogic logic
+    required property WindowMemory memory
+    // Orders nothing: the rows stand as their playlist has them.
+    property string sortColumn: table.memory.sortColumn
 
     function openMenu(index: int, place: Item) {
         if (table.logic.openMenu(index))
@@ -18,6 +21,7 @@ MeasuredList {
     model: table.logic.tracks
     bottomInset: Tokens.space.md
     Accessible.name: qsTr("Tracks")
+    onSortColumnChanged: table.memory.sortColumn = table.sortColumn
     onActivated: index => table.logic.activate(index)
     onToggled: index => table.logic.activate(index)
     onOpened: index => table.logic.setCollapsed(index, false)
@@ -51,6 +55,7 @@ MeasuredList {
 
         width: table.width
         roomy: table.logic.tracks.showsDownloads
+        memory: table.memory
     }
 
     Connections {
