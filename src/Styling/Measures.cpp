@@ -25,7 +25,8 @@ TypeScale::TypeScale()
       headline(font(13, QFont::DemiBold)), body(font(13, QFont::Normal)), bodyMedium(font(13, QFont::Medium)),
       callout(font(12, QFont::Normal)), calloutMedium(font(12, QFont::Medium)),
       calloutSemibold(font(12, QFont::DemiBold)), caption(font(11, QFont::Normal)),
-      captionMedium(font(11, QFont::Medium)), captionSemibold(font(11, QFont::DemiBold)) {}
+      captionMedium(font(11, QFont::Medium)), captionSemibold(font(11, QFont::DemiBold)),
+      caption2Semibold(font(10, QFont::DemiBold)) {}
 
 void MotionScale::setReduced(bool reduced) {
     if (m_reduced == reduced)

@@ -125,6 +125,7 @@ class SizeScale : public QObject {
     Q_PROPERTY(int symbol MEMBER symbol CONSTANT)
     Q_PROPERTY(int smallSymbol MEMBER smallSymbol CONSTANT)
     Q_PROPERTY(int badgeSymbol MEMBER badgeSymbol CONSTANT)
+    Q_PROPERTY(int badgeInset MEMBER badgeInset CONSTANT)
     Q_PROPERTY(int chevron MEMBER chevron CONSTANT)
     Q_PROPERTY(int folderSymbol MEMBER folderSymbol CONSTANT)
     Q_PROPERTY(int bannerSymbol MEMBER bannerSymbol CONSTANT)
@@ -186,6 +187,7 @@ public:
     const int symbol = 14;
     const int smallSymbol = 12;
     const int badgeSymbol = 14;
+    const int badgeInset = 6;
     const int chevron = 10;
     const int folderSymbol = 15;
     const int bannerSymbol = 16;
@@ -218,12 +220,13 @@ class TypeScale : public QObject {
     Q_PROPERTY(QFont caption MEMBER caption CONSTANT)
     Q_PROPERTY(QFont captionMedium MEMBER captionMedium CONSTANT)
     Q_PROPERTY(QFont captionSemibold MEMBER captionSemibold CONSTANT)
+    Q_PROPERTY(QFont caption2Semibold MEMBER caption2Semibold CONSTANT)
 
 public:
     TypeScale();
 
     QFont title2, emptyTitle, title3, headline, body, bodyMedium;
-    QFont callout, calloutMedium, calloutSemibold, caption, captionMedium, captionSemibold;
+    QFont callout, calloutMedium, calloutSemibold, caption, captionMedium, captionSemibold, caption2Semibold;
 };
 
 // Durations in milliseconds, all 0 when the user wants less motion.
