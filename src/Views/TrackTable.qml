@@ -17,6 +17,15 @@ MeasuredList {
             menu.popup(place);
     }
 
+    // By keyboard there is no pointer to open it at: it opens under its row.
+    function openMenuByKey(index: int) {
+        if (!table.logic.openMenu(index))
+            return;
+        table.reveal(index);
+        menu.popup(table.contentItem, 2 * Tokens.space.md,
+                   table.topInset + table.model.yOf(index) + table.model.heightOf(index));
+    }
+
     objectName: "trackTable"
     model: table.logic.tracks
     bottomInset: Tokens.space.md
@@ -26,7 +35,7 @@ MeasuredList {
     onToggled: index => table.logic.activate(index)
     onOpened: index => table.logic.setCollapsed(index, false)
     onClosed: index => table.logic.setCollapsed(index, true)
-    onMenuRequested: index => table.openMenu(index, table)
+    onMenuRequested: index => table.openMenuByKey(index)
 
     delegates: [
         Component {
@@ -69,6 +78,12 @@ MeasuredList {
     MenuPanel {
         id: menu
 
+        // The keyboard comes back to its row, unless something else has taken it.
+        onClosed: {
+            if (table.Window.activeFocusItem === table.Window.contentItem)
+                table.forceActiveFocus(Qt.PopupFocusReason);
+        }
+
         MenuEntry {
             objectName: "menuRetry"
             text: qsTr("Retry")
@@ -78,6 +93,7 @@ MeasuredList {
         MenuEntry {
             objectName: "menuReview"
             visible: table.logic.menuOffersReview
+            enabled: visible // or the keyboard would stop at it
             height: visible ? implicitHeight : 0
             text: qsTr("Review…")
             onTriggered: table.logic.reviewMenuTrack()
