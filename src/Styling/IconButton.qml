@@ -10,6 +10,7 @@ T.AbstractButton {
 
     required property string symbol
     required property string label
+    property string hint: button.label
     property int symbolSize: Tokens.size.smallSymbol
 
     function press() {
@@ -43,5 +44,10 @@ T.AbstractButton {
             name: button.symbol
             size: button.symbolSize
         }
+    }
+
+    Hint {
+        visible: button.hovered && !button.down && button.hint !== ""
+        text: button.hint
     }
 }

@@ -36,6 +36,7 @@ TypeScale::TypeScale(double textScale) {
     caption = font(11, QFont::Normal);
     captionMedium = font(11, QFont::Medium);
     captionSemibold = font(11, QFont::DemiBold);
+    caption2Semibold = font(10, QFont::DemiBold);
 }
 
 void MotionScale::setReduced(bool reduced) {

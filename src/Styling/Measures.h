@@ -140,6 +140,7 @@ class SizeScale : public QObject {
     Q_PROPERTY(int symbol MEMBER symbol CONSTANT)
     Q_PROPERTY(int smallSymbol MEMBER smallSymbol CONSTANT)
     Q_PROPERTY(int badgeSymbol MEMBER badgeSymbol CONSTANT)
+    Q_PROPERTY(int badgeInset MEMBER badgeInset CONSTANT)
     Q_PROPERTY(int chevron MEMBER chevron CONSTANT)
     Q_PROPERTY(int folderSymbol MEMBER folderSymbol CONSTANT)
     Q_PROPERTY(int bannerSymbol MEMBER bannerSymbol CONSTANT)
@@ -210,6 +211,7 @@ public:
     const int symbol = text(14);
     const int smallSymbol = text(12);
     const int badgeSymbol = text(14);
+    const int badgeInset = 6;
     const int chevron = text(10);
     const int folderSymbol = text(15);
     const int bannerSymbol = text(16);
@@ -242,12 +244,13 @@ class TypeScale : public QObject {
     Q_PROPERTY(QFont caption MEMBER caption CONSTANT)
     Q_PROPERTY(QFont captionMedium MEMBER captionMedium CONSTANT)
     Q_PROPERTY(QFont captionSemibold MEMBER captionSemibold CONSTANT)
+    Q_PROPERTY(QFont caption2Semibold MEMBER caption2Semibold CONSTANT)
 
 public:
     explicit TypeScale(double textScale = Tokens::leastTextScale);
 
     QFont title2, emptyTitle, title3, headline, body, bodyMedium;
-    QFont callout, calloutMedium, calloutSemibold, caption, captionMedium, captionSemibold;
+    QFont callout, calloutMedium, calloutSemibold, caption, captionMedium, captionSemibold, caption2Semibold;
 };
 
 // Durations in milliseconds, all 0 when the user wants less motion.

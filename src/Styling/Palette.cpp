@@ -58,7 +58,8 @@ const std::vector<Shade> &shades() {
         {&Palette::fieldHalo, at(0x4B48CC, 0.35), at(0xA9A7FF, 0.35)},
         {&Palette::scrollBar, at(black, 0.28), at(white, 0.28)},
         {&Palette::scrollBarHover, at(black, 0.45), at(white, 0.45)},
-        {&Palette::shadow, at(black, 0.12), at(black, 0.45)},
+        {&Palette::shadow, at(black, 0.22), at(black, 0.55)},
+        {&Palette::bannerShadow, at(black, 0.12), at(black, 0.45)},
     };
     return table;
 }

@@ -54,6 +54,7 @@ class Palette : public QObject {
     Q_PROPERTY(QColor scrollBar MEMBER scrollBar NOTIFY changed)
     Q_PROPERTY(QColor scrollBarHover MEMBER scrollBarHover NOTIFY changed)
     Q_PROPERTY(QColor shadow MEMBER shadow NOTIFY changed)
+    Q_PROPERTY(QColor bannerShadow MEMBER bannerShadow NOTIFY changed)
     Q_PROPERTY(QVariantList inks READ inks NOTIFY changed)
     Q_PROPERTY(QVariantList fills READ fills NOTIFY changed)
 
@@ -71,7 +72,7 @@ public:
     QColor hover, pressed, fillHover, fillPressed, selection, separator, divider, coverStroke, barTrack;
     QColor primary, secondary, tertiary, quaternary, accentFill, onAccent, accent;
     QColor red, orange, yellow, green, redFill, orangeFill, yellowFill, greenFill, redTint, orangeTint, prominentRed;
-    QColor fieldHalo, scrollBar, scrollBarHover, shadow;
+    QColor fieldHalo, scrollBar, scrollBarHover, shadow, bannerShadow;
 
 Q_SIGNALS:
     void changed();

@@ -10,6 +10,7 @@ Row {
     required property string text
     required property string symbol
     required property color ink
+    property bool prominent: false
     property real maximumWidth: Infinity
 
     spacing: Tokens.space.xs
@@ -30,7 +31,7 @@ Row {
         readable: false
         text: pill.text
         color: pill.ink
-        font: Tokens.font.caption
+        font: pill.prominent ? Tokens.font.captionSemibold : Tokens.font.caption
         width: Math.min(implicitWidth, pill.maximumWidth - mark.width - pill.spacing)
     }
 }

@@ -13,6 +13,7 @@ GlassBackground {
     implicitHeight: content.height + 2 * Tokens.space.sm
     role: GlassBackground.Floating
     ground: Tokens.color.card
+    shadow: Tokens.color.bannerShadow
     radius: Tokens.radius.card
     Accessible.role: Accessible.AlertMessage
     Accessible.name: banner.logic.message

@@ -8,6 +8,7 @@ Item {
     id: detail
 
     required property DetailLogic logic
+    required property WindowMemory memory
     // Room that a message over the list takes, so that it covers nothing at rest.
     property int messageRoom: 0
 
@@ -20,6 +21,7 @@ Item {
         topInset: Tokens.space.md + detail.messageRoom
         visible: detail.logic.face === DetailLogic.Run || detail.logic.face === DetailLogic.Preview
         logic: detail.logic
+        memory: detail.memory
     }
 
     Item {

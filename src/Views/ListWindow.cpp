@@ -4,6 +4,7 @@
 #include <QQmlEngine>
 
 #include <algorithm>
+#include <cmath>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -12,9 +13,12 @@ namespace zelk {
 namespace {
 // Beyond the view, so that a small scroll finds its delegates ready. Logical pixels.
 constexpr double overscan = 120;
+// Delegates that are made in one frame: a few milliseconds' worth. A view that fills at once takes some frames, from
+// the top down, so that nothing else waits for it.
+constexpr int madeAtOnce = 3;
 } // namespace
 
-ListWindow::ListWindow(QQuickItem *parent) : QQuickItem(parent) {}
+ListWindow::ListWindow(QQuickItem *parent) : QQuickItem(parent), m_ahead([this] { goOn(); }) {}
 
 ListWindow::~ListWindow() {
     for (const QMetaObject::Connection &connection : m_connections)
@@ -44,6 +48,7 @@ void ListWindow::setModel(MeasuredListModel *model) {
         m_model->setTextScale(m_textScale);
         connectModel();
     }
+    m_ahead.request();
     Q_EMIT modelChanged();
 }
 
@@ -78,6 +83,7 @@ void ListWindow::setViewHeight(double height) {
         return;
     m_viewHeight = height;
     polish();
+    m_ahead.request();
     Q_EMIT viewChanged();
 }
 
@@ -160,14 +166,20 @@ void ListWindow::contentChanged() {
 void ListWindow::updatePolish() {
     if (!m_model || !isComponentComplete() || m_model->rowCount() == 0 || m_viewHeight <= 0) {
         retireOutside(1, 0);
+        m_filled = true;
         return;
     }
     const int first = m_model->indexAt(m_viewTop - overscan);
     const int last = m_model->indexAt(m_viewTop + m_viewHeight + overscan);
     retireOutside(first, last);
-    for (int index = first; index <= last; ++index)
-        show(index);
+    int left = madeAtOnce;
+    m_filled = true;
+    for (int index = first; index <= last; ++index) {
+        if (!show(index, left))
+            m_filled = false;
+    }
     stackInOrder();
+    m_ahead.request();
 }
 
 // Whoever walks the children, a screen reader above all, is to meet them from top to bottom.
@@ -210,14 +222,16 @@ void ListWindow::retire(Delegates::iterator which) {
     m_shown.erase(which);
 }
 
-void ListWindow::show(int index) {
+bool ListWindow::show(int index, int &makeable) {
     const int kind = m_model->kindOf(index);
     if (kind < 0 || itemAt(index))
-        return;
+        return true;
     const auto spare = std::find_if(m_spare.begin(), m_spare.end(),
                                     [kind](const Delegate &delegate) { return delegate.kind == kind; });
     Delegate delegate;
     const bool fresh = spare == m_spare.end();
+    if (fresh && makeable-- <= 0)
+        return false;
     if (fresh) {
         delegate.kind = kind;
         delegate.entry = m_model->createEntry(kind);
@@ -231,10 +245,11 @@ void ListWindow::show(int index) {
     if (fresh)
         delegate = make(kind, std::move(delegate.entry));
     if (!delegate.item)
-        return;
+        return true;
     place(delegate);
     delegate.item->setVisible(true);
     m_shown.push_back(std::move(delegate));
+    return true;
 }
 
 ListWindow::Delegate ListWindow::make(int kind, std::unique_ptr<ListEntry> entry) {
@@ -255,6 +270,29 @@ ListWindow::Delegate ListWindow::make(int kind, std::unique_ptr<ListEntry> entry
     delegate.item->setParent(this);
     delegate.item->setParentItem(this);
     return delegate;
+}
+
+// Once the view has all that it shows, what it will need when it is full.
+void ListWindow::goOn() {
+    if (!m_filled)
+        return polish();
+    const auto usual = m_model && isComponentComplete() ? m_model->usual() : std::nullopt;
+    if (!usual)
+        return;
+    const auto isUsual = [&usual](const Delegate &delegate) { return delegate.kind == usual->kind; };
+    const auto needed = static_cast<std::ptrdiff_t>(std::ceil((m_viewHeight + 2 * overscan) / usual->height)) + 1;
+    const auto missing = needed - std::count_if(m_shown.begin(), m_shown.end(), isUsual) -
+                         std::count_if(m_spare.begin(), m_spare.end(), isUsual);
+    for (int i = 0; i < std::min<std::ptrdiff_t>(missing, madeAtOnce); ++i) {
+        Delegate delegate = make(usual->kind, m_model->createEntry(usual->kind));
+        if (!delegate.item)
+            return;
+        delegate.item->setVisible(false);
+        delegate.item->setSize(QSizeF(width(), usual->height));
+        m_spare.push_back(std::move(delegate));
+    }
+    if (missing > madeAtOnce)
+        m_ahead.request();
 }
 
 void ListWindow::place(Delegate &delegate) {

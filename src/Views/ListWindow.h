@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Views/FrameTick.h"
 #include "Views/MeasuredListModel.h"
 
 #include <QPointer>
@@ -14,7 +15,8 @@ namespace zelk {
 
 // The content of a scrolling list: holds delegates only for what is in view, each at the exact place that the model
 // gives it, and takes those that leave the view for what enters it. Its height is that of the whole list, so that a
-// scroll bar over it tells the truth at any length.
+// scroll bar over it tells the truth at any length. Delegates are made a few in a frame, ahead of need where they can
+// be.
 class ListWindow : public QQuickItem {
     Q_OBJECT
     QML_ELEMENT
@@ -55,6 +57,8 @@ public:
     Q_INVOKABLE int neighbour(int index, int steps) const;
     // The delegate that shows the element, or null while it is out of view.
     Q_INVOKABLE QQuickItem *itemAt(int index) const;
+    // Whether all that is in view has its delegate: not yet in the first frames of a view that fills at once.
+    bool isFilled() const { return m_filled; }
     // How many delegates exist, in view or waiting.
     int delegateCount() const { return static_cast<int>(m_shown.size() + m_spare.size()); }
 
@@ -91,8 +95,9 @@ private:
     void reset();
     void retire(Delegates::iterator which);
     void retireOutside(int first, int last);
-    void show(int index);
+    bool show(int index, int &makeable);
     void stackInOrder();
+    void goOn();
     Delegate make(int kind, std::unique_ptr<ListEntry> entry);
     void place(Delegate &delegate);
     void contentChanged();
@@ -106,9 +111,11 @@ private:
     double m_textScale = 1;
     int m_currentIndex = -1;
     bool m_currentShown = false;
+    bool m_filled = true;
     double m_heightBefore = 0;
     double m_removedY = 0;
     std::vector<QMetaObject::Connection> m_connections;
+    FrameTick m_ahead;
 };
 
 } // namespace zelk

@@ -4,6 +4,7 @@
 #include <qqmlregistration.h>
 
 #include <memory>
+#include <optional>
 
 namespace zelk {
 
@@ -53,6 +54,12 @@ public:
     // Which of the view's delegates shows the element; -1 for one that is only room.
     virtual int kindOf(int index) const = 0;
     virtual bool canBeCurrent(int index) const = 0;
+    // What a full view of this list is mostly made of; nothing when that can't be told.
+    struct Usual {
+        int kind = 0;
+        double height = 0;
+    };
+    virtual std::optional<Usual> usual() const { return {}; }
     virtual std::unique_ptr<ListEntry> createEntry(int kind) const = 0;
     // Fills the entry with what its index holds; with `roles`, only what belongs to them need be read again.
     virtual void load(ListEntry &entry, const QList<int> &roles) const = 0;

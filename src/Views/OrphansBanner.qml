@@ -2,15 +2,19 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
+import QtQuick.Templates as T
 import zelk
 
 GlassBackground {
     id: banner
 
     required property OrphansLogic logic
+    // What it may take of the window; a longer list scrolls.
+    property real maximumHeight: Infinity
+    readonly property real listRoom: banner.maximumHeight - Tokens.size.strip - Tokens.space.md
 
     objectName: "orphansBanner"
-    implicitHeight: Tokens.size.strip + (banner.logic.expanded ? list.height + Tokens.space.md : 0)
+    implicitHeight: Tokens.size.strip + (banner.logic.expanded ? scroll.height + Tokens.space.md : 0)
     clip: true
     role: GlassBackground.Chrome
     Accessible.role: Accessible.Grouping
@@ -77,72 +81,94 @@ GlassBackground {
         }
     }
 
-    Column {
-        id: list
+    Flickable {
+        id: scroll
 
+        function show(file: Item) {
+            scroll.contentY = Math.max(file.y + file.height - scroll.height, Math.min(scroll.contentY, file.y));
+        }
+
+        objectName: "orphansList"
         anchors.top: row.bottom
         x: row.x + message.x
         width: row.width - message.x
+        height: Math.max(Tokens.size.fileRow, Math.min(list.height, banner.listRoom))
         visible: banner.logic.expanded
+        clip: true
+        contentHeight: list.height
+        boundsBehavior: Flickable.StopAtBounds
+        onContentHeightChanged: scroll.returnToBounds()
 
-        Repeater {
-            model: banner.logic.names
+        T.ScrollBar.vertical: OverlayScrollBar {}
 
-            Item {
-                id: file
+        Column {
+            id: list
 
-                required property string modelData
-                required property int index
+            width: scroll.width
 
-                objectName: "orphansFile"
-                width: list.width
-                height: Tokens.size.fileRow
+            Repeater {
+                model: banner.logic.names
 
-                Symbol {
-                    id: sheet
+                Item {
+                    id: file
 
-                    anchors.verticalCenter: parent.verticalCenter
-                    name: "doc"
-                    size: Tokens.size.smallSymbol
-                }
+                    required property string modelData
+                    required property int index
 
-                TextLine {
-                    id: name
+                    objectName: "orphansFile"
+                    width: list.width
+                    height: Tokens.size.fileRow
 
-                    anchors.left: sheet.right
-                    anchors.leftMargin: Tokens.space.sm
-                    anchors.verticalCenter: parent.verticalCenter
-                    width: Math.min(implicitWidth, file.width - x - reveal.width - Tokens.space.xs)
-                    elide: Text.ElideMiddle
-                    text: file.modelData
-                    font: Tokens.font.caption
-                }
+                    Symbol {
+                        id: sheet
 
-                IconButton {
-                    id: reveal
+                        anchors.verticalCenter: parent.verticalCenter
+                        name: "doc"
+                        size: Tokens.size.smallSymbol
+                    }
 
-                    objectName: "orphansReveal"
-                    anchors.left: name.right
-                    anchors.leftMargin: Tokens.space.xs
-                    anchors.verticalCenter: parent.verticalCenter
-                    width: Tokens.size.smallButton
-                    height: Tokens.size.smallButton
-                    symbol: "magnifyingglass"
-                    symbolSize: Tokens.size.smallSymbol
-                    label: qsTr("Reveal in Finder")
-                    Accessible.description: file.modelData
-                    onClicked: banner.logic.reveal(file.index)
+                    TextLine {
+                        id: name
+
+                        anchors.left: sheet.right
+                        anchors.leftMargin: Tokens.space.sm
+                        anchors.verticalCenter: parent.verticalCenter
+                        width: Math.min(implicitWidth, file.width - x - reveal.width - Tokens.space.xs)
+                        elide: Text.ElideMiddle
+                        text: file.modelData
+                        font: Tokens.font.caption
+                    }
+
+                    IconButton {
+                        id: reveal
+
+                        objectName: "orphansReveal"
+                        anchors.left: name.right
+                        anchors.leftMargin: Tokens.space.xs
+                        anchors.verticalCenter: parent.verticalCenter
+                        width: Tokens.size.smallButton
+                        height: Tokens.size.smallButton
+                        symbol: "magnifyingglass"
+                        symbolSize: Tokens.size.smallSymbol
+                        label: qsTr("Reveal in Finder")
+                        Accessible.description: file.modelData
+                        onClicked: banner.logic.reveal(file.index)
+                        onActiveFocusChanged: {
+                            if (reveal.activeFocus)
+                                scroll.show(file);
+                        }
+                    }
                 }
             }
-        }
 
-        TextLine {
-            objectName: "orphansMore"
-            height: Tokens.size.fileRow
-            visible: banner.logic.more !== ""
-            text: banner.logic.more
-            color: Tokens.color.secondary
-            font: Tokens.font.caption
+            TextLine {
+                objectName: "orphansMore"
+                height: Tokens.size.fileRow
+                visible: banner.logic.more !== ""
+                text: banner.logic.more
+                color: Tokens.color.secondary
+                font: Tokens.font.caption
+            }
         }
     }
 

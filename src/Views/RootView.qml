@@ -57,6 +57,7 @@ Item {
             width: parent.width
             messageRoom: root.banner.shown ? bannerView.height + Tokens.space.lg : 0
             logic: root.detail
+            memory: root.memory
         }
 
         BannerView {
@@ -110,6 +111,9 @@ Item {
         anchors.bottom: parent.bottom
         width: parent.width
         height: root.orphans.shown ? implicitHeight : 0
+        // The list keeps room for a playlist's card and the first of its rows.
+        maximumHeight: root.height - toolbar.height - Tokens.size.summaryBar - Tokens.space.md - Tokens.size.groupCard
+                       - Tokens.size.columnHead - 4 * Tokens.size.trackRow
         visible: height > 0
         logic: root.orphans
 

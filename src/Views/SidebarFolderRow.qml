@@ -27,6 +27,7 @@ SelectableRow {
         symbol: "chevron.right"
         symbolSize: Tokens.size.chevron
         label: row.entry.expandLabel
+        hint: "" // the row has one
         rotation: row.entry.expanded ? 90 : 0
         onClicked: row.toggled()
 

@@ -69,4 +69,46 @@ Item {
         height: Tokens.size.hairline
         color: Tokens.color.divider
     }
+
+    Repeater {
+        model: heads.columns.edges.length
+
+        MouseArea {
+            id: edge
+
+            required property int index
+            readonly property real at: heads.columns.edges[edge.index] ?? -1
+            property real from: 0
+
+            function place(mouse: MouseEvent): real {
+                return edge.mapToItem(heads, mouse.x, mouse.y).x;
+            }
+
+            objectName: "columnEdge"
+            x: heads.inset + edge.at - edge.width / 2
+            width: Tokens.space.sm
+            height: heads.height
+            visible: edge.at >= 0
+            hoverEnabled: true
+            preventStealing: true
+            cursorShape: Qt.SplitHCursor
+            onPressed: mouse => {
+                edge.from = edge.place(mouse);
+                heads.columns.beginDrag();
+            }
+            onPositionChanged: mouse => {
+                if (edge.pressed)
+                    heads.columns.drag(edge.index, edge.place(mouse) - edge.from);
+            }
+            onDoubleClicked: heads.columns.release(edge.index)
+
+            Rectangle {
+                anchors.centerIn: parent
+                width: Tokens.size.hairline
+                height: Tokens.space.lg
+                visible: edge.containsMouse || edge.pressed
+                color: Tokens.color.divider
+            }
+        }
+    }
 }

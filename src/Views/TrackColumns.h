@@ -1,12 +1,17 @@
 #pragma once
 
+#include "Views/WindowMemory.h"
+
+#include <QList>
 #include <QObject>
+#include <QPointer>
 #include <qqmlregistration.h>
 
 namespace zelk {
 
 // Where the columns of the track table stand for a width. Each has its place and the room for its content, the gap to
-// the next column left out; a width of 0 says that the column was dropped.
+// the next column left out; a width of 0 says that the column was dropped. An edge between two columns can be dragged,
+// which takes from the one what it gives to the other.
 class TrackColumns : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -15,6 +20,10 @@ class TrackColumns : public QObject {
     Q_PROPERTY(bool roomy READ roomy WRITE setRoomy NOTIFY changed)
     // How much larger than usual text is: the columns of known content grow with it.
     Q_PROPERTY(double textScale READ textScale WRITE setTextScale NOTIFY changed)
+    // Knows what the user has dragged the columns to.
+    Q_PROPERTY(zelk::WindowMemory *memory READ memory WRITE setMemory NOTIFY changed)
+    // The x of the edge after each column but the last; negative where there is nothing to drag.
+    Q_PROPERTY(QList<double> edges READ edges NOTIFY changed)
     Q_PROPERTY(double titleX READ titleX NOTIFY changed)
     Q_PROPERTY(double titleWidth READ titleWidth NOTIFY changed)
     Q_PROPERTY(double artistX READ artistX NOTIFY changed)
@@ -42,7 +51,14 @@ public:
     };
 
     // `detailWidth` decides what is dropped, `contentWidth` is what the columns share. Logical pixels.
-    static Layout layout(double contentWidth, double detailWidth, bool roomy, double textScale = 1);
+    static Layout layout(double contentWidth, double detailWidth, bool roomy, double textScale = 1,
+                         const ColumnWidths &chosen = {});
+    // As in `edges`.
+    static QList<double> edgesOf(const Layout &layout);
+    // What is chosen once that edge of that layout has been dragged so far, or as far as it goes.
+    static ColumnWidths dragged(const Layout &layout, const ColumnWidths &chosen, int edge, double by);
+    // The columns on both sides of the edge have their automatic width again.
+    static ColumnWidths released(const Layout &layout, const ColumnWidths &chosen, int edge);
 
     double width() const { return m_width; }
     void setWidth(double width);
@@ -50,6 +66,15 @@ public:
     void setRoomy(bool roomy);
     double textScale() const { return m_textScale; }
     void setTextScale(double scale);
+    WindowMemory *memory() const { return m_memory; }
+    void setMemory(WindowMemory *memory);
+    QList<double> edges() const { return edgesOf(m_layout); }
+
+    // A drag counts from where it began, so that an edge waits for a pointer that has gone beyond its limit.
+    Q_INVOKABLE void beginDrag();
+    Q_INVOKABLE void drag(int edge, double by);
+    Q_INVOKABLE void release(int edge);
+
     double titleX() const { return m_layout.title.x; }
     double titleWidth() const { return m_layout.title.width; }
     double artistX() const { return m_layout.artist.x; }
@@ -75,6 +100,9 @@ private:
     bool m_roomy = false;
     double m_textScale = 1;
     Layout m_layout;
+    QPointer<WindowMemory> m_memory;
+    Layout m_dragLayout;
+    ColumnWidths m_dragChosen;
 };
 
 } // namespace zelk

@@ -1,5 +1,6 @@
 #include "Views/TrackListModel.h"
 
+#include "Styling/Measures.h"
 #include "Transport/Tagged.h"
 #include "Views/TrackListEntries.h"
 
@@ -263,6 +264,10 @@ int TrackListModel::kindOf(int index) const {
 bool TrackListModel::canBeCurrent(int index) const {
     const int kind = kindOf(index);
     return kind == GroupHeader || kind == Row;
+}
+
+std::optional<MeasuredListModel::Usual> TrackListModel::usual() const {
+    return Usual{Row, Tokens::Size::trackRow};
 }
 
 std::unique_ptr<ListEntry> TrackListModel::createEntry(int kind) const {

@@ -68,6 +68,7 @@ public:
     int indexAt(double y) const override { return m_geometry.elementAt(y); }
     int kindOf(int index) const override;
     bool canBeCurrent(int index) const override;
+    std::optional<Usual> usual() const override;
     std::unique_ptr<ListEntry> createEntry(int kind) const override;
     void load(ListEntry &entry, const QList<int> &roles) const override;
 

@@ -21,6 +21,7 @@ Item {
     Accessible.name: row.entry.title
     Accessible.description: row.entry.details
     Accessible.focusable: true
+    Accessible.focused: row.entry.current
 
     component Cell: TextLine {
         height: row.height

@@ -8,21 +8,34 @@ MeasuredList {
     id: table
 
     required property DetailLogic logic
+    required property WindowMemory memory
+    // Orders nothing: the rows stand as their playlist has them.
+    property string sortColumn: table.memory.sortColumn
 
     function openMenu(index: int, place: Item) {
         if (table.logic.openMenu(index))
             menu.popup(place);
     }
 
+    // By keyboard there is no pointer to open it at: it opens under its row.
+    function openMenuByKey(index: int) {
+        if (!table.logic.openMenu(index))
+            return;
+        table.reveal(index);
+        menu.popup(table.contentItem, 2 * Tokens.space.md,
+                   table.topInset + table.model.yOf(index) + table.model.heightOf(index));
+    }
+
     objectName: "trackTable"
     model: table.logic.tracks
     bottomInset: Tokens.space.md
     Accessible.name: qsTr("Tracks")
+    onSortColumnChanged: table.memory.sortColumn = table.sortColumn
     onActivated: index => table.logic.activate(index)
     onToggled: index => table.logic.activate(index)
     onOpened: index => table.logic.setCollapsed(index, false)
     onClosed: index => table.logic.setCollapsed(index, true)
-    onMenuRequested: index => table.openMenu(index, table)
+    onMenuRequested: index => table.openMenuByKey(index)
 
     delegates: [
         Component {
@@ -52,6 +65,7 @@ MeasuredList {
         width: table.width
         textScale: Tokens.textScale
         roomy: table.logic.tracks.showsDownloads
+        memory: table.memory
     }
 
     Connections {
@@ -65,6 +79,12 @@ MeasuredList {
     MenuPanel {
         id: menu
 
+        // The keyboard comes back to its row, unless something else has taken it.
+        onClosed: {
+            if (table.Window.activeFocusItem === table.Window.contentItem)
+                table.forceActiveFocus(Qt.PopupFocusReason);
+        }
+
         MenuEntry {
             objectName: "menuRetry"
             text: qsTr("Retry")
@@ -74,6 +94,7 @@ MeasuredList {
         MenuEntry {
             objectName: "menuReview"
             visible: table.logic.menuOffersReview
+            enabled: visible // or the keyboard would stop at it
             height: visible ? implicitHeight : 0
             text: qsTr("Review…")
             onTriggered: table.logic.reviewMenuTrack()

@@ -146,6 +146,15 @@ private Q_SLOTS:
         }
     }
 
+    void shadowsAreDeeperUnderASheetThanUnderTheBanner() {
+        Palette palette;
+        QVERIFY(isNear(palette.shadow, at(Qt::black, 0.22)));
+        QVERIFY(isNear(palette.bannerShadow, at(Qt::black, 0.12)));
+        palette.setDark(true);
+        QVERIFY(isNear(palette.shadow, at(Qt::black, 0.55)));
+        QVERIFY(isNear(palette.bannerShadow, at(Qt::black, 0.45)));
+    }
+
     void anotherGroundIsAsOpaqueAsTheRolesOwn() {
         const Palette palette;
         const GlassRole role{Kind::floating};

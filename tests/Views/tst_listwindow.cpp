@@ -67,7 +67,14 @@ struct Bench {
         view.show();
         if (!QTest::qWaitForWindowExposed(&view))
             qFatal("no window");
+        fill();
+    }
+
+    // Lets the first frames pass, in which the delegates are made.
+    void fill() {
         column->ensurePolished();
+        if (!QTest::qWaitFor([this] { return column->isFilled(); }))
+            qFatal("the view doesn't fill");
     }
 
     // What is drawn at a y of the view, by the title of the group or row; empty for room.
@@ -92,6 +99,7 @@ struct Bench {
         return model.data(model.index(index), Qt::DisplayRole).toString();
     }
     bool isTrue() {
+        fill();
         for (double y = 1; y < 600; y += 7) {
             if (drawnAt(y) != placedAt(y)) {
                 qWarning() << "at" << y << "is" << drawnAt(y) << "and should be" << placedAt(y);
@@ -119,6 +127,39 @@ private Q_SLOTS:
         Bench bench(50, 400);
         QCOMPARE(bench.column->implicitHeight(), 50 * (80.0 + 28 + 400 * 34 + 12));
         QVERIFY(bench.isTrue());
+    }
+
+    void aViewFillsFromTheTopAFewDelegatesAFrameAndNeverWrong() {
+        Bench bench(0, 0);
+        bench.groups.append(makeGroup(u"g0"_s, 400));
+        int before = bench.column->delegateCount();
+        QVERIFY(before < 5);
+        bench.column->ensurePolished();
+        while (!bench.column->isFilled()) {
+            const int made = bench.column->delegateCount();
+            QVERIFY(made - before <= 3);
+            before = made;
+            bool blank = false;
+            for (double y = 1; y < 600; y += 7) {
+                const QString drawn = bench.drawnAt(y);
+                blank = blank || drawn.isEmpty();
+                QVERIFY(drawn == (blank ? QString() : bench.placedAt(y)));
+            }
+            bench.column->polish();
+        }
+        QVERIFY(bench.isTrue());
+    }
+
+    void aFullViewIsMadeAheadOfNeed() {
+        Bench bench(0, 0);
+        QTRY_VERIFY(bench.column->delegateCount() > (600 + 240) / 34);
+        const int ready = bench.column->delegateCount();
+        QCOMPARE(bench.shown(), 0);
+        bench.groups.append(makeGroup(u"g0"_s, 400));
+        bench.column->ensurePolished(); // in one frame
+        QVERIFY(bench.column->isFilled());
+        QVERIFY(bench.isTrue());
+        QVERIFY(bench.column->delegateCount() <= ready + 2); // the card and the column heads
     }
 
     void afterAJumpTheRowDrawnIsTheOneItsPlaceSays() {

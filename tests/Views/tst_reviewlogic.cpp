@@ -155,6 +155,8 @@ private Q_SLOTS:
         run({needsReview(u"p#1"_s, {candidateWith({})})});
         model->focusReview(u"p#1"_s);
         QCOMPARE(logic->bestConfidence(), 0.0);
+        run({needsReview(u"p#1"_s, {candidateWith(1.2)})});
+        QCOMPARE(logic->bestConfidence(), 1.0);
     }
 
     void theStepperShowsWhereThereIsSomewhereToGo() {

@@ -295,6 +295,7 @@ private:
         auto *column = table(bench)->findChild<ListWindow *>();
         QVERIFY(column);
         column->ensurePolished();
+        QTRY_VERIFY(column->isFilled());
         int seen = 0;
         for (int i = column->model()->indexAt(column->viewTop());
              i <= column->model()->indexAt(column->viewTop() + column->viewHeight()); ++i) {

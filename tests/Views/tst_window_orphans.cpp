@@ -65,6 +65,38 @@ private Q_SLOTS:
         QVERIFY(!bench.item("orphansMore"));
     }
 
+    void unfoldedInTheSmallestWindowItLeavesRoomForRows() {
+        WindowBench bench;
+        bench.loadLibrary();
+        bench.window.window()->resize(880, 600);
+        QTRY_COMPARE(bench.content()->height(), 600.0);
+        bench.beginRun(1, 30);
+        find(bench, 12); // ten files and what is left out
+        bench.click(bench.item("orphansToggle"));
+        QTRY_COMPARE(bench.items("orphansReveal").size(), 10);
+        QTRY_COMPARE(bench.item("orphansBanner")->height(), bench.item("orphansBanner")->implicitHeight());
+        QQuickItem *table = bench.item("trackTable");
+        QTRY_VERIFY(table->height() >= 12 + 80 + 28 + 4 * 34);
+        QVERIFY(table->height() < 12 + 80 + 28 + 5 * 34);
+        // Its own list scrolls, and goes with the keyboard.
+        QQuickItem *list = bench.item("orphansList");
+        QVERIFY(list->height() < 11 * 24);
+        QCOMPARE(list->property("contentHeight").toDouble(), 11 * 24.0);
+        const auto inView = [list](QQuickItem *item) {
+            const double y = item->mapToItem(list, QPointF(0, 0)).y();
+            return y >= 0 && y + item->height() <= list->height();
+        };
+        QQuickItem *last = bench.items("orphansReveal").last();
+        QVERIFY(!inView(last));
+        last->forceActiveFocus(Qt::TabFocusReason);
+        QVERIFY(inView(last));
+        bench.items("orphansReveal").first()->forceActiveFocus(Qt::TabFocusReason);
+        QVERIFY(inView(bench.items("orphansReveal").first()));
+        // With room it takes as much as it needs.
+        bench.window.window()->resize(880, 780);
+        QTRY_COMPARE(list->height(), 11 * 24.0);
+    }
+
     void aFileCanBeShownByPressAndByKey() {
         WindowBench bench;
         find(bench, 3);
