@@ -14,6 +14,13 @@ T.AbstractButton {
     property string label: button.text
     property bool small: false
     property bool prominent: false
+    // Short of room, a button with a symbol may do without its words.
+    property bool bare: false
+    readonly property real bareRoom: words.implicitWidth + line.spacing // what it saves so
+    // As wide as it is with its words, whether they show or not.
+    readonly property real fullWidth: button.leftPadding + button.rightPadding + words.implicitWidth
+                                      + (mark.visible ? mark.width + line.spacing : 0)
+                                      + (arrow.visible ? arrow.width + line.spacing : 0)
     property bool stroked: !button.prominent
     // On a selected row a translucent fill needs a base, or its text is too faint.
     property bool based: false
@@ -74,13 +81,17 @@ T.AbstractButton {
     }
 
     contentItem: Item {
-        implicitWidth: children[0].implicitWidth
+        implicitWidth: line.implicitWidth
 
         Row {
+            id: line
+
             anchors.centerIn: parent
             spacing: button.small ? Tokens.space.xs : Tokens.space.sm
 
             Symbol {
+                id: mark
+
                 anchors.verticalCenter: parent.verticalCenter
                 visible: button.symbol !== ""
                 name: button.symbol
@@ -89,8 +100,10 @@ T.AbstractButton {
             }
 
             TextLine {
+                id: words
+
                 anchors.verticalCenter: parent.verticalCenter
-                visible: button.text !== ""
+                visible: button.text !== "" && !button.bare
                 readable: false
                 text: button.text
                 color: button.ink
@@ -98,6 +111,8 @@ T.AbstractButton {
             }
 
             Symbol {
+                id: arrow
+
                 anchors.verticalCenter: parent.verticalCenter
                 visible: button.opensMenu
                 name: "chevron.down"

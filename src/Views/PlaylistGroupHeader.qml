@@ -63,6 +63,7 @@ Item {
                 TextLine {
                     id: name
 
+                    objectName: "groupName"
                     x: logo.width + Tokens.space.sm
                     width: Math.min(implicitWidth, parent.width - x - Tokens.space.sm - Tokens.size.badgeSymbol)
                     text: header.entry.name
@@ -81,6 +82,8 @@ Item {
 
             TextLine {
                 width: parent.width
+                maximumLineCount: 2
+                wrapMode: Text.Wrap
                 text: header.entry.counts
                 color: Tokens.color.secondary
                 font: Tokens.font.callout

@@ -28,6 +28,18 @@ Item {
                                                                   root.sideRoom - root.shownInspectorWidth))
                                               : root.memory.sidebarWidth
 
+    // How far the review stands open, 0 to 1: it slides, but follows the window's edge at once.
+    property real reviewShare: root.review.presented ? 1 : 0
+
+    Behavior on reviewShare {
+        enabled: root.Window.window?.visible ?? false
+
+        NumberAnimation {
+            duration: Tokens.motion.inspector
+            easing.type: Easing.OutCubic
+        }
+    }
+
     SidebarView {
         id: sidebarView
 
@@ -88,20 +100,11 @@ Item {
     ReviewInspector {
         id: inspector
 
-        x: root.width - (root.review.presented ? root.shownInspectorWidth : 0)
+        x: root.width - root.reviewShare * root.shownInspectorWidth
         width: root.shownInspectorWidth
         height: parent.height - orphansBanner.height
-        visible: inspector.x < root.width
+        visible: root.reviewShare > 0
         logic: root.review
-
-        Behavior on x {
-            enabled: root.Window.window?.visible ?? false
-
-            NumberAnimation {
-                duration: Tokens.motion.inspector
-                easing.type: Easing.OutCubic
-            }
-        }
     }
 
     OrphansBanner {

@@ -21,9 +21,12 @@ constexpr double sourceLeast = 80;
 constexpr double statusIdeal = 160;
 constexpr double statusRoomy = 192;
 constexpr double statusNarrow = 156;
+constexpr double statusLeast = 120;
 // Below this the names give way no further while quality and source can.
 constexpr double namesLeast = 250;
 constexpr double namesLeastNarrow = 200;
+// Nor below this while anything else can: of two names then only the title's is left.
+constexpr double titleLeast = 140;
 // Narrower than this the detail pane drops the album; each step down drops the next column.
 constexpr double dropAlbumBelow = 640;
 
@@ -34,8 +37,8 @@ TrackColumns::Layout TrackColumns::layout(double contentWidth, double detailWidt
     const bool narrow = detailWidth < text(dropAlbumBelow);
     double quality = text(qualityIdeal);
     double source = text(sourceIdeal);
-    const double time = text(timeRoom);
-    const double status = text(narrow ? statusNarrow : roomy ? statusRoomy : statusIdeal);
+    double time = text(timeRoom);
+    double status = text(narrow ? statusNarrow : roomy ? statusRoomy : statusIdeal);
     const double shared = contentWidth - coverRoom - time - status;
     double names = shared - quality - source;
     if (names < text(namesLeast)) {
@@ -49,9 +52,17 @@ TrackColumns::Layout TrackColumns::layout(double contentWidth, double detailWidt
         names += std::exchange(quality, 0);
     if (narrow && names < text(namesLeastNarrow))
         names += std::exchange(source, 0);
+    if (narrow && names < text(titleLeast))
+        names += std::exchange(time, 0);
+    const bool titleAlone = narrow && names < text(titleLeast);
+    if (titleAlone) {
+        const double given = std::min(status - text(statusLeast), text(titleLeast) - names);
+        status -= given;
+        names += given;
+    }
     names = std::max(0.0, names);
 
-    const double title = std::floor(names * (narrow ? 0.58 : 0.46));
+    const double title = titleAlone ? names : std::floor(names * (narrow ? 0.58 : 0.46));
     const double album = narrow ? 0 : std::floor(names * 0.24);
     const double artist = names - title - album;
     Layout result;

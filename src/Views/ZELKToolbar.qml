@@ -10,23 +10,36 @@ GlassBackground {
     required property ZELKCommands commands
     required property VPNLogic vpn
     readonly property CommandsLogic logic: toolbar.commands.logic
+    // What is missing for all buttons to show their words: the tunnel's go first, then the review's.
+    readonly property real missing: (tunnel.visible ? tunnel.fullWidth + row.spacing : 0)
+                                    + (review.visible ? review.fullWidth + row.spacing : 0)
+                                    + (cancelButton.visible ? cancelButton.fullWidth : syncButton.fullWidth)
+                                    + 2 * Tokens.space.md - toolbar.width
 
     implicitHeight: Tokens.size.toolbar
     role: GlassBackground.Chrome
 
     Row {
+        id: row
+
         anchors.right: parent.right
         anchors.rightMargin: Tokens.space.md
         anchors.verticalCenter: parent.verticalCenter
         spacing: Tokens.space.sm
 
         VPNToolbarControl {
+            id: tunnel
+
+            bare: toolbar.missing > 0 && tunnel.text !== ""
             visible: toolbar.vpn.present
             logic: toolbar.vpn
         }
 
         PushButton {
+            id: review
+
             objectName: "toolbarReview"
+            bare: toolbar.missing > (tunnel.visible ? tunnel.bareRoom : 0)
             visible: toolbar.logic.canReview
             action: toolbar.commands.review
             stroked: false
@@ -38,6 +51,8 @@ GlassBackground {
         }
 
         PushButton {
+            id: cancelButton
+
             objectName: "toolbarCancel"
             visible: toolbar.logic.running
             action: toolbar.commands.cancel
