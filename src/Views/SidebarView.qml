@@ -74,8 +74,17 @@ Rectangle {
         onMoved: (index, modifiers) => sidebar.logic.moved(index, modifiers)
         onToggled: index => sidebar.logic.press(index, Qt.ControlModifier)
         onActivated: index => sidebar.logic.press(index, Qt.NoModifier)
-        onOpened: index => sidebar.logic.setExpanded(index, true)
-        onClosed: index => sidebar.logic.setExpanded(index, false)
+        find: text => sidebar.logic.find(text, list.currentIndex)
+        onOpened: (index, modifiers) => {
+            const inside = sidebar.logic.enter(index);
+            if (inside >= 0)
+                list.moveTo(inside, modifiers);
+        }
+        onClosed: (index, modifiers) => {
+            const around = sidebar.logic.leave(index);
+            if (around >= 0)
+                list.moveTo(around, modifiers);
+        }
 
         Shortcut {
             sequences: ["Ctrl+A"]
