@@ -9,6 +9,7 @@ Text {
 
     textFormat: Text.PlainText
     wrapMode: Text.Wrap
+    horizontalAlignment: Text.AlignLeft
     color: Tokens.color.secondary
     font: Tokens.font.body
     // No binding: the lines are counted while they are laid out.

@@ -101,8 +101,10 @@ Flickable {
         case Qt.Key_End:
             return list.step(column.count, event.modifiers);
         case Qt.Key_Left:
-            return list.closed(list.currentIndex, event.modifiers);
         case Qt.Key_Right:
+            // A tree grows the way that the layout runs.
+            if ((event.key === Qt.Key_Right) === list.LayoutMirroring.enabled)
+                return list.closed(list.currentIndex, event.modifiers);
             return list.opened(list.currentIndex, event.modifiers);
         case Qt.Key_Return:
         case Qt.Key_Enter:

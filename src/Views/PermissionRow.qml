@@ -15,8 +15,9 @@ Item {
     implicitHeight: words.height + 2 * Tokens.space.md
 
     Rectangle {
-        x: Tokens.space.md
-        width: parent.width - x
+        anchors.left: parent.left
+        anchors.leftMargin: Tokens.space.md
+        anchors.right: parent.right
         height: Tokens.size.hairline
         visible: row.divided
         color: Tokens.color.divider
@@ -25,9 +26,11 @@ Item {
     Column {
         id: words
 
-        x: Tokens.space.md
+        anchors.left: parent.left
+        anchors.leftMargin: Tokens.space.md
         y: Tokens.space.md
-        width: button.x - x - Tokens.space.lg
+        anchors.right: button.left
+        anchors.rightMargin: Tokens.space.lg
         spacing: Tokens.space.xs
 
         Paragraph {

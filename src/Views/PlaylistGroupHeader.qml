@@ -31,7 +31,8 @@ Item {
         ArtworkView {
             id: cover
 
-            x: Tokens.space.md
+            anchors.left: parent.left
+            anchors.leftMargin: Tokens.space.md
             anchors.verticalCenter: parent.verticalCenter
             size: Tokens.art.header
             cornerRadius: Tokens.radius.control
@@ -54,6 +55,7 @@ Item {
                 SourceLogo {
                     id: logo
 
+                    anchors.left: parent.left
                     anchors.verticalCenter: parent.verticalCenter
                     symbol: header.entry.sourceSymbol
                     label: header.entry.sourceName
@@ -64,14 +66,17 @@ Item {
                     id: name
 
                     objectName: "groupName"
-                    x: logo.width + Tokens.space.sm
-                    width: Math.min(implicitWidth, parent.width - x - Tokens.space.sm - Tokens.size.badgeSymbol)
+                    anchors.left: logo.right
+                    anchors.leftMargin: Tokens.space.sm
+                    width: Math.min(implicitWidth, parent.width - logo.width - 2 * Tokens.space.sm
+                                                   - Tokens.size.badgeSymbol)
                     text: header.entry.name
                     font: Tokens.font.title3
                 }
 
                 Symbol {
-                    x: name.x + name.width + Tokens.space.sm
+                    anchors.left: name.right
+                    anchors.leftMargin: Tokens.space.sm
                     anchors.verticalCenter: parent.verticalCenter
                     visible: header.entry.badgeSymbol !== ""
                     name: header.entry.badgeSymbol

@@ -25,7 +25,8 @@ Item {
         id: skip
 
         objectName: "reviewSkip"
-        x: Tokens.space.md
+        anchors.left: parent.left
+        anchors.leftMargin: Tokens.space.md
         y: bar.stacked ? Tokens.space.md : (bar.height - height) / 2
         text: qsTr("Skip")
         ink: Tokens.color.red
@@ -39,7 +40,8 @@ Item {
                                                          : useURL.visible ? useURL.width + spacing : 0
         readonly property real across: choices.room + best.width
 
-        x: bar.stacked ? Tokens.space.md : bar.width - width - Tokens.space.md
+        anchors.left: parent.left
+        anchors.leftMargin: bar.stacked ? Tokens.space.md : bar.width - width - Tokens.space.md
         y: bar.stacked ? skip.y + skip.height + Tokens.space.sm : (bar.height - height) / 2
         width: Math.min(choices.across, bar.width - 2 * Tokens.space.md)
         spacing: Tokens.space.sm

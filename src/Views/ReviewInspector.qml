@@ -91,7 +91,8 @@ Rectangle {
         ReviewContent {
             id: content
 
-            x: Tokens.space.lg
+            anchors.left: parent.left
+            anchors.leftMargin: Tokens.space.lg
             y: Tokens.space.lg
             width: parent.width - 2 * Tokens.space.lg
             logic: inspector.logic
@@ -114,6 +115,7 @@ Rectangle {
     }
 
     Rectangle {
+        anchors.left: parent.left
         width: Tokens.size.hairline
         height: parent.height
         color: Tokens.color.divider

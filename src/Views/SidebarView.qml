@@ -20,7 +20,8 @@ Rectangle {
         SourceLogo {
             id: mark
 
-            x: Tokens.space.lg
+            anchors.left: parent.left
+            anchors.leftMargin: Tokens.space.lg
             anchors.verticalCenter: parent.verticalCenter
             size: Tokens.art.sidebar
             readable: false
@@ -43,7 +44,8 @@ Rectangle {
 
         objectName: "filterField"
         anchors.top: head.bottom
-        x: Tokens.space.sm
+        anchors.left: parent.left
+        anchors.leftMargin: Tokens.space.sm
         width: parent.width - 2 * Tokens.space.sm
         placeholderText: qsTr("Filter playlists")
         text: sidebar.logic.searchText

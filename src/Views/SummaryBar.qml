@@ -28,7 +28,8 @@ GlassBackground {
     Row {
         id: left
 
-        x: bar.inset
+        anchors.left: parent.left
+        anchors.leftMargin: bar.inset
         y: Tokens.space.sm
         height: Tokens.size.summaryLine
         spacing: Tokens.space.sm
@@ -48,7 +49,8 @@ GlassBackground {
     TextLine {
         id: right
 
-        x: bar.stacked ? bar.inset : bar.width - width - bar.inset
+        anchors.left: parent.left
+        anchors.leftMargin: bar.stacked ? bar.inset : bar.width - width - bar.inset
         y: left.y + (bar.stacked ? Tokens.size.summaryLine : 0)
         width: Math.min(implicitWidth, bar.width - 2 * bar.inset)
         height: left.height

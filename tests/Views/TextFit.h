@@ -30,6 +30,22 @@ public:
         return false;
     }
 
+    // Where its glyphs are, in the item's coordinates.
+    static QRectF drawn(const QQuickItem *text) {
+        const auto horizontal = text->property("effectiveHorizontalAlignment").toInt();
+        const auto vertical = text->property("verticalAlignment").toInt();
+        QRectF place(0, 0, text->property("contentWidth").toDouble(), text->property("contentHeight").toDouble());
+        if (horizontal == Qt::AlignRight)
+            place.moveRight(text->width());
+        else if (horizontal == Qt::AlignHCenter)
+            place.moveLeft((text->width() - place.width()) / 2);
+        if (vertical == Qt::AlignBottom)
+            place.moveBottom(text->height());
+        else if (vertical == Qt::AlignVCenter)
+            place.moveTop((text->height() - place.height()) / 2);
+        return place;
+    }
+
 private:
     static constexpr double slack = 1;     // a rounding to whole pixels
     static constexpr double sideSlack = 8; // nothing stands in the gap beside a text
@@ -68,26 +84,12 @@ private:
              around = around->parentItem()) {
             if (around->width() <= 0 && around->height() <= 0)
                 continue;
-            const QRectF place = text->mapRectToItem(around, drawn(text, content));
+            const QRectF place = text->mapRectToItem(around, drawn(text));
             if (place.top() < -slack || place.bottom() > around->height() + slack)
                 return fault("is higher than", around);
             if (place.left() < -sideSlack || place.right() > around->width() + sideSlack)
                 return fault("is wider than", around);
         }
-    }
-    static QRectF drawn(const QQuickItem *text, const QSizeF &content) {
-        const auto horizontal = text->property("effectiveHorizontalAlignment").toInt();
-        const auto vertical = text->property("verticalAlignment").toInt();
-        QRectF place(QPointF(), content);
-        if (horizontal == Qt::AlignRight)
-            place.moveRight(text->width());
-        else if (horizontal == Qt::AlignHCenter)
-            place.moveLeft((text->width() - content.width()) / 2);
-        if (vertical == Qt::AlignBottom)
-            place.moveBottom(text->height());
-        else if (vertical == Qt::AlignVCenter)
-            place.moveTop((text->height() - content.height()) / 2);
-        return place;
     }
 };
 
