@@ -22,9 +22,10 @@ namespace zelk {
 
 struct MainWindow::Parts {
     Parts(AppModel &model, const Surroundings &surroundings)
-        : commands(model, {surroundings.files, surroundings.openUrl, surroundings.checkForUpdates}), sidebar(model, surroundings.clock),
-          detail(model), review(model), banner(model), vpn(model, surroundings.clock),
-          orphans(model, surroundings.files), appearance(surroundings.appearance), memory(surroundings.defaults) {}
+        : commands(model, {surroundings.files, surroundings.openUrl, surroundings.checkForUpdates}),
+          sidebar(model, surroundings.clock), detail(model), review(model), banner(model),
+          vpn(model, surroundings.clock), orphans(model, surroundings.files), appearance(surroundings.appearance),
+          memory(surroundings.defaults) {}
 
     CommandsLogic commands;
     SidebarLogic sidebar;

@@ -154,7 +154,7 @@ GlassBackground {
 
     Rectangle {
         width: parent.width
-        height: Tokens.size.hairline
+        height: Tokens.hairline(Screen.devicePixelRatio)
         color: Tokens.color.divider
     }
 }

@@ -18,7 +18,7 @@ Item {
         anchors.left: parent.left
         anchors.leftMargin: Tokens.space.md
         anchors.right: parent.right
-        height: Tokens.size.hairline
+        height: Tokens.hairline(Screen.devicePixelRatio)
         visible: row.divided
         color: Tokens.color.divider
     }

@@ -17,7 +17,7 @@ Item {
 
     Rectangle {
         width: parent.width
-        height: Tokens.size.hairline
+        height: Tokens.hairline(Screen.devicePixelRatio)
         color: Tokens.color.divider
     }
 

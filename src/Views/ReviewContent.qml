@@ -128,7 +128,7 @@ Column {
 
     Rectangle {
         width: parent.width
-        height: Tokens.size.hairline
+        height: Tokens.hairline(Screen.devicePixelRatio)
         color: Tokens.color.divider
     }
 

@@ -60,7 +60,7 @@ Rectangle {
         Rectangle {
             anchors.bottom: parent.bottom
             width: parent.width
-            height: Tokens.size.hairline
+            height: Tokens.hairline(Screen.devicePixelRatio)
             color: Tokens.color.divider
         }
     }
@@ -116,7 +116,7 @@ Rectangle {
 
     Rectangle {
         anchors.left: parent.left
-        width: Tokens.size.hairline
+        width: Tokens.hairline(Screen.devicePixelRatio)
         height: parent.height
         color: Tokens.color.divider
     }

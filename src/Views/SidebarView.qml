@@ -160,7 +160,7 @@ Rectangle {
 
     Rectangle {
         anchors.right: parent.right
-        width: Tokens.size.hairline
+        width: Tokens.hairline(Screen.devicePixelRatio)
         height: parent.height
         color: Tokens.color.divider
     }

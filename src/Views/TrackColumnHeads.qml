@@ -74,7 +74,7 @@ Item {
         anchors.leftMargin: heads.inset
         anchors.bottom: parent.bottom
         width: heads.width - 2 * heads.inset
-        height: Tokens.size.hairline
+        height: Tokens.hairline(Screen.devicePixelRatio)
         color: Tokens.color.divider
     }
 }

@@ -132,7 +132,7 @@ Item {
         anchors.bottom: parent.bottom
         anchors.right: parent.right
         anchors.rightMargin: row.inset
-        height: Tokens.size.hairline
+        height: Tokens.hairline(Screen.devicePixelRatio)
         visible: !row.entry.last
         color: Tokens.color.divider
     }

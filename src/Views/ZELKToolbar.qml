@@ -80,7 +80,7 @@ GlassBackground {
     Rectangle {
         anchors.bottom: parent.bottom
         width: parent.width
-        height: Tokens.size.hairline
+        height: Tokens.hairline(Screen.devicePixelRatio)
         color: Tokens.color.divider
     }
 }

@@ -83,7 +83,8 @@ private:
 
 // Names that are the user's, the engine's words on a row, and paths.
 bool mayElide(QQuickItem *text) {
-    return TextFit::isIn(text, {u"trackRow"_s, u"playlistRow"_s, u"folderRow"_s, u"candidate"_s, u"orphansFile"_s, u"groupName"_s});
+    return TextFit::isIn(
+        text, {u"trackRow"_s, u"playlistRow"_s, u"folderRow"_s, u"candidate"_s, u"orphansFile"_s, u"groupName"_s});
 }
 
 QString faultsOf(const QQuickWindow *window) {
