@@ -39,7 +39,7 @@ Window {
             dialog.refused();
     }
 
-    LayoutMirroring.enabled: Qt.application.layoutDirection === Qt.RightToLeft
+    LayoutMirroring.enabled: Qt.application.layoutDirection === Qt.RightToLeft // qmllint disable
     LayoutMirroring.childrenInherit: true
     title: dialog.heading
     flags: Qt.Dialog

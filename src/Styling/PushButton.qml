@@ -80,7 +80,7 @@ T.AbstractButton {
         }
     }
 
-    contentItem: Item {
+    contentItem: Item { // qmllint disable deferred-property-id
         implicitWidth: line.implicitWidth
 
         Row {

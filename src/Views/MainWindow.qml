@@ -16,7 +16,7 @@ Window {
     required property OrphansLogic orphansLogic
     required property WindowMemory memory
 
-    LayoutMirroring.enabled: Qt.application.layoutDirection === Qt.RightToLeft
+    LayoutMirroring.enabled: Qt.application.layoutDirection === Qt.RightToLeft // qmllint disable
     LayoutMirroring.childrenInherit: true
     objectName: "mainWindow"
     title: qsTr("zelk")
