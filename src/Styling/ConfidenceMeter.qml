@@ -27,6 +27,7 @@ Item {
         TextLine {
             id: label
 
+            anchors.left: parent.left
             readable: false
             text: qsTr("Confidence")
             color: Tokens.color.secondary

@@ -39,6 +39,8 @@ Window {
             dialog.refused();
     }
 
+    LayoutMirroring.enabled: Qt.application.layoutDirection === Qt.RightToLeft // qmllint disable
+    LayoutMirroring.childrenInherit: true
     title: dialog.heading
     flags: Qt.Dialog
     width: Tokens.size.dialogWidth
@@ -77,7 +79,8 @@ Window {
             id: mark
 
             objectName: "dialogSymbol"
-            x: Tokens.space.xl
+            anchors.left: parent.left
+            anchors.leftMargin: Tokens.space.xl
             y: Tokens.space.xl
             visible: dialog.symbol !== ""
             name: dialog.symbol
@@ -88,9 +91,11 @@ Window {
         Column {
             id: words
 
-            x: mark.visible ? mark.x + mark.width + Tokens.space.lg : Tokens.space.xl
+            anchors.left: parent.left
+            anchors.leftMargin: mark.visible ? Tokens.space.xl + mark.width + Tokens.space.lg : Tokens.space.xl
+            anchors.right: parent.right
+            anchors.rightMargin: Tokens.space.xl
             y: Tokens.space.xl
-            width: parent.width - x - Tokens.space.xl
             spacing: Tokens.space.sm
 
             Paragraph {
@@ -114,14 +119,16 @@ Window {
 
             anchors.top: words.bottom
             anchors.topMargin: body.implicitHeight > 0 ? Tokens.space.lg : 0
-            x: Tokens.space.xl
+            anchors.left: parent.left
+            anchors.leftMargin: Tokens.space.xl
             width: parent.width - 2 * Tokens.space.xl
         }
 
         PushButton {
             objectName: "dialogTertiary"
             anchors.verticalCenter: buttons.verticalCenter
-            x: Tokens.space.xl
+            anchors.left: parent.left
+            anchors.leftMargin: Tokens.space.xl
             visible: dialog.tertiaryText !== ""
             text: dialog.tertiaryText
             onClicked: dialog.declined()

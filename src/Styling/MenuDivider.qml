@@ -14,7 +14,7 @@ T.MenuSeparator {
         Rectangle {
             anchors.verticalCenter: parent.verticalCenter
             width: parent.width
-            height: Tokens.size.hairline
+            height: Tokens.hairline(Screen.devicePixelRatio)
             color: Tokens.color.divider
         }
     }

@@ -15,7 +15,8 @@ Item {
     Paragraph {
         id: words
 
-        x: Tokens.space.md
+        anchors.left: parent.left
+        anchors.leftMargin: Tokens.space.md
         width: parent.width - 2 * Tokens.space.md
         anchors.verticalCenter: parent.verticalCenter
         text: note.text

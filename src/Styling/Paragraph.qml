@@ -9,9 +9,11 @@ Text {
 
     textFormat: Text.PlainText
     wrapMode: Text.Wrap
-    lineHeight: paragraph.lineCount > 1 ? Tokens.size.textLineHeight : 1
+    horizontalAlignment: Text.AlignLeft
     color: Tokens.color.secondary
     font: Tokens.font.body
+    // No binding: the lines are counted while they are laid out.
+    onLineCountChanged: paragraph.lineHeight = paragraph.lineCount > 1 ? Tokens.size.textLineHeight : 1
     Accessible.role: Accessible.StaticText
     Accessible.name: paragraph.text
     Accessible.ignored: paragraph.text === ""

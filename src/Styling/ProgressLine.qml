@@ -1,4 +1,4 @@
-// The bar that fills from left to right.
+// The bar that fills the way that text runs.
 pragma ComponentBehavior: Bound
 
 import QtQuick
@@ -30,6 +30,7 @@ Item {
     }
 
     Rectangle {
+        anchors.left: parent.left
         height: parent.height
         radius: height / 2
         visible: bar.value > 0

@@ -14,16 +14,16 @@ T.AbstractButton {
     property string label: button.text
     property bool small: false
     property bool prominent: false
+    // Short of room, a button with a symbol may do without its words.
+    property bool bare: false
+    readonly property real bareRoom: words.implicitWidth + line.spacing // what it saves so
+    // As wide as it is with its words, whether they show or not.
+    readonly property real fullWidth: button.leftPadding + button.rightPadding + words.implicitWidth
+                                      + (mark.visible ? mark.width + line.spacing : 0)
+                                      + (arrow.visible ? arrow.width + line.spacing : 0)
     property bool stroked: !button.prominent
     // On a selected row a translucent fill needs a base, or its text is too faint.
     property bool based: false
-    // Shows the symbol alone, where there is no room for more; the text becomes a hint.
-    property bool terse: false
-    // The width that it wants with its text, terse or not.
-    readonly property real fullWidth: button.leftPadding + wording.advanceWidth + button.rightPadding
-                                      + (button.symbol === "" ? 0 : button.symbolSize + button.spacing)
-                                      + (button.opensMenu ? Tokens.size.chevron + button.spacing : 0)
-    readonly property int symbolSize: button.small ? Tokens.size.smallSymbol : Tokens.size.symbol
     // What it opens drops down from it, which a chevron says.
     property bool opensMenu: false
     property color fill: button.prominent ? Tokens.color.accentFill : Tokens.color.button
@@ -43,7 +43,6 @@ T.AbstractButton {
     implicitHeight: button.small ? Tokens.size.smallButton : Tokens.size.button
     leftPadding: button.small ? Tokens.space.sm : Tokens.space.md
     rightPadding: button.leftPadding
-    spacing: button.small ? Tokens.space.xs : Tokens.space.sm
     font: button.small ? Tokens.font.captionMedium : Tokens.font.bodyMedium
     opacity: button.enabled ? 1 : Tokens.size.disabledOpacity
     focusPolicy: Qt.TabFocus
@@ -53,13 +52,6 @@ T.AbstractButton {
     Accessible.onPressAction: button.press()
     Keys.onReturnPressed: button.press()
     Keys.onEnterPressed: button.press()
-
-    TextMetrics {
-        id: wording
-
-        font: button.font
-        text: button.text
-    }
 
     background: Rectangle {
         color: button.based ? Tokens.color.card : button.fill
@@ -88,24 +80,30 @@ T.AbstractButton {
         }
     }
 
-    contentItem: Item {
-        implicitWidth: children[0].implicitWidth
+    contentItem: Item { // qmllint disable deferred-property-id
+        implicitWidth: line.implicitWidth
 
         Row {
+            id: line
+
             anchors.centerIn: parent
-            spacing: button.spacing
+            spacing: button.small ? Tokens.space.xs : Tokens.space.sm
 
             Symbol {
+                id: mark
+
                 anchors.verticalCenter: parent.verticalCenter
                 visible: button.symbol !== ""
                 name: button.symbol
                 color: button.symbolInk
-                size: button.symbolSize
+                size: button.small ? Tokens.size.smallSymbol : Tokens.size.symbol
             }
 
             TextLine {
+                id: words
+
                 anchors.verticalCenter: parent.verticalCenter
-                visible: button.text !== "" && !button.terse
+                visible: button.text !== "" && !button.bare
                 readable: false
                 text: button.text
                 color: button.ink
@@ -113,6 +111,8 @@ T.AbstractButton {
             }
 
             Symbol {
+                id: arrow
+
                 anchors.verticalCenter: parent.verticalCenter
                 visible: button.opensMenu
                 name: "chevron.down"
@@ -122,7 +122,7 @@ T.AbstractButton {
     }
 
     Hint {
-        visible: button.hovered && text !== ""
-        text: button.hint === "" && button.terse ? button.text : button.hint
+        visible: button.hovered && button.hint !== ""
+        text: button.hint
     }
 }

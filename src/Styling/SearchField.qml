@@ -8,9 +8,13 @@ import zelk
 T.TextField {
     id: field
 
+    readonly property bool mirrored: field.LayoutMirroring.enabled
+    readonly property real leading: glass.width + 2 * Tokens.space.sm // before the text, for the glass
+
     implicitHeight: Tokens.size.field
-    leftPadding: glass.x + glass.width + Tokens.space.sm
-    rightPadding: Tokens.space.sm
+    leftPadding: field.mirrored ? Tokens.space.sm : field.leading
+    rightPadding: field.mirrored ? field.leading : Tokens.space.sm
+    horizontalAlignment: TextInput.AlignLeft
     verticalAlignment: TextInput.AlignVCenter
     font: Tokens.font.body
     color: Tokens.color.primary
@@ -28,7 +32,8 @@ T.TextField {
     Symbol {
         id: glass
 
-        x: Tokens.space.sm
+        anchors.left: parent.left
+        anchors.leftMargin: Tokens.space.sm
         anchors.verticalCenter: parent.verticalCenter
         name: "magnifyingglass"
         size: Tokens.size.smallSymbol
@@ -36,9 +41,9 @@ T.TextField {
 
     TextLine {
         anchors.left: parent.left
-        anchors.leftMargin: field.leftPadding
+        anchors.leftMargin: field.leading
         anchors.right: parent.right
-        anchors.rightMargin: field.rightPadding
+        anchors.rightMargin: Tokens.space.sm
         anchors.verticalCenter: parent.verticalCenter
         readable: false
         visible: field.length === 0 && field.preeditText === ""

@@ -10,9 +10,10 @@ Item {
     required property string label
     required property string symbol
     required property color brand
+    readonly property real lead: glyph.visible ? glyph.width + Tokens.space.xs : 0
 
     implicitHeight: name.implicitHeight
-    implicitWidth: name.x + name.implicitWidth
+    implicitWidth: badge.lead + name.implicitWidth
     visible: badge.label !== ""
     Accessible.role: Accessible.StaticText
     Accessible.name: qsTr("Source %1").arg(badge.label)
@@ -20,6 +21,7 @@ Item {
     Symbol {
         id: glyph
 
+        anchors.left: parent.left
         anchors.verticalCenter: parent.verticalCenter
         visible: badge.symbol !== ""
         name: badge.symbol
@@ -32,8 +34,9 @@ Item {
 
         anchors.verticalCenter: parent.verticalCenter
         readable: false
-        x: glyph.visible ? glyph.width + Tokens.space.xs : 0
-        width: badge.width - x
+        anchors.left: parent.left
+        anchors.leftMargin: badge.lead
+        anchors.right: parent.right
         text: badge.label
         color: Tokens.color.secondary
         font: Tokens.font.calloutMedium

@@ -13,6 +13,8 @@ Text {
     textFormat: Text.PlainText
     elide: Text.ElideRight
     maximumLineCount: 1
+    // Where the layout begins, whichever way the text itself runs.
+    horizontalAlignment: Text.AlignLeft
     verticalAlignment: Text.AlignVCenter
     color: Tokens.color.primary
     font: Tokens.font.body

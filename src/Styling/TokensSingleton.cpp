@@ -1,5 +1,6 @@
 #include "Styling/TokensSingleton.h"
 
+#include "Styling/GlassRole.h"
 #include "Styling/Symbols.h"
 
 #include <QEvent>
@@ -18,6 +19,10 @@ TokensSingleton::TokensSingleton(QObject *parent) : QObject(parent) {
 
 QUrl TokensSingleton::symbol(const QString &name, const QColor &color) const {
     return Symbols::source(name, color);
+}
+
+double TokensSingleton::hairline(double devicePixelRatio) const {
+    return snappedToDevice(m_size->hairline, devicePixelRatio);
 }
 
 QString TokensSingleton::widest(const QString &text) const {

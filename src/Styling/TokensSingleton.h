@@ -51,6 +51,9 @@ public:
     // The address of a symbol in a colour, for an Image.
     Q_INVOKABLE QUrl symbol(const QString &name, const QColor &color) const;
 
+    // How thick a dividing line is in whole pixels of a device: all lines alike, wherever they fall.
+    Q_INVOKABLE double hairline(double devicePixelRatio) const;
+
     // `text` with every digit as wide as the widest, to give a ticking number its place.
     Q_INVOKABLE QString widest(const QString &text) const;
 

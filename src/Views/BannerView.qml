@@ -21,7 +21,8 @@ GlassBackground {
     Item {
         id: content
 
-        x: Tokens.space.md
+        anchors.left: parent.left
+        anchors.leftMargin: Tokens.space.md
         y: Tokens.space.sm
         width: parent.width - 2 * Tokens.space.md
         height: Math.max(message.implicitHeight, Tokens.size.smallButton)
@@ -29,6 +30,7 @@ GlassBackground {
         Symbol {
             id: symbol
 
+            anchors.left: parent.left
             anchors.verticalCenter: parent.verticalCenter
             name: banner.logic.symbol
             color: Tokens.color.inks[banner.logic.ink]

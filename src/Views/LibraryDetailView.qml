@@ -29,15 +29,19 @@ Item {
 
         anchors.bottom: parent.bottom
         width: parent.width
-        height: Tokens.size.summaryBar
+        height: run.visible ? run.implicitHeight : preview.implicitHeight
 
         OverallSummaryBar {
+            id: run
+
             anchors.fill: parent
             visible: detail.logic.face === DetailLogic.Run
             logic: detail.logic
         }
 
         PreviewSummaryBar {
+            id: preview
+
             anchors.fill: parent
             visible: detail.logic.face === DetailLogic.Preview
             logic: detail.logic

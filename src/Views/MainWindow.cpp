@@ -24,8 +24,9 @@ struct MainWindow::Parts {
     Parts(AppModel &model, const Surroundings &surroundings)
         : commands(model, {surroundings.files, surroundings.openUrl, surroundings.checkForUpdates,
                            surroundings.openAbout, surroundings.openSettings}),
-          sidebar(model), detail(model), review(model), banner(model), vpn(model, surroundings.clock),
-          orphans(model, surroundings.files), appearance(surroundings.appearance), memory(surroundings.defaults) {}
+          sidebar(model, surroundings.clock), detail(model), review(model), banner(model),
+          vpn(model, surroundings.clock), orphans(model, surroundings.files), appearance(surroundings.appearance),
+          memory(surroundings.defaults) {}
 
     CommandsLogic commands;
     SidebarLogic sidebar;

@@ -16,6 +16,8 @@ Window {
     required property OrphansLogic orphansLogic
     required property WindowMemory memory
 
+    LayoutMirroring.enabled: Qt.application.layoutDirection === Qt.RightToLeft // qmllint disable
+    LayoutMirroring.childrenInherit: true
     objectName: "mainWindow"
     title: qsTr("zelk")
     width: Tokens.size.windowWidth

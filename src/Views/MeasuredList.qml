@@ -13,12 +13,14 @@ Flickable {
     property alias currentIndex: column.currentIndex
     property int topInset: 0
     property int bottomInset: 0
+    // Where somebody who types means to go: from (text) to an index, -1 for nowhere.
+    property var find: null
 
     signal moved(int index, int modifiers)
     signal activated(int index)
     signal toggled(int index)
-    signal opened(int index)
-    signal closed(int index)
+    signal opened(int index, int modifiers)
+    signal closed(int index, int modifiers)
     signal menuRequested(int index)
 
     function reveal(index: int) {
@@ -33,10 +35,22 @@ Flickable {
     }
 
     function step(steps: int, modifiers: int) {
-        const target = column.neighbour(list.currentIndex, steps);
+        list.moveTo(column.neighbour(list.currentIndex, steps), modifiers);
+    }
+
+    function moveTo(target: int, modifiers: int) {
         list.currentIndex = target;
         list.reveal(target);
         list.moved(target, modifiers);
+    }
+
+    function findTyped(event: var): bool {
+        if (list.find === null || event.modifiers & (Qt.ControlModifier | Qt.AltModifier | Qt.MetaModifier))
+            return false;
+        const found = list.find(event.text);
+        if (found >= 0)
+            list.moveTo(found, Qt.NoModifier);
+        return found >= 0;
     }
 
     // The note of the row under the pointer; an empty text takes it away.
@@ -87,21 +101,27 @@ Flickable {
         case Qt.Key_End:
             return list.step(column.count, event.modifiers);
         case Qt.Key_Left:
-            return list.closed(list.currentIndex);
         case Qt.Key_Right:
-            return list.opened(list.currentIndex);
+            // A tree grows the way that the layout runs.
+            if ((event.key === Qt.Key_Right) === list.LayoutMirroring.enabled)
+                return list.closed(list.currentIndex, event.modifiers);
+            return list.opened(list.currentIndex, event.modifiers);
         case Qt.Key_Return:
         case Qt.Key_Enter:
             return list.activated(list.currentIndex);
         case Qt.Key_Space:
-            return list.toggled(list.currentIndex);
+            if (event.modifiers & Qt.ControlModifier)
+                return list.toggled(list.currentIndex);
+            if (!list.findTyped(event))
+                list.activated(list.currentIndex);
+            return;
         case Qt.Key_Menu:
             return list.menuRequested(list.currentIndex);
         case Qt.Key_F10:
             if (event.modifiers & Qt.ShiftModifier)
                 return list.menuRequested(list.currentIndex);
         }
-        event.accepted = false;
+        event.accepted = list.findTyped(event);
     }
 
     T.ScrollBar.vertical: OverlayScrollBar {

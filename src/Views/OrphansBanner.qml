@@ -23,13 +23,16 @@ GlassBackground {
     Item {
         id: row
 
-        x: Tokens.space.lg
-        width: parent.width - x - Tokens.space.md
+        anchors.left: parent.left
+        anchors.leftMargin: Tokens.space.lg
+        anchors.right: parent.right
+        anchors.rightMargin: Tokens.space.md
         height: Tokens.size.strip
 
         Symbol {
             id: symbol
 
+            anchors.left: parent.left
             anchors.verticalCenter: parent.verticalCenter
             name: "trash.slash"
             color: Tokens.color.orange
@@ -90,8 +93,9 @@ GlassBackground {
 
         objectName: "orphansList"
         anchors.top: row.bottom
-        x: row.x + message.x
-        width: row.width - message.x
+        anchors.left: parent.left
+        anchors.leftMargin: Tokens.space.lg + symbol.width + Tokens.space.sm
+        anchors.right: row.right
         height: Math.max(Tokens.size.fileRow, Math.min(list.height, banner.listRoom))
         visible: banner.logic.expanded
         clip: true
@@ -122,6 +126,7 @@ GlassBackground {
                     Symbol {
                         id: sheet
 
+                        anchors.left: parent.left
                         anchors.verticalCenter: parent.verticalCenter
                         name: "doc"
                         size: Tokens.size.smallSymbol
@@ -133,7 +138,7 @@ GlassBackground {
                         anchors.left: sheet.right
                         anchors.leftMargin: Tokens.space.sm
                         anchors.verticalCenter: parent.verticalCenter
-                        width: Math.min(implicitWidth, file.width - x - reveal.width - Tokens.space.xs)
+                        width: Math.min(implicitWidth, file.width - sheet.width - Tokens.space.sm - reveal.width - Tokens.space.xs)
                         elide: Text.ElideMiddle
                         text: file.modelData
                         font: Tokens.font.caption
@@ -163,6 +168,7 @@ GlassBackground {
 
             TextLine {
                 objectName: "orphansMore"
+                width: list.width
                 height: Tokens.size.fileRow
                 visible: banner.logic.more !== ""
                 text: banner.logic.more
@@ -174,7 +180,7 @@ GlassBackground {
 
     Rectangle {
         width: parent.width
-        height: Tokens.size.hairline
+        height: Tokens.hairline(Screen.devicePixelRatio)
         color: Tokens.color.divider
     }
 }

@@ -16,7 +16,8 @@ SummaryBar {
 
     ProgressLine {
         objectName: "overallProgress"
-        x: bar.inset
+        anchors.left: parent.left
+        anchors.leftMargin: bar.inset
         anchors.bottom: parent.bottom
         anchors.bottomMargin: Tokens.space.sm
         width: parent.width - 2 * bar.inset

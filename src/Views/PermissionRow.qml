@@ -15,9 +15,10 @@ Item {
     implicitHeight: words.height + 2 * Tokens.space.md
 
     Rectangle {
-        x: Tokens.space.md
-        width: parent.width - x
-        height: Tokens.size.hairline
+        anchors.left: parent.left
+        anchors.leftMargin: Tokens.space.md
+        anchors.right: parent.right
+        height: Tokens.hairline(Screen.devicePixelRatio)
         visible: row.divided
         color: Tokens.color.divider
     }
@@ -25,9 +26,11 @@ Item {
     Column {
         id: words
 
-        x: Tokens.space.md
+        anchors.left: parent.left
+        anchors.leftMargin: Tokens.space.md
         y: Tokens.space.md
-        width: button.x - x - Tokens.space.lg
+        anchors.right: button.left
+        anchors.rightMargin: Tokens.space.lg
         spacing: Tokens.space.xs
 
         Paragraph {

@@ -31,7 +31,8 @@ Item {
         ArtworkView {
             id: cover
 
-            x: Tokens.space.md
+            anchors.left: parent.left
+            anchors.leftMargin: Tokens.space.md
             anchors.verticalCenter: parent.verticalCenter
             size: Tokens.art.header
             cornerRadius: Tokens.radius.control
@@ -54,6 +55,7 @@ Item {
                 SourceLogo {
                     id: logo
 
+                    anchors.left: parent.left
                     anchors.verticalCenter: parent.verticalCenter
                     symbol: header.entry.sourceSymbol
                     label: header.entry.sourceName
@@ -63,14 +65,18 @@ Item {
                 TextLine {
                     id: name
 
-                    x: logo.width + Tokens.space.sm
-                    width: Math.min(implicitWidth, parent.width - x - Tokens.space.sm - Tokens.size.badgeSymbol)
+                    objectName: "groupName"
+                    anchors.left: logo.right
+                    anchors.leftMargin: Tokens.space.sm
+                    width: Math.min(implicitWidth, parent.width - logo.width - 2 * Tokens.space.sm
+                                                   - Tokens.size.badgeSymbol)
                     text: header.entry.name
                     font: Tokens.font.title3
                 }
 
                 Symbol {
-                    x: name.x + name.width + Tokens.space.sm
+                    anchors.left: name.right
+                    anchors.leftMargin: Tokens.space.sm
                     anchors.verticalCenter: parent.verticalCenter
                     visible: header.entry.badgeSymbol !== ""
                     name: header.entry.badgeSymbol
@@ -81,6 +87,8 @@ Item {
 
             TextLine {
                 width: parent.width
+                maximumLineCount: 2
+                wrapMode: Text.Wrap
                 text: header.entry.counts
                 color: Tokens.color.secondary
                 font: Tokens.font.callout

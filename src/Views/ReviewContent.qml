@@ -25,6 +25,7 @@ Column {
 
         TextLine {
             objectName: "reviewPosition"
+            anchors.left: parent.left
             anchors.verticalCenter: parent.verticalCenter
             text: content.logic.stepperText
             color: Tokens.color.secondary
@@ -38,7 +39,7 @@ Column {
                 objectName: "previousReview"
                 width: Tokens.size.smallButton
                 height: Tokens.size.smallButton
-                symbol: "chevron.left"
+                symbol: mirrored ? "chevron.right" : "chevron.left"
                 symbolSize: Tokens.size.chevron
                 label: qsTr("Previous")
                 onClicked: content.logic.step(-1)
@@ -48,7 +49,7 @@ Column {
                 objectName: "nextReview"
                 width: Tokens.size.smallButton
                 height: Tokens.size.smallButton
-                symbol: "chevron.right"
+                symbol: mirrored ? "chevron.left" : "chevron.right"
                 symbolSize: Tokens.size.chevron
                 label: qsTr("Next")
                 onClicked: content.logic.step(1)
@@ -99,6 +100,7 @@ Column {
             }
 
             Row {
+                width: parent.width
                 spacing: Tokens.space.xs
 
                 Symbol {
@@ -126,7 +128,7 @@ Column {
 
     Rectangle {
         width: parent.width
-        height: Tokens.size.hairline
+        height: Tokens.hairline(Screen.devicePixelRatio)
         color: Tokens.color.divider
     }
 
@@ -136,6 +138,7 @@ Column {
 
         TextLine {
             visible: candidates.count > 0
+            width: parent.width
             text: qsTr("Candidates")
             font: Tokens.font.calloutSemibold
         }
@@ -174,6 +177,7 @@ Column {
         spacing: Tokens.space.sm
 
         TextLine {
+            width: parent.width
             text: qsTr("Or paste a direct URL")
             color: Tokens.color.secondary
             font: Tokens.font.caption

@@ -60,7 +60,7 @@ Rectangle {
         Rectangle {
             anchors.bottom: parent.bottom
             width: parent.width
-            height: Tokens.size.hairline
+            height: Tokens.hairline(Screen.devicePixelRatio)
             color: Tokens.color.divider
         }
     }
@@ -91,7 +91,8 @@ Rectangle {
         ReviewContent {
             id: content
 
-            x: Tokens.space.lg
+            anchors.left: parent.left
+            anchors.leftMargin: Tokens.space.lg
             y: Tokens.space.lg
             width: parent.width - 2 * Tokens.space.lg
             logic: inspector.logic
@@ -114,7 +115,8 @@ Rectangle {
     }
 
     Rectangle {
-        width: Tokens.size.hairline
+        anchors.left: parent.left
+        width: Tokens.hairline(Screen.devicePixelRatio)
         height: parent.height
         color: Tokens.color.divider
     }

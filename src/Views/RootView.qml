@@ -28,9 +28,27 @@ Item {
                                                                   root.sideRoom - root.shownInspectorWidth))
                                               : root.memory.sidebarWidth
 
+    // How far that place is from the edge that the sidebar stands at.
+    function acrossAt(place: real): real {
+        return root.LayoutMirroring.enabled ? root.width - place : place;
+    }
+
+    // How far the review stands open, 0 to 1: it slides, but follows the window's edge at once.
+    property real reviewShare: root.review.presented ? 1 : 0
+
+    Behavior on reviewShare {
+        enabled: root.Window.window?.visible ?? false
+
+        NumberAnimation {
+            duration: Tokens.motion.inspector
+            easing.type: Easing.OutCubic
+        }
+    }
+
     SidebarView {
         id: sidebarView
 
+        anchors.left: parent.left
         width: root.shownSidebarWidth
         height: parent.height - orphansBanner.height
         logic: root.sidebar
@@ -89,20 +107,12 @@ Item {
     ReviewInspector {
         id: inspector
 
-        x: root.width - (root.review.presented ? root.shownInspectorWidth : 0)
+        anchors.left: parent.right
+        anchors.leftMargin: -root.reviewShare * root.shownInspectorWidth
         width: root.shownInspectorWidth
         height: parent.height - orphansBanner.height
-        visible: inspector.x < root.width
+        visible: root.reviewShare > 0
         logic: root.review
-
-        Behavior on x {
-            enabled: root.Window.window?.visible ?? false
-
-            NumberAnimation {
-                duration: Tokens.motion.inspector
-                easing.type: Easing.OutCubic
-            }
-        }
     }
 
     OrphansBanner {
@@ -127,24 +137,26 @@ Item {
 
     MouseArea {
         objectName: "inspectorEdge"
-        x: inspector.x - width / 2
+        anchors.left: inspector.left
+        anchors.leftMargin: -width / 2
         width: Tokens.space.sm
         height: inspector.height
         enabled: root.review.presented
         cursorShape: Qt.SplitHCursor
         onPositionChanged: mouse => {
-            root.memory.inspectorWidth = root.width - x - mouse.x;
+            root.memory.inspectorWidth = root.width - root.acrossAt(x + mouse.x);
         }
     }
 
     MouseArea {
         objectName: "sidebarEdge"
-        x: sidebarView.width - width / 2
+        anchors.left: sidebarView.right
+        anchors.leftMargin: -width / 2
         width: Tokens.space.sm
         height: sidebarView.height
         cursorShape: Qt.SplitHCursor
         onPositionChanged: mouse => {
-            root.memory.sidebarWidth = x + mouse.x;
+            root.memory.sidebarWidth = root.acrossAt(x + mouse.x);
         }
     }
 }

@@ -17,18 +17,19 @@ SelectableRow {
         id: chevron
 
         objectName: "folderChevron"
-        x: Tokens.space.md + row.indent
+        anchors.left: parent.left
+        anchors.leftMargin: Tokens.space.md + row.indent
         anchors.verticalCenter: parent.verticalCenter
         width: Tokens.space.lg + Tokens.space.xxs
         height: width
         z: 1
         focusPolicy: Qt.NoFocus
         enabled: row.entry.expandable
-        symbol: "chevron.right"
+        symbol: chevron.mirrored ? "chevron.left" : "chevron.right"
         symbolSize: Tokens.size.chevron
         label: row.entry.expandLabel
         hint: "" // the row has one
-        rotation: row.entry.expanded ? 90 : 0
+        rotation: row.entry.expanded ? (chevron.mirrored ? -90 : 90) : 0
         onClicked: row.toggled()
 
         Behavior on rotation {
@@ -49,8 +50,10 @@ SelectableRow {
     }
 
     TextLine {
-        x: 2 * Tokens.space.xxl + row.indent
-        width: row.width - x - Tokens.space.lg
+        anchors.left: parent.left
+        anchors.leftMargin: 2 * Tokens.space.xxl + row.indent
+        anchors.right: parent.right
+        anchors.rightMargin: Tokens.space.lg
         anchors.verticalCenter: parent.verticalCenter
         readable: false
         text: row.entry.name

@@ -11,7 +11,8 @@
 
 namespace zelk {
 
-SidebarLogic::SidebarLogic(AppModel &model, QObject *parent) : QObject(parent), m_model(model) {
+SidebarLogic::SidebarLogic(AppModel &model, std::shared_ptr<Clock> clock, QObject *parent)
+    : QObject(parent), m_model(model), m_typeAhead(std::move(clock)) {
     connect(&m_model, &AppModel::libraryChanged, this, &SidebarLogic::attach);
     attach();
 }
@@ -68,7 +69,7 @@ void SidebarLogic::rebuild() {
             const PlaylistDTO &playlist = *visible.playlist;
             SidebarRow row{.kind = playlist.isFolder ? SidebarRow::Kind::folder : SidebarRow::Kind::playlist,
                            .id = playlist.id,
-                           .source = source,
+                           .source = playlist.source,
                            .name = playlist.name,
                            .artwork = playlist.artwork,
                            .count = playlist.isFolder ? std::nullopt : playlist.trackCount,
@@ -155,6 +156,38 @@ void SidebarLogic::selectAll() {
             selection.insert(row.id);
     }
     m_library->setSelection(selection);
+}
+
+int SidebarLogic::enter(int index) {
+    const SidebarRow *row = m_playlists.rowAt(index);
+    if (!row || row->kind != SidebarRow::Kind::folder)
+        return -1;
+    if (!row->expanded) {
+        setExpanded(index, true);
+        return -1;
+    }
+    const SidebarRow *next = m_playlists.rowAt(index + 1);
+    return next && next->depth > row->depth ? index + 1 : -1;
+}
+
+int SidebarLogic::leave(int index) {
+    const SidebarRow *row = m_playlists.rowAt(index);
+    if (!row)
+        return -1;
+    if (row->kind == SidebarRow::Kind::folder && row->expanded && row->expandable) {
+        setExpanded(index, false);
+        return -1;
+    }
+    int around = row->depth > 0 ? index - 1 : -1;
+    while (around >= 0 && m_playlists.rowAt(around)->depth >= row->depth)
+        --around;
+    return around;
+}
+
+int SidebarLogic::find(const QString &typed, int from) {
+    return m_typeAhead.find(typed, from, m_playlists.rowCount(), [this](int index) {
+        return m_playlists.canBeCurrent(index) ? m_playlists.rowAt(index)->name : QString();
+    });
 }
 
 void SidebarLogic::toggleExpansion(int index) {

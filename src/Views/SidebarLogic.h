@@ -2,6 +2,7 @@
 
 #include "App/AppModel.h"
 #include "Views/SidebarModel.h"
+#include "Views/TypeAhead.h"
 
 #include <QObject>
 #include <QPointer>
@@ -25,7 +26,7 @@ public:
     enum Face { Waiting, Failed, Loading, Empty, List };
     Q_ENUM(Face)
 
-    explicit SidebarLogic(AppModel &model, QObject *parent = nullptr);
+    SidebarLogic(AppModel &model, std::shared_ptr<Clock> clock, QObject *parent = nullptr);
 
     Face face() const { return m_face; }
     QString failure() const { return m_failure; }
@@ -40,6 +41,12 @@ public:
     // The keyboard has come to a row: as press(), but Ctrl moves without selecting.
     Q_INVOKABLE void moved(int index, int modifiers);
     Q_INVOKABLE void selectAll();
+    // The keyboard's way into a row: opens a closed folder. The row to go to instead, the first in an open one, or -1.
+    Q_INVOKABLE int enter(int index);
+    // The keyboard's way out: closes an open folder. The row to go to instead, the folder around that row, or -1.
+    Q_INVOKABLE int leave(int index);
+    // The row whose name begins as somebody types, next after `from`; -1 for none.
+    Q_INVOKABLE int find(const QString &typed, int from);
     Q_INVOKABLE void toggleExpansion(int index);
     Q_INVOKABLE void setExpanded(int index, bool expanded);
     Q_INVOKABLE void refresh();
@@ -60,6 +67,7 @@ private:
     Face m_face = Waiting;
     QString m_failure;
     QString m_searchText;
+    TypeAhead m_typeAhead;
     bool m_isReplacing = false;
     QSet<QString> m_manualExpansion;
     QString m_anchor; // where a selection by Shift begins

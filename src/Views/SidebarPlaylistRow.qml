@@ -14,7 +14,8 @@ SelectableRow {
     ArtworkView {
         id: cover
 
-        x: Tokens.space.xxl + Tokens.space.xxs + row.indent
+        anchors.left: parent.left
+        anchors.leftMargin: Tokens.space.xxl + Tokens.space.xxs + row.indent
         anchors.verticalCenter: parent.verticalCenter
         size: Tokens.art.sidebar
         ref: row.entry.artwork

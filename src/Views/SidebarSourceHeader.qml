@@ -12,7 +12,8 @@ Item {
     SourceLogo {
         id: logo
 
-        x: Tokens.space.lg
+        anchors.left: parent.left
+        anchors.leftMargin: Tokens.space.lg
         anchors.verticalCenter: parent.verticalCenter
         readable: false
         symbol: header.entry.symbol

@@ -10,8 +10,8 @@ namespace zelk::SidebarTree {
 
 namespace {
 
-// A library may list an id more than once, and an entry may so contain itself. Each walk therefore goes into a folder's
-// id once: it ends, and in time.
+// A library may list an id more than once, and an entry may so contain itself. Each walk therefore goes into an id
+// once: it ends, and in time.
 using Walked = QSet<QString>;
 
 bool isNew(Walked &walked, const QString &folderId) {
@@ -20,32 +20,25 @@ bool isNew(Walked &walked, const QString &folderId) {
     return walked.size() > before;
 }
 
-bool contains(const QString &name, const QString &query) {
-    const QLocale locale;
-    return locale.toLower(name).contains(locale.toLower(query));
-}
+struct Walk {
+    const LibraryStore &library;
+    const Filter filter;
+    const bool opensAll;
+    const QSet<QString> &expansion;
+    Walked walked;
+    std::vector<Visible> rows;
 
-bool matchesAt(const LibraryStore &library, const PlaylistDTO &playlist, const QString &query, Walked &walked) {
-    if (query.isEmpty() || contains(playlist.name, query))
-        return true;
-    if (!playlist.isFolder || !isNew(walked, playlist.id))
-        return false;
-    const auto children = library.children(playlist.id);
-    return std::any_of(children.cbegin(), children.cend(),
-                       [&](const PlaylistDTO *child) { return matchesAt(library, *child, query, walked); });
-}
-
-void walk(const LibraryStore &library, const std::vector<const PlaylistDTO *> &level, const QString &query,
-          const QSet<QString> &expansion, int depth, Walked &walked, std::vector<Visible> &rows) {
-    for (const PlaylistDTO *playlist : level) {
-        if (!matches(library, *playlist, query))
-            continue;
-        rows.push_back({playlist, depth});
-        const bool isOpen = playlist->isFolder && (!query.isEmpty() || expansion.contains(playlist->id));
-        if (isOpen && isNew(walked, playlist->id))
-            walk(library, library.children(playlist->id), query, expansion, depth + 1, walked, rows);
+    void through(const std::vector<const PlaylistDTO *> &level, int depth) {
+        for (const PlaylistDTO *playlist : level) {
+            if (!filter.matches(*playlist))
+                continue;
+            rows.push_back({playlist, depth});
+            const bool isOpen = playlist->isFolder && (opensAll || expansion.contains(playlist->id));
+            if (isOpen && isNew(walked, playlist->id))
+                through(library.children(playlist->id), depth + 1);
+        }
     }
-}
+};
 
 void collectLeaves(const LibraryStore &library, const QString &folderId, Walked &walked, QSet<QString> &leaves) {
     if (!isNew(walked, folderId))
@@ -113,19 +106,43 @@ int playlistCount(const LibraryStore &library, PlaylistSourceId source) {
     }));
 }
 
-bool matches(const LibraryStore &library, const PlaylistDTO &playlist, const QString &query) {
-    Walked walked;
-    return matchesAt(library, playlist, query, walked);
+Filter::Filter(const LibraryStore &library, const QString &query) : m_query(QLocale().toLower(query)) {
+    if (m_query.isEmpty())
+        return;
+    // From each match up: so each entry is met once, however deep it lies.
+    QHash<QString, std::vector<const PlaylistDTO *>> folders;
+    std::vector<const PlaylistDTO *> matching;
+    for (const PlaylistDTO &playlist : library.playlists()) {
+        if (playlist.isFolder)
+            folders[playlist.id].push_back(&playlist);
+        if (matchesByName(playlist))
+            matching.push_back(&playlist);
+    }
+    while (!matching.empty()) {
+        const std::optional<QString> around = matching.back()->parentId;
+        matching.pop_back();
+        if (!around || !isNew(m_around, *around))
+            continue;
+        const auto above = folders.value(*around);
+        matching.insert(matching.end(), above.cbegin(), above.cend());
+    }
+}
+
+bool Filter::matchesByName(const PlaylistDTO &playlist) const {
+    return QLocale().toLower(playlist.name).contains(m_query);
+}
+
+bool Filter::matches(const PlaylistDTO &playlist) const {
+    return m_query.isEmpty() || matchesByName(playlist) || (playlist.isFolder && m_around.contains(playlist.id));
 }
 
 std::vector<Visible> visibleRows(const LibraryStore &library, PlaylistSourceId source, const QString &query,
                                  const QSet<QString> &expansion) {
     std::vector<const PlaylistDTO *> roots = library.roots();
     std::erase_if(roots, [source](const PlaylistDTO *root) { return root->source != source; });
-    std::vector<Visible> rows;
-    Walked walked;
-    walk(library, roots, query, expansion, 0, walked, rows);
-    return rows;
+    Walk walk{library, Filter(library, query), !query.isEmpty(), expansion, {}, {}};
+    walk.through(roots, 0);
+    return std::move(walk.rows);
 }
 
 QSet<QString> descendantLeafIds(const LibraryStore &library, const QString &folderId) {
@@ -137,10 +154,11 @@ QSet<QString> descendantLeafIds(const LibraryStore &library, const QString &fold
 
 QSet<QString> expandFolders(const LibraryStore &library, const QSet<QString> &ids) {
     QSet<QString> result;
+    Walked walked; // of a folder in a selected folder, all is in the result
     for (const QString &id : ids) {
         const PlaylistDTO *playlist = library.playlist(id);
         if (playlist && playlist->isFolder)
-            result.unite(descendantLeafIds(library, id));
+            collectLeaves(library, id, walked, result);
         else
             result.insert(id);
     }

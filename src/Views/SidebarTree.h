@@ -23,8 +23,20 @@ std::vector<PlaylistSourceId> sources(const LibraryStore &library);
 // The playlists of a source that aren't folders, whatever the filter.
 int playlistCount(const LibraryStore &library, PlaylistSourceId source);
 
-// Whether the playlist or, for a folder, anything under it has the query in its name.
-bool matches(const LibraryStore &library, const PlaylistDTO &playlist, const QString &query);
+// Which of a library's entries a query leaves. Finding them costs one walk through the library.
+class Filter {
+public:
+    Filter(const LibraryStore &library, const QString &query);
+
+    // Whether the playlist or, for a folder, anything under it has the query in its name.
+    bool matches(const PlaylistDTO &playlist) const;
+
+private:
+    bool matchesByName(const PlaylistDTO &playlist) const;
+
+    QString m_query;        // in lower case
+    QSet<QString> m_around; // the ids of what has a match right below
+};
 
 struct Visible {
     const PlaylistDTO *playlist = nullptr;

@@ -20,7 +20,8 @@ Rectangle {
         SourceLogo {
             id: mark
 
-            x: Tokens.space.lg
+            anchors.left: parent.left
+            anchors.leftMargin: Tokens.space.lg
             anchors.verticalCenter: parent.verticalCenter
             size: Tokens.art.sidebar
             readable: false
@@ -43,7 +44,8 @@ Rectangle {
 
         objectName: "filterField"
         anchors.top: head.bottom
-        x: Tokens.space.sm
+        anchors.left: parent.left
+        anchors.leftMargin: Tokens.space.sm
         width: parent.width - 2 * Tokens.space.sm
         placeholderText: qsTr("Filter playlists")
         text: sidebar.logic.searchText
@@ -74,8 +76,17 @@ Rectangle {
         onMoved: (index, modifiers) => sidebar.logic.moved(index, modifiers)
         onToggled: index => sidebar.logic.press(index, Qt.ControlModifier)
         onActivated: index => sidebar.logic.press(index, Qt.NoModifier)
-        onOpened: index => sidebar.logic.setExpanded(index, true)
-        onClosed: index => sidebar.logic.setExpanded(index, false)
+        find: text => sidebar.logic.find(text, list.currentIndex)
+        onOpened: (index, modifiers) => {
+            const inside = sidebar.logic.enter(index);
+            if (inside >= 0)
+                list.moveTo(inside, modifiers);
+        }
+        onClosed: (index, modifiers) => {
+            const around = sidebar.logic.leave(index);
+            if (around >= 0)
+                list.moveTo(around, modifiers);
+        }
 
         Shortcut {
             sequences: ["Ctrl+A"]
@@ -149,7 +160,7 @@ Rectangle {
 
     Rectangle {
         anchors.right: parent.right
-        width: Tokens.size.hairline
+        width: Tokens.hairline(Screen.devicePixelRatio)
         height: parent.height
         color: Tokens.color.divider
     }

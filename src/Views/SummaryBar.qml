@@ -11,21 +11,25 @@ GlassBackground {
     property string trailing: ""
     property font leadingFont: Tokens.font.callout
     property bool busy: false
-    readonly property int inset: 2 * Tokens.space.md
+    readonly property int inset: bar.stacked ? Tokens.space.md : 2 * Tokens.space.md
 
-    implicitHeight: Tokens.size.summaryBar
+    // The words stand side by side while there is room, else one line below the other.
+    readonly property bool stacked: left.implicitWidth + right.implicitWidth + 3 * 2 * Tokens.space.md > bar.width
+
+    implicitHeight: Tokens.size.summaryBar + (bar.stacked ? Tokens.size.summaryLine : 0)
     role: GlassBackground.Chrome
 
     Rectangle {
         width: parent.width
-        height: Tokens.size.hairline
+        height: Tokens.hairline(Screen.devicePixelRatio)
         color: Tokens.color.divider
     }
 
     Row {
         id: left
 
-        x: bar.inset
+        anchors.left: parent.left
+        anchors.leftMargin: bar.inset
         y: Tokens.space.sm
         height: Tokens.size.summaryLine
         spacing: Tokens.space.sm
@@ -43,10 +47,12 @@ GlassBackground {
     }
 
     TextLine {
-        anchors.right: parent.right
-        anchors.rightMargin: bar.inset
-        y: left.y
-        width: Math.min(implicitWidth, bar.width - left.width - 3 * bar.inset)
+        id: right
+
+        anchors.left: parent.left
+        anchors.leftMargin: bar.stacked ? bar.inset : bar.width - width - bar.inset
+        y: left.y + (bar.stacked ? Tokens.size.summaryLine : 0)
+        width: Math.min(implicitWidth, bar.width - 2 * bar.inset)
         height: left.height
         text: bar.trailing
         color: Tokens.color.secondary

@@ -20,53 +20,61 @@ Item {
     }
 
     Head {
-        x: heads.inset + heads.columns.titleX
+        anchors.left: parent.left
+        anchors.leftMargin: heads.inset + heads.columns.titleX
         width: heads.columns.titleWidth
         text: qsTr("Title")
     }
 
     Head {
-        x: heads.inset + heads.columns.artistX
+        anchors.left: parent.left
+        anchors.leftMargin: heads.inset + heads.columns.artistX
         width: heads.columns.artistWidth
         text: qsTr("Artist")
     }
 
     Head {
-        x: heads.inset + heads.columns.albumX
+        anchors.left: parent.left
+        anchors.leftMargin: heads.inset + heads.columns.albumX
         width: heads.columns.albumWidth
         text: qsTr("Album")
     }
 
     Head {
-        x: heads.inset + heads.columns.timeX
+        anchors.left: parent.left
+        anchors.leftMargin: heads.inset + heads.columns.timeX
         width: heads.columns.timeWidth
         horizontalAlignment: Text.AlignRight
         text: qsTr("Time")
     }
 
     Head {
-        x: heads.inset + heads.columns.qualityX
+        anchors.left: parent.left
+        anchors.leftMargin: heads.inset + heads.columns.qualityX
         width: heads.columns.qualityWidth
         text: qsTr("Quality")
     }
 
     Head {
-        x: heads.inset + heads.columns.sourceX
+        anchors.left: parent.left
+        anchors.leftMargin: heads.inset + heads.columns.sourceX
         width: heads.columns.sourceWidth
         text: qsTr("Source")
     }
 
     Head {
-        x: heads.inset + heads.columns.statusX
+        anchors.left: parent.left
+        anchors.leftMargin: heads.inset + heads.columns.statusX
         width: heads.columns.statusWidth
         text: qsTr("Status")
     }
 
     Rectangle {
-        x: heads.inset
+        anchors.left: parent.left
+        anchors.leftMargin: heads.inset
         anchors.bottom: parent.bottom
         width: heads.width - 2 * heads.inset
-        height: Tokens.size.hairline
+        height: Tokens.hairline(Screen.devicePixelRatio)
         color: Tokens.color.divider
     }
 

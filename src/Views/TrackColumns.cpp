@@ -19,9 +19,12 @@ constexpr double sourceIdeal = 110;
 constexpr double statusIdeal = 160;
 constexpr double statusRoomy = 192;
 constexpr double statusNarrow = 156;
+constexpr double statusLeast = 120;
 // Below this the names give way no further while quality and source can.
 constexpr double namesLeast = 250;
 constexpr double namesLeastNarrow = 200;
+// Nor below this while anything else can: of two names then only the title's is left.
+constexpr double titleLeast = 140;
 // Narrower than this the detail pane drops the album; each step down drops the next column.
 constexpr double dropAlbumBelow = 640;
 
@@ -99,7 +102,7 @@ TrackColumns::Layout TrackColumns::layout(double contentWidth, double detailWidt
     double quality = chosen.quality.value_or(text(qualityIdeal));
     double source = chosen.source.value_or(text(sourceIdeal));
     double status = chosen.status.value_or(usualStatus);
-    const double time = text(timeRoom);
+    double time = text(timeRoom);
     const double shared = contentWidth - coverRoom - time;
     double names = shared - quality - source - status;
     if (names < text(namesLeast)) {
@@ -120,6 +123,14 @@ TrackColumns::Layout TrackColumns::layout(double contentWidth, double detailWidt
         names += std::exchange(quality, 0);
     if (narrow && names < text(namesLeastNarrow))
         names += std::exchange(source, 0);
+    if (narrow && names < text(titleLeast))
+        names += std::exchange(time, 0);
+    const bool titleAlone = narrow && names < text(titleLeast);
+    if (titleAlone) {
+        const double given = std::max(0.0, std::min(status - text(statusLeast), text(titleLeast) - names));
+        status -= given;
+        names += given;
+    }
     names = std::max(0.0, names);
 
     const NameShares shares = narrow && !chosen.title ? NameShares{58, 42, 0} : sharesOf(chosen);
@@ -129,7 +140,7 @@ TrackColumns::Layout TrackColumns::layout(double contentWidth, double detailWidt
     const auto part = [&](double share, double room) {
         return std::max(least, std::min(std::floor(names * share / whole + 1e-6), room - least));
     };
-    const double title = part(shares.title, names - (narrow ? 0 : least));
+    const double title = titleAlone ? names : part(shares.title, names - (narrow ? 0 : least));
     const double album = narrow ? 0 : part(shares.album, names - title);
     const double artist = names - title - album;
     Layout result;

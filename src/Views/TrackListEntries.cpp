@@ -87,7 +87,7 @@ void TrackRowEntry::setUnderReview(bool underReview) {
 }
 
 QString TrackRowEntry::hint() const {
-    QStringList lines{m_title, m_artist, m_album, details(), m_face.text};
+    QStringList lines{m_title, m_artist, m_album, m_time, details(), m_face.text};
     lines.removeAll(QString());
     return lines.join(u'\n');
 }

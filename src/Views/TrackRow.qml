@@ -59,7 +59,8 @@ Item {
     }
 
     ArtworkView {
-        x: row.inset
+        anchors.left: parent.left
+        anchors.leftMargin: row.inset
         anchors.verticalCenter: parent.verticalCenter
         size: Tokens.art.row
         ref: row.entry.artwork
@@ -67,7 +68,8 @@ Item {
     }
 
     Cell {
-        x: row.inset + row.columns.titleX
+        anchors.left: parent.left
+        anchors.leftMargin: row.inset + row.columns.titleX
         width: row.columns.titleWidth
         text: row.entry.title
         color: Tokens.color.primary
@@ -75,33 +77,38 @@ Item {
     }
 
     Cell {
-        x: row.inset + row.columns.artistX
+        anchors.left: parent.left
+        anchors.leftMargin: row.inset + row.columns.artistX
         width: row.columns.artistWidth
         text: row.entry.artist
     }
 
     Cell {
-        x: row.inset + row.columns.albumX
+        anchors.left: parent.left
+        anchors.leftMargin: row.inset + row.columns.albumX
         width: row.columns.albumWidth
         text: row.entry.album
     }
 
     Cell {
-        x: row.inset + row.columns.timeX
+        anchors.left: parent.left
+        anchors.leftMargin: row.inset + row.columns.timeX
         width: row.columns.timeWidth
         horizontalAlignment: Text.AlignRight
         text: row.entry.time
     }
 
     Cell {
-        x: row.inset + row.columns.qualityX
+        anchors.left: parent.left
+        anchors.leftMargin: row.inset + row.columns.qualityX
         width: row.columns.qualityWidth
         font: Tokens.font.caption
         text: row.entry.quality
     }
 
     SourceBadge {
-        x: row.inset + row.columns.sourceX
+        anchors.left: parent.left
+        anchors.leftMargin: row.inset + row.columns.sourceX
         anchors.verticalCenter: parent.verticalCenter
         width: row.columns.sourceWidth
         visible: width > 0 && label !== ""
@@ -111,7 +118,8 @@ Item {
     }
 
     TrackStatusCell {
-        x: row.inset + row.columns.statusX
+        anchors.left: parent.left
+        anchors.leftMargin: row.inset + row.columns.statusX
         width: row.columns.statusWidth
         height: row.height
         entry: row.entry
@@ -120,10 +128,12 @@ Item {
     }
 
     Rectangle {
-        x: row.inset + row.columns.titleX
+        anchors.left: parent.left
+        anchors.leftMargin: row.inset + row.columns.titleX
         anchors.bottom: parent.bottom
-        width: row.width - x - row.inset
-        height: Tokens.size.hairline
+        anchors.right: parent.right
+        anchors.rightMargin: row.inset
+        height: Tokens.hairline(Screen.devicePixelRatio)
         visible: !row.entry.last
         color: Tokens.color.divider
     }

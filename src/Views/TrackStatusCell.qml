@@ -16,6 +16,7 @@ Item {
     signal retried
 
     Row {
+        anchors.left: parent.left
         anchors.verticalCenter: parent.verticalCenter
         visible: cell.failed || cell.entry.face === TrackRowEntry.Pill
         spacing: Tokens.space.sm
@@ -41,6 +42,7 @@ Item {
     }
 
     Row {
+        anchors.left: parent.left
         anchors.verticalCenter: parent.verticalCenter
         visible: cell.checking || cell.entry.face === TrackRowEntry.Working
         spacing: cell.checking ? Tokens.space.xs : Tokens.space.sm
@@ -79,6 +81,7 @@ Item {
     ProgressLine {
         id: bar
 
+        anchors.left: parent.left
         anchors.verticalCenter: parent.verticalCenter
         visible: cell.entry.face === TrackRowEntry.Downloading
         width: Tokens.size.rowBar
@@ -90,11 +93,12 @@ Item {
     TextLine {
         id: detail
 
-        x: bar.width + Tokens.space.sm
+        anchors.left: bar.right
+        anchors.leftMargin: Tokens.space.sm
         anchors.verticalCenter: parent.verticalCenter
         visible: bar.visible
         // It may run as far as the row's own face does, beyond the column.
-        width: cell.width + Tokens.space.sm - x
+        width: cell.width - bar.width
         elide: Text.ElideNone
         color: Tokens.color.secondary
         font: Tokens.font.caption
@@ -103,6 +107,7 @@ Item {
 
     PushButton {
         objectName: "reviewButton"
+        anchors.left: parent.left
         anchors.verticalCenter: parent.verticalCenter
         visible: cell.entry.face === TrackRowEntry.Review
         small: true

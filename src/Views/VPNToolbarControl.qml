@@ -22,7 +22,7 @@ PushButton {
     MenuPanel {
         id: menu
 
-        x: control.width - menu.width
+        x: control.mirrored ? 0 : control.width - menu.width
         y: control.height + Tokens.space.xs
         closePolicy: MenuPanel.CloseOnEscape | MenuPanel.CloseOnPressOutsideParent
 

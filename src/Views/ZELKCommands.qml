@@ -64,6 +64,7 @@ T.MenuBar {
     implicitHeight: Tokens.size.menuBar
     implicitWidth: contentItem.implicitWidth
     leftPadding: Tokens.space.xs
+    rightPadding: Tokens.space.xs
 
     delegate: MenuHead {}
 

@@ -10,19 +10,17 @@ GlassBackground {
     required property ZELKCommands commands
     required property VPNLogic vpn
     readonly property CommandsLogic logic: toolbar.commands.logic
-
-    // Short of room, the tunnel and what waits for review say it by their symbols alone.
-    readonly property real room: toolbar.width - 2 * Tokens.space.md
-    readonly property real wanted: (tunnel.visible ? tunnel.fullWidth + items.spacing : 0)
-                                   + (reviewButton.visible ? reviewButton.fullWidth + items.spacing : 0)
-                                   + (toolbar.logic.running ? cancelButton.fullWidth : syncButton.fullWidth)
-    readonly property bool crowded: toolbar.wanted > toolbar.room
+    // What is missing for all buttons to show their words: the tunnel's go first, then the review's.
+    readonly property real missing: (tunnel.visible ? tunnel.fullWidth + row.spacing : 0)
+                                    + (review.visible ? review.fullWidth + row.spacing : 0)
+                                    + (cancelButton.visible ? cancelButton.fullWidth : syncButton.fullWidth)
+                                    + 2 * Tokens.space.md - toolbar.width
 
     implicitHeight: Tokens.size.toolbar
     role: GlassBackground.Chrome
 
     Row {
-        id: items
+        id: row
 
         anchors.right: parent.right
         anchors.rightMargin: Tokens.space.md
@@ -32,16 +30,16 @@ GlassBackground {
         VPNToolbarControl {
             id: tunnel
 
-            terse: toolbar.crowded
+            bare: toolbar.missing > 0 && tunnel.text !== ""
             visible: toolbar.vpn.present
             logic: toolbar.vpn
         }
 
         PushButton {
-            id: reviewButton
+            id: review
 
             objectName: "toolbarReview"
-            terse: toolbar.crowded
+            bare: toolbar.missing > (tunnel.visible ? tunnel.bareRoom : 0)
             visible: toolbar.logic.canReview
             action: toolbar.commands.review
             stroked: false
@@ -82,7 +80,7 @@ GlassBackground {
     Rectangle {
         anchors.bottom: parent.bottom
         width: parent.width
-        height: Tokens.size.hairline
+        height: Tokens.hairline(Screen.devicePixelRatio)
         color: Tokens.color.divider
     }
 }

@@ -102,6 +102,14 @@ private Q_SLOTS:
         QCOMPARE(table->property("contentHeight").toDouble(), before);
     }
 
+    void aLineIsWholePixelsOfItsDevice() {
+        const TokensSingleton tokens;
+        QCOMPARE(tokens.hairline(1), 1.0);
+        QCOMPARE(tokens.hairline(1.25) * 1.25, 1.0);
+        QCOMPARE(tokens.hairline(1.5) * 1.5, 2.0);
+        QCOMPARE(tokens.hairline(2) * 2, 2.0);
+    }
+
     void tokensThatHaveGoneAreNotFollowedBy() {
         const auto desktop = std::make_shared<GivenDesktop>();
         Appearance appearance(desktop, freshDefaults());

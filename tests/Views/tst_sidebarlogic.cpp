@@ -16,15 +16,16 @@ using Ids = QSet<QString>;
 // The sidebar's logic over a model whose engine has the library of the window's bench.
 struct Bench {
     std::shared_ptr<ManualClock> clock = std::make_shared<ManualClock>();
-    std::shared_ptr<MockHelperClient> client = std::make_shared<MockHelperClient>(MockHelperClient::Responses{
-        {Method::listPlaylists, toJSONValue(WindowBench::library())},
-        {Method::getPlaylistTracks, SampleData::previewTracksResult()},
-    });
+    std::shared_ptr<MockHelperClient> client;
     AppModel model{client, surroundings(clock)};
-    SidebarLogic logic{model};
+    SidebarLogic logic{model, clock};
     QAbstractItemModelTester tester{logic.playlists(), QAbstractItemModelTester::FailureReportingMode::QtTest};
 
-    Bench() {
+    explicit Bench(const std::vector<PlaylistDTO> &listed = WindowBench::library())
+        : client(std::make_shared<MockHelperClient>(MockHelperClient::Responses{
+              {Method::listPlaylists, toJSONValue(listed)},
+              {Method::getPlaylistTracks, SampleData::previewTracksResult()},
+          })) {
         logic.refresh();
         if (!QTest::qWaitFor([this] { return !model.library()->playlists().empty(); }))
             qFatal("no library");
@@ -53,7 +54,7 @@ private Q_SLOTS:
 
     void itWaitsWithoutALibrary() {
         AppModel model([]() -> AppModel::Engine { throw HelperError::helperMissing(); }, surroundings());
-        const SidebarLogic logic(model);
+        const SidebarLogic logic(model, std::make_shared<ManualClock>());
         QCOMPARE(logic.face(), SidebarLogic::Waiting);
     }
 
@@ -61,7 +62,7 @@ private Q_SLOTS:
         AppModel model(std::make_shared<MockHelperClient>(
                            MockHelperClient::Responses{{Method::listPlaylists, JSONValue::array({})}}),
                        surroundings());
-        SidebarLogic logic(model);
+        SidebarLogic logic(model, std::make_shared<ManualClock>());
         QCOMPARE(logic.face(), SidebarLogic::Empty);
         QList<SidebarLogic::Face> faces;
         connect(&logic, &SidebarLogic::faceChanged, this, [&] { faces.append(logic.face()); });
@@ -73,7 +74,7 @@ private Q_SLOTS:
         AppModel model(std::make_shared<MockHelperClient>(
                            MockHelperClient::Responses{{Method::listPlaylists, JSONValue::string(u"no list"_s)}}),
                        surroundings());
-        SidebarLogic logic(model);
+        SidebarLogic logic(model, std::make_shared<ManualClock>());
         logic.refresh();
         QTRY_COMPARE(logic.face(), SidebarLogic::Failed);
         QVERIFY(!logic.failure().isEmpty());
@@ -197,6 +198,15 @@ private Q_SLOTS:
         bench.logic.press(-1, 0);
         bench.logic.press(99, 0);
         QCOMPARE(bench.selection(), Ids{u"peak"_s});
+    }
+
+    void aRowsSourceIsItsPlaylists() {
+        auto playlists = WindowBench::library();
+        playlists[1].source = PlaylistSourceId::spotify; // in a folder of the other source
+        Bench bench(playlists);
+        bench.logic.setExpanded(bench.row("gigs"), true);
+        QCOMPARE(bench.logic.playlists()->rowAt(bench.row("terrace"))->source, PlaylistSourceId::spotify);
+        QCOMPARE(bench.logic.playlists()->rowAt(bench.row("gigs"))->source, PlaylistSourceId::apple);
     }
 
     void ctrlWithTheArrowsMovesWithoutSelecting() {

@@ -87,6 +87,24 @@ private Q_SLOTS:
         QTEST(namesOf(SidebarTree::visibleRows(*library, PlaylistSourceId::apple, query, expansion)), "rows");
     }
 
+    void namesMatchInAnyCaseOfTheLocale() {
+        Library library({playlist("DIŞARI", PlaylistSourceId::apple), playlist("other", PlaylistSourceId::apple)});
+        const QLocale before;
+        QLocale::setDefault(QLocale(QLocale::Turkish, QLocale::Turkey));
+        const auto turkish = namesOf(SidebarTree::visibleRows(*library, PlaylistSourceId::apple, u"dışarı"_s, {}));
+        QLocale::setDefault(QLocale(QLocale::German));
+        const auto german = namesOf(SidebarTree::visibleRows(*library, PlaylistSourceId::apple, u"dışarı"_s, {}));
+        QLocale::setDefault(before);
+        QCOMPARE(turkish, QStringList{u"DIŞARI"_s});
+        QCOMPARE(german, QStringList());
+    }
+
+    void onlyFoldersMatchByWhatIsInThem() {
+        Library library(
+            {playlist("list", PlaylistSourceId::apple), playlist("odd one", PlaylistSourceId::apple, false, "list")});
+        QCOMPARE(SidebarTree::visibleRows(*library, PlaylistSourceId::apple, u"odd"_s, {}).size(), 0U);
+    }
+
     void aFolderStandsForAllThatIsUnderIt() {
         Library library = tree();
         using Ids = QSet<QString>;
@@ -108,7 +126,7 @@ private Q_SLOTS:
     void aLibraryThatContainsItselfTrapsNoWalk() {
         Library library(
             {playlist("loop", PlaylistSourceId::apple, true), playlist("loop", PlaylistSourceId::apple, true, "loop")});
-        QVERIFY(!SidebarTree::matches(*library, library->playlists().front(), u"x"_s));
+        QVERIFY(!SidebarTree::Filter(*library, u"x"_s).matches(library->playlists().front()));
         QVERIFY(SidebarTree::descendantLeafIds(*library, u"loop"_s).isEmpty());
         const auto rows = SidebarTree::visibleRows(*library, PlaylistSourceId::apple, {}, {u"loop"_s});
         QVERIFY(!rows.empty() && rows.size() < 100);
@@ -129,7 +147,7 @@ private Q_SLOTS:
         for (const auto &entry : entries)
             all.insert(entry.id);
         Library library(entries);
-        QVERIFY(!SidebarTree::matches(*library, library->playlists().front(), u"x"_s));
+        QVERIFY(!SidebarTree::Filter(*library, u"x"_s).matches(library->playlists().front()));
         QVERIFY(SidebarTree::descendantLeafIds(*library, u"0"_s).isEmpty());
         QVERIFY(SidebarTree::visibleRows(*library, PlaylistSourceId::apple, {}, all).size() <= entries.size());
     }

@@ -195,6 +195,20 @@ private Q_SLOTS:
         QCOMPARE(noSource.title.width + 8, std::floor(names * 0.58));
     }
 
+    void aVeryNarrowPaneKeepsTheTitleAndTheStatus() {
+        const auto noTime = TrackColumns::layout(390 - 48, 390, false);
+        QCOMPARE(noTime.time.width, 0.0);
+        QVERIFY(noTime.artist.width > 0);
+        QCOMPARE(noTime.status.width, 156.0);
+        const auto alone = TrackColumns::layout(340 - 48, 340, false);
+        QCOMPARE(alone.artist.width, 0.0);
+        QCOMPARE(alone.title.width + 8, 292.0 - 38 - 120);
+        QCOMPARE(alone.status.width, 120.0); // the least that it may have
+        const auto large = TrackColumns::layout(340 - 48, 340, false, 1.5);
+        QCOMPARE(large.status.width, 180.0);
+        QCOMPARE(large.title.width + 8, 292.0 - 38 - 180);
+    }
+
     void theColumnsGrowWithTheirText() {
         const auto layout = TrackColumns::layout(1600 - 48, 1600, false, 1.5);
         QCOMPARE(layout.time.width, 64.0);
