@@ -175,7 +175,8 @@ ColumnWidths TrackColumns::dragged(const Layout &layout, const ColumnWidths &cho
     const Sides sides = sidesOf(layout, edge);
     if (!sides)
         return chosen;
-    const auto &[left, right] = sides;
+    const Draggable *const left = sides.left;
+    const Draggable *const right = sides.right;
     double least = std::min(0.0, left->sized->least - roomOf(layout, *left));
     double most = std::max(0.0, roomOf(layout, *right) - right->sized->least);
     // Where the names are short of room already, nothing else may grow.
