@@ -17,7 +17,8 @@ FocusScope {
     // None any more while they all go.
     readonly property int dragged: row.list?.dragged ?? -1
     readonly property bool lifted: row.dragged === row.index
-    readonly property real textStart: body.x
+    // Where its words begin, which the line above it keeps to.
+    property real textInset: 0
 
     width: parent?.width ?? 0
     implicitHeight: Math.max(Tokens.size.formRowOfTwoLines, body.childrenRect.height)
@@ -84,7 +85,7 @@ FocusScope {
     }
 
     Rectangle {
-        x: body.x
+        x: body.x + row.textInset
         width: parent.width - x
         height: Tokens.size.hairline
         visible: row.y > 0 && !row.lifted
