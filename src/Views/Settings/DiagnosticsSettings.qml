@@ -12,6 +12,7 @@ SettingsPage {
     FormSection {
         width: parent.width
         title: qsTr("Checks")
+        footer: page.logic.lastError
 
         actions: PushButton {
             objectName: "runAll"
@@ -57,14 +58,6 @@ SettingsPage {
                     onClicked: page.logic.fix(check.index)
                 }
             }
-        }
-
-        footnotes: StatusPill {
-            objectName: "doctorError"
-            visible: page.logic.lastError !== ""
-            text: page.logic.lastError
-            symbol: "exclamationmark.triangle"
-            ink: Tokens.color.red
         }
     }
 }

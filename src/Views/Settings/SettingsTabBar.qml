@@ -53,7 +53,7 @@ FocusScope {
                 readonly property color ink: tab.current ? Tokens.color.accent : Tokens.color.secondary
 
                 objectName: "settingsTab"
-                width: Math.max(Tokens.size.tabWidth, caption.implicitWidth + Tokens.space.sm)
+                width: Math.max(Tokens.size.tabWidth, caption.implicitWidth + Tokens.space.xxs)
                 height: Tokens.size.tabHeight
                 role: Accessible.PageTab
                 label: tab.modelData.label
