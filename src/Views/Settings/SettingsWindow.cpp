@@ -103,7 +103,7 @@ void SettingsWindow::make() {
         qWarning("%s", qUtf8Printable(component.errorString()));
         return;
     }
-    made.release();
+    static_cast<void>(made.release());
     m_contents->window.reset(window);
     window->setTransientParent(&m_none);
     QObject::connect(window, &QWindow::visibleChanged, &m_contents->logic, [this](bool visible) {
