@@ -15,6 +15,7 @@
 #include "Services/AppleMusicLocalAccess.h"
 #include "Services/ArtworkProvider.h"
 #include "Services/AutomationPermissionMonitor.h"
+#include "Services/CLIInstaller.h"
 #include "Services/SpotifyAuthService.h"
 #include "Services/URLSession.h"
 #include "Services/UpdaterModel.h"
@@ -24,8 +25,10 @@
 #include "Views/AboutDialog.h"
 #include "Views/Appearance.h"
 #include "Views/DialogHost.h"
+#include "Views/FolderDialogPanel.h"
 #include "Views/PermissionsDialog.h"
 #include "Views/QuestionDialog.h"
+#include "Views/Settings/SettingsWindow.h"
 #include "Views/UpdateDialog.h"
 
 #include <QCoreApplication>
@@ -172,12 +175,20 @@ struct ZELKApp::Parts {
     explicit Parts(Attendance attendance)
         : signIn(dialogs, defaults, opener, clock), artwork(artworkOf(signIn, clock)),
           model(engineLauncher(clock), modelSurroundings(signIn, defaults, clock)), updateDialog(dialogs),
-          updater(updates(attendance)) {}
+          updater(updates(attendance)), settings(model, settingsSurroundings()) {}
 
     UpdaterSurroundings updates(Attendance attendance) {
         auto surroundings = updaterSurroundings(updateDialog, defaults, files, clock);
         surroundings.unattended = attendance == Attendance::unattended;
         return surroundings;
+    }
+
+    SettingsWindow::Surroundings settingsSurroundings() {
+        return {.appearance = appearance,
+                .defaults = defaults,
+                .updater = &updater,
+                .installer = CLIInstaller::shared(),
+                .folders = folders};
     }
 
     std::function<void(const QUrl &url)> openUrl() const {
@@ -189,6 +200,7 @@ struct ZELKApp::Parts {
     const std::shared_ptr<UrlOpener> opener = UrlOpener::make();
     const std::shared_ptr<FileBrowser> files = FileBrowser::ofSession(openUrl());
     const std::shared_ptr<Appearance> appearance = std::make_shared<Appearance>(DesktopSettings::ofSession(), defaults);
+    const std::shared_ptr<FolderPanel> folders = std::make_shared<FolderDialogPanel>();
     DialogHost dialogs{appearance};
     AboutDialog about{dialogs, openUrl()};
     SignIn signIn;
@@ -196,6 +208,7 @@ struct ZELKApp::Parts {
     AppModel model;
     UpdateDialog updateDialog;
     UpdaterModel updater;
+    SettingsWindow settings;
 };
 
 ZELKApp::ZELKApp(Attendance attendance) : _parts(std::make_unique<Parts>(attendance)) {}
@@ -204,6 +217,10 @@ ZELKApp::~ZELKApp() = default;
 
 AppModel &ZELKApp::model() const {
     return _parts->model;
+}
+
+void ZELKApp::openSettings() const {
+    _parts->settings.open();
 }
 
 MainWindow::Surroundings ZELKApp::windowSurroundings() const {

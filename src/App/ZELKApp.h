@@ -22,6 +22,8 @@ public:
     AppModel &model() const;
     /// What its main window needs of this machine.
     MainWindow::Surroundings windowSurroundings() const;
+    /// Shows the settings, or brings them to the front.
+    void openSettings() const;
 
 private:
     struct Parts;

@@ -129,6 +129,25 @@ class SizeScale : public QObject {
     Q_PROPERTY(int field MEMBER field CONSTANT)
     Q_PROPERTY(int menuEntry MEMBER menuEntry CONSTANT)
     Q_PROPERTY(int menuWidth MEMBER menuWidth CONSTANT)
+    Q_PROPERTY(int switchWidth MEMBER switchWidth CONSTANT)
+    Q_PROPERTY(int switchHeight MEMBER switchHeight CONSTANT)
+    Q_PROPERTY(int switchKnob MEMBER switchKnob CONSTANT)
+    Q_PROPERTY(int switchInset MEMBER switchInset CONSTANT)
+    Q_PROPERTY(int check MEMBER check CONSTANT)
+    Q_PROPERTY(int stepperWidth MEMBER stepperWidth CONSTANT)
+    Q_PROPERTY(int stepperHeight MEMBER stepperHeight CONSTANT)
+    Q_PROPERTY(int popUp MEMBER popUp CONSTANT)
+    Q_PROPERTY(int formRow MEMBER formRow CONSTANT)
+    Q_PROPERTY(int formRowOfTwoLines MEMBER formRowOfTwoLines CONSTANT)
+    Q_PROPERTY(int settingsWidth MEMBER settingsWidth CONSTANT)
+    Q_PROPERTY(int settingsHeight MEMBER settingsHeight CONSTANT)
+    Q_PROPERTY(int settingsMinimumHeight MEMBER settingsMinimumHeight CONSTANT)
+    Q_PROPERTY(int tabRow MEMBER tabRow CONSTANT)
+    Q_PROPERTY(int tabWidth MEMBER tabWidth CONSTANT)
+    Q_PROPERTY(int tabHeight MEMBER tabHeight CONSTANT)
+    Q_PROPERTY(int tabSymbol MEMBER tabSymbol CONSTANT)
+    Q_PROPERTY(int formSide MEMBER formSide CONSTANT)
+    Q_PROPERTY(int sourceList MEMBER sourceList CONSTANT)
     Q_PROPERTY(int bar MEMBER bar CONSTANT)
     Q_PROPERTY(int meter MEMBER meter CONSTANT)
     Q_PROPERTY(int candidate MEMBER candidate CONSTANT)
@@ -200,6 +219,25 @@ public:
     const int field = text(28);
     const int menuEntry = text(28);
     const int menuWidth = text(260);
+    const int switchWidth = text(34);
+    const int switchHeight = text(20);
+    const int switchKnob = text(16);
+    const int switchInset = text(2);
+    const int check = text(16);
+    const int stepperWidth = text(56);
+    const int stepperHeight = text(26);
+    const int popUp = text(132); // the narrowest
+    const int formRow = text(40);
+    const int formRowOfTwoLines = text(52);
+    const int settingsWidth = text(720);
+    const int settingsHeight = text(640);
+    const int settingsMinimumHeight = 400;
+    const int tabRow = text(72);
+    const int tabWidth = text(82);
+    const int tabHeight = text(56);
+    const int tabSymbol = text(20);
+    const int formSide = 40;
+    const int sourceList = text(200); // the least height
     const int bar = 4;
     const int meter = 6;
     const int candidate = text(50);
@@ -259,6 +297,7 @@ class MotionScale : public QObject {
     QML_ANONYMOUS
     Q_PROPERTY(bool reduced READ reduced NOTIFY changed)
     Q_PROPERTY(int hover READ hover NOTIFY changed)
+    Q_PROPERTY(int toggle READ toggle NOTIFY changed)
     Q_PROPERTY(int chevron READ chevron NOTIFY changed)
     Q_PROPERTY(int banner READ banner NOTIFY changed)
     Q_PROPERTY(int bar READ bar NOTIFY changed)
@@ -272,6 +311,7 @@ public:
     bool reduced() const { return m_reduced; }
     void setReduced(bool reduced);
     int hover() const { return m_reduced ? 0 : 80; }
+    int toggle() const { return m_reduced ? 0 : 150; }
     int chevron() const { return m_reduced ? 0 : 180; }
     int banner() const { return m_reduced ? 0 : 220; }
     int bar() const { return m_reduced ? 0 : 200; }
