@@ -114,6 +114,16 @@ class SizeScale : public QObject {
     Q_PROPERTY(int field MEMBER field CONSTANT)
     Q_PROPERTY(int menuEntry MEMBER menuEntry CONSTANT)
     Q_PROPERTY(int menuWidth MEMBER menuWidth CONSTANT)
+    Q_PROPERTY(int switchWidth MEMBER switchWidth CONSTANT)
+    Q_PROPERTY(int switchHeight MEMBER switchHeight CONSTANT)
+    Q_PROPERTY(int switchKnob MEMBER switchKnob CONSTANT)
+    Q_PROPERTY(int switchInset MEMBER switchInset CONSTANT)
+    Q_PROPERTY(int check MEMBER check CONSTANT)
+    Q_PROPERTY(int stepperWidth MEMBER stepperWidth CONSTANT)
+    Q_PROPERTY(int stepperHeight MEMBER stepperHeight CONSTANT)
+    Q_PROPERTY(int popUp MEMBER popUp CONSTANT)
+    Q_PROPERTY(int formRow MEMBER formRow CONSTANT)
+    Q_PROPERTY(int formRowOfTwoLines MEMBER formRowOfTwoLines CONSTANT)
     Q_PROPERTY(int bar MEMBER bar CONSTANT)
     Q_PROPERTY(int meter MEMBER meter CONSTANT)
     Q_PROPERTY(int candidate MEMBER candidate CONSTANT)
@@ -175,6 +185,16 @@ public:
     const int field = 28;
     const int menuEntry = 28;
     const int menuWidth = 260;
+    const int switchWidth = 34;
+    const int switchHeight = 20;
+    const int switchKnob = 16;
+    const int switchInset = 2;
+    const int check = 16;
+    const int stepperWidth = 56;
+    const int stepperHeight = 26;
+    const int popUp = 132; // the narrowest
+    const int formRow = 40;
+    const int formRowOfTwoLines = 52;
     const int bar = 4;
     const int meter = 6;
     const int candidate = 50;
@@ -232,6 +252,7 @@ class MotionScale : public QObject {
     QML_ANONYMOUS
     Q_PROPERTY(bool reduced READ reduced NOTIFY changed)
     Q_PROPERTY(int hover READ hover NOTIFY changed)
+    Q_PROPERTY(int toggle READ toggle NOTIFY changed)
     Q_PROPERTY(int chevron READ chevron NOTIFY changed)
     Q_PROPERTY(int banner READ banner NOTIFY changed)
     Q_PROPERTY(int bar READ bar NOTIFY changed)
@@ -245,6 +266,7 @@ public:
     bool reduced() const { return m_reduced; }
     void setReduced(bool reduced);
     int hover() const { return m_reduced ? 0 : 80; }
+    int toggle() const { return m_reduced ? 0 : 150; }
     int chevron() const { return m_reduced ? 0 : 180; }
     int banner() const { return m_reduced ? 0 : 220; }
     int bar() const { return m_reduced ? 0 : 200; }

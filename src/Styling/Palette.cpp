@@ -37,6 +37,7 @@ const std::vector<Shade> &shades() {
         {&Palette::divider, at(black, 0.10), at(white, 0.11)},
         {&Palette::coverStroke, at(black, 0.08), at(white, 0.088)},
         {&Palette::barTrack, at(black, 0.10), at(white, 0.13)},
+        {&Palette::switchOff, at(0xC9CDD5), at(0x4A4C54)},
         {&Palette::primary, at(0x1B1D22), at(0xF2F3F5)},
         {&Palette::secondary, at(0x565B66), at(0xAFB3BD)},
         {&Palette::tertiary, at(0x626772), at(0x9BA0AB)},

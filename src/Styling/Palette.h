@@ -32,6 +32,7 @@ class Palette : public QObject {
     Q_PROPERTY(QColor divider MEMBER divider NOTIFY changed)
     Q_PROPERTY(QColor coverStroke MEMBER coverStroke NOTIFY changed)
     Q_PROPERTY(QColor barTrack MEMBER barTrack NOTIFY changed)
+    Q_PROPERTY(QColor switchOff MEMBER switchOff NOTIFY changed)
     Q_PROPERTY(QColor primary MEMBER primary NOTIFY changed)
     Q_PROPERTY(QColor secondary MEMBER secondary NOTIFY changed)
     Q_PROPERTY(QColor tertiary MEMBER tertiary NOTIFY changed)
@@ -71,7 +72,7 @@ public:
     QColor hover, pressed, fillHover, fillPressed, selection, separator, divider, coverStroke, barTrack;
     QColor primary, secondary, tertiary, quaternary, accentFill, onAccent, accent;
     QColor red, orange, yellow, green, redFill, orangeFill, yellowFill, greenFill, redTint, orangeTint, prominentRed;
-    QColor fieldHalo, scrollBar, scrollBarHover, shadow;
+    QColor switchOff, fieldHalo, scrollBar, scrollBarHover, shadow;
 
 Q_SIGNALS:
     void changed();
