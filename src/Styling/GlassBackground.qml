@@ -7,6 +7,8 @@ import zelk
 GlassSurface {
     id: surface
 
+    property color shadowColor: Tokens.color.shadow
+
     colors: Tokens.color
     glass: Tokens.glass
 
@@ -19,6 +21,6 @@ GlassSurface {
         visible: surface.castsShadow
         radius: surface.radius
         blur: Tokens.size.shadowBlur
-        color: Tokens.color.shadow
+        color: surface.shadowColor
     }
 }

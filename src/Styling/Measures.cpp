@@ -18,14 +18,31 @@ QFont font(int pixelSize, QFont::Weight weight) {
     return result;
 }
 
+QFont tracked(QFont font, double pixels) {
+    font.setLetterSpacing(QFont::AbsoluteSpacing, pixels);
+    return font;
+}
+
+QFont capitals(QFont font) {
+    font.setCapitalization(QFont::AllUppercase);
+    return font;
+}
+
+QFont monospaced(int pixelSize) {
+    QFont result = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    result.setPixelSize(pixelSize);
+    return result;
+}
+
 } // namespace
 
 TypeScale::TypeScale()
-    : title2(font(17, QFont::Bold)), emptyTitle(font(17, QFont::DemiBold)), title3(font(15, QFont::DemiBold)),
-      headline(font(13, QFont::DemiBold)), body(font(13, QFont::Normal)), bodyMedium(font(13, QFont::Medium)),
-      callout(font(12, QFont::Normal)), calloutMedium(font(12, QFont::Medium)),
+    : title(tracked(font(22, QFont::Bold), -0.3)), title2(font(17, QFont::Bold)), emptyTitle(font(17, QFont::DemiBold)),
+      title3(font(15, QFont::DemiBold)), headline(font(13, QFont::DemiBold)), body(font(13, QFont::Normal)),
+      bodyMedium(font(13, QFont::Medium)), callout(font(12, QFont::Normal)), calloutMedium(font(12, QFont::Medium)),
       calloutSemibold(font(12, QFont::DemiBold)), caption(font(11, QFont::Normal)),
-      captionMedium(font(11, QFont::Medium)), captionSemibold(font(11, QFont::DemiBold)) {}
+      captionMedium(font(11, QFont::Medium)), captionSemibold(font(11, QFont::DemiBold)),
+      category(capitals(font(11, QFont::DemiBold))), log(monospaced(10)) {}
 
 void MotionScale::setReduced(bool reduced) {
     if (m_reduced == reduced)

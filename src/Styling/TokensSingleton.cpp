@@ -17,6 +17,10 @@ QUrl TokensSingleton::symbol(const QString &name, const QColor &color) const {
     return Symbols::source(name, color);
 }
 
+bool TokensSingleton::hasSymbol(const QString &name) const {
+    return Symbols::contains(name);
+}
+
 QString TokensSingleton::widest(const QString &text) const {
     QString result = text;
     for (QChar &c : result) {

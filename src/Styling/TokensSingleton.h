@@ -44,6 +44,8 @@ public:
     // The address of a symbol in a colour, for an Image.
     Q_INVOKABLE QUrl symbol(const QString &name, const QColor &color) const;
 
+    Q_INVOKABLE bool hasSymbol(const QString &name) const;
+
     // `text` with every digit as wide as the widest, to give a ticking number its place.
     Q_INVOKABLE QString widest(const QString &text) const;
 

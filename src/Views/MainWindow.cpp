@@ -5,6 +5,7 @@
 #include "Views/BannerLogic.h"
 #include "Views/CommandsLogic.h"
 #include "Views/DetailLogic.h"
+#include "Views/Onboarding/SetupLogic.h"
 #include "Views/OrphansLogic.h"
 #include "Views/ReviewLogic.h"
 #include "Views/SidebarLogic.h"
@@ -24,7 +25,7 @@ struct MainWindow::Parts {
     Parts(AppModel &model, const Surroundings &surroundings)
         : commands(model, {surroundings.files, surroundings.openUrl, surroundings.checkForUpdates}), sidebar(model),
           detail(model), review(model), banner(model), vpn(model, surroundings.clock),
-          orphans(model, surroundings.files), appearance(surroundings.appearance), memory(surroundings.defaults) {}
+          orphans(model, surroundings.files), setup(model, surroundings.defaults), appearance(surroundings.appearance), memory(surroundings.defaults) {}
 
     CommandsLogic commands;
     SidebarLogic sidebar;
@@ -33,6 +34,7 @@ struct MainWindow::Parts {
     BannerLogic banner;
     VPNLogic vpn;
     OrphansLogic orphans;
+    SetupLogic setup;
     std::shared_ptr<Appearance> appearance;
     WindowMemory memory;
     QQmlApplicationEngine engine; // last: the views go before what they show
@@ -51,6 +53,7 @@ MainWindow::MainWindow(AppModel &model, Surroundings surroundings) {
         {u"bannerLogic"_s, QVariant::fromValue(&m_parts->banner)},
         {u"vpnLogic"_s, QVariant::fromValue(&m_parts->vpn)},
         {u"orphansLogic"_s, QVariant::fromValue(&m_parts->orphans)},
+        {u"setupLogic"_s, QVariant::fromValue(&m_parts->setup)},
         {u"memory"_s, QVariant::fromValue(&m_parts->memory)},
     });
     engine.load(viewUrl(u"MainWindow"_s));
@@ -60,6 +63,7 @@ MainWindow::MainWindow(AppModel &model, Surroundings surroundings) {
         shown->show();
     }
     startTask(&model, [&model](const std::stop_token &) { return model.start(); });
+    m_parts->setup.offer();
 }
 
 MainWindow::~MainWindow() {

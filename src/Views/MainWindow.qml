@@ -14,6 +14,7 @@ Window {
     required property BannerLogic bannerLogic
     required property VPNLogic vpnLogic
     required property OrphansLogic orphansLogic
+    required property SetupLogic setupLogic
     required property WindowMemory memory
 
     objectName: "mainWindow"
@@ -28,6 +29,7 @@ Window {
         id: menuBar
 
         width: window.width
+        enabled: !window.setupLogic.presented
         logic: window.commandsLogic
     }
 
@@ -42,6 +44,7 @@ Window {
         banner: window.bannerLogic
         vpn: window.vpnLogic
         orphans: window.orphansLogic
+        setup: window.setupLogic
         memory: window.memory
     }
 

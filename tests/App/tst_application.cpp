@@ -2,8 +2,10 @@
 // how it ends.
 #include "Support/ScriptedEngine.h"
 
+#include <QDir>
 #include <QElapsedTimer>
 #include <QProcess>
+#include <QStandardPaths>
 #include <QTest>
 
 #include <csignal>
@@ -76,6 +78,15 @@ QStringList stoppedAfterTheList() {
                        "stall"_s};
 }
 
+/// Makes this the home of somebody who has been through the setup.
+void setOnboarded() {
+    const QString folder = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + "/orrim"_s;
+    QDir().mkpath(folder);
+    QFile file(folder + "/zelk.conf"_s);
+    if (file.open(QFile::WriteOnly))
+        file.write("[General]\ndidOnboard=true\n");
+}
+
 class Application {
 public:
     Application(const QStringList &commands, const QStringList &arguments) : engine(commands) {
@@ -106,6 +117,8 @@ class TestApplication : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    void initTestCase() { setOnboarded(); }
+
     void theFirstLinesAskForTheConfigurationAndThePlaylists() {
         Application application(upToTheList + QStringList{reply(playlists("Late Night"_s)), "drain"_s}, {});
         QTRY_COMPARE_WITH_TIMEOUT(application.engine.lines().size(), 2, 20000);
