@@ -3,8 +3,8 @@
 #include "Styling/Tokens.h"
 
 #include <QFont>
-#include <QList>
 #include <QObject>
+#include <QVariantList>
 #include <qqmlregistration.h>
 
 // The measures of Tokens as the views read them: Tokens.space.md, Tokens.size.trackRow, Tokens.font.body.
@@ -317,7 +317,7 @@ class MotionScale : public QObject {
     Q_PROPERTY(int sheet READ sheet NOTIFY changed)
     Q_PROPERTY(int hero READ hero NOTIFY changed)
     Q_PROPERTY(int spring READ spring NOTIFY changed)
-    Q_PROPERTY(QList<qreal> springCurve READ springCurve CONSTANT)
+    Q_PROPERTY(QVariantList springCurve READ springCurve CONSTANT)
     Q_PROPERTY(int spinnerStep READ spinnerStep CONSTANT)
     Q_PROPERTY(int spinnerAngle READ spinnerAngle CONSTANT)
     Q_PROPERTY(int hintDelay READ hintDelay CONSTANT)
@@ -336,7 +336,7 @@ public:
     int hero() const { return m_reduced ? 0 : 500; }
     // A spring of response 0.5 and damping 0.85: it has come to rest by then, on this curve.
     int spring() const { return m_reduced ? 0 : 450; }
-    QList<qreal> springCurve() const { return {0.25, 0.15, 0.25, 1.05, 1, 1}; }
+    QVariantList springCurve() const { return {0.25, 0.15, 0.25, 1.05, 1, 1}; }
     int spinnerStep() const { return 75; }  // 12 steps a turn of 900
     int spinnerAngle() const { return 30; } // degrees a step
     int hintDelay() const { return 600; }

@@ -25,7 +25,8 @@ class SetupLogic : public QObject {
     // The place of the screen among all screens, in the order of SetupCoordinator::Screen.
     Q_PROPERTY(int screen READ screenIndex NOTIFY changed)
     Q_PROPERTY(bool hasHeader READ hasHeader NOTIFY changed)
-    Q_PROPERTY(zelk::SetupHeaderInfo header READ header NOTIFY changed)
+    // A SetupHeaderInfo.
+    Q_PROPERTY(QVariant header READ header NOTIFY changed)
     Q_PROPERTY(QString title READ title NOTIFY changed)
     Q_PROPERTY(int stepCount READ stepCount NOTIFY changed)
     Q_PROPERTY(int currentIndex READ currentIndex NOTIFY changed)
@@ -51,7 +52,7 @@ public:
     bool present() const { return m_coordinator; }
     Screen screen() const { return m_coordinator ? m_coordinator->currentScreen() : Screen::welcome; }
     bool hasHeader() const { return headerInfo(screen()).has_value(); }
-    SetupHeaderInfo header() const { return headerInfo(screen()).value_or(SetupHeaderInfo()); }
+    QVariant header() const { return QVariant::fromValue(headerInfo(screen()).value_or(SetupHeaderInfo())); }
     QString title() const { return screenTitle(screen()); }
     int stepCount() const { return m_coordinator ? m_coordinator->stepCount() : 0; }
     int currentIndex() const { return m_coordinator ? m_coordinator->currentIndex() : 0; }

@@ -47,6 +47,18 @@ private Q_SLOTS:
         QVERIFY(!bench.item("setupSheet"));
     }
 
+    void anEmptySidebarOpensItAsAReRun() {
+        SetupWindow bench;
+        bench.engine->reply(Method::listPlaylists, R"({"playlists":[]})");
+        startTask(&bench.model, [&bench](const std::stop_token &) { return bench.model.library()->refresh(); });
+        QTRY_VERIFY(bench.part("sidebarEmpty", "unavailableAction"));
+        QCOMPARE(spoken(bench.part("sidebarEmpty", "unavailableAction")), u"Open Setup"_s);
+        bench.engine->reply(Method::getConfig, SetupWindow::wrapped(SetupWindow::bare()));
+        bench.click(bench.part("sidebarEmpty", "unavailableAction"));
+        QTRY_VERIFY(bench.item("setupPrimary"));
+        QCOMPARE(bench.coordinator()->mode(), Mode::reRun);
+    }
+
     void closedHalfWayItCountsAsDone() {
         const auto defaults = freshDefaults();
         SetupWindow bench(defaults);
