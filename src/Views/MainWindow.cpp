@@ -25,7 +25,8 @@ struct MainWindow::Parts {
     Parts(AppModel &model, const Surroundings &surroundings)
         : commands(model, {surroundings.files, surroundings.openUrl, surroundings.checkForUpdates}), sidebar(model),
           detail(model), review(model), banner(model), vpn(model, surroundings.clock),
-          orphans(model, surroundings.files), setup(model, surroundings.defaults), appearance(surroundings.appearance), memory(surroundings.defaults) {}
+          orphans(model, surroundings.files), setup(model, surroundings.defaults), appearance(surroundings.appearance),
+          memory(surroundings.defaults) {}
 
     CommandsLogic commands;
     SidebarLogic sidebar;
