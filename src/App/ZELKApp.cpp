@@ -230,7 +230,8 @@ MainWindow::Surroundings ZELKApp::windowSurroundings() const {
             .defaults = _parts->defaults,
             .openUrl = _parts->openUrl(),
             .checkForUpdates = [this] { _parts->updater.checkForUpdates(); },
-            .openAbout = [this] { _parts->about.open(); }};
+            .openAbout = [this] { _parts->about.open(); },
+            .openSettings = [this] { openSettings(); }};
 }
 
 } // namespace zelk

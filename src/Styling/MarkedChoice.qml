@@ -8,6 +8,7 @@ ChoiceControl {
     id: control
 
     property string text: ""
+    property font font: Tokens.font.body
     // What stands at the left, as high and wide as a mark.
     default property alias mark: place.data
     property int markRadius: Tokens.radius.chip
@@ -46,5 +47,6 @@ ChoiceControl {
         visible: control.text !== ""
         readable: false
         text: control.text
+        font: control.font
     }
 }

@@ -18,12 +18,29 @@ QFont typeface(int pixelSize, QFont::Weight weight) {
     return result;
 }
 
+QFont tracked(QFont font, double pixels) {
+    font.setLetterSpacing(QFont::AbsoluteSpacing, pixels);
+    return font;
+}
+
+QFont capitals(QFont font) {
+    font.setCapitalization(QFont::AllUppercase);
+    return font;
+}
+
+QFont monospaced(int pixelSize) {
+    QFont result = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    result.setPixelSize(pixelSize);
+    return result;
+}
+
 } // namespace
 
 TypeScale::TypeScale(double textScale) {
     const auto font = [textScale](int pixelSize, QFont::Weight weight) {
         return typeface(Tokens::scaled(pixelSize, textScale), weight);
     };
+    title = tracked(font(22, QFont::Bold), -0.3 * textScale);
     title2 = font(17, QFont::Bold);
     emptyTitle = font(17, QFont::DemiBold);
     title3 = font(15, QFont::DemiBold);
@@ -37,6 +54,8 @@ TypeScale::TypeScale(double textScale) {
     captionMedium = font(11, QFont::Medium);
     captionSemibold = font(11, QFont::DemiBold);
     caption2Semibold = font(10, QFont::DemiBold);
+    category = capitals(captionSemibold);
+    log = monospaced(Tokens::scaled(10, textScale));
 }
 
 void MotionScale::setReduced(bool reduced) {

@@ -4,6 +4,7 @@
 
 #include <QFont>
 #include <QObject>
+#include <QVariantList>
 #include <qqmlregistration.h>
 
 // The measures of Tokens as the views read them: Tokens.space.md, Tokens.size.trackRow, Tokens.font.body.
@@ -79,6 +80,8 @@ class ArtScale : public QObject {
     Q_PROPERTY(double placeholderShare MEMBER placeholderShare CONSTANT)
     Q_PROPERTY(double logoShare MEMBER logoShare CONSTANT)
     Q_PROPERTY(double logoRadiusShare MEMBER logoRadiusShare CONSTANT)
+    Q_PROPERTY(double chipShare MEMBER chipShare CONSTANT)
+    Q_PROPERTY(double fallbackShare MEMBER fallbackShare CONSTANT)
 
 public:
     const int row = Tokens::Art::row;
@@ -88,6 +91,8 @@ public:
     const double placeholderShare = 0.42; // the symbol's part of a placeholder's edge
     const double logoShare = 0.52;        // the glyph's part of a logo's tile
     const double logoRadiusShare = 0.28;  // the corner's part of a logo's tile
+    const double chipShare = 0.58;        // the glyph's part of a service's tile
+    const double fallbackShare = 0.8;     // the part of a glyph's frame that a symbol in its stead takes
 };
 
 // Sizes at one scale of text: text() marks those that grow with it.
@@ -165,6 +170,30 @@ class SizeScale : public QObject {
     Q_PROPERTY(int bannerSymbol MEMBER bannerSymbol CONSTANT)
     Q_PROPERTY(int emptySymbol MEMBER emptySymbol CONSTANT)
     Q_PROPERTY(int smallEmptySymbol MEMBER smallEmptySymbol CONSTANT)
+    Q_PROPERTY(int sheetWidth MEMBER sheetWidth CONSTANT)
+    Q_PROPERTY(int sheetHeight MEMBER sheetHeight CONSTANT)
+    Q_PROPERTY(int setupHeader MEMBER setupHeader CONSTANT)
+    Q_PROPERTY(int setupHeaderTall MEMBER setupHeaderTall CONSTANT)
+    Q_PROPERTY(int setupFooter MEMBER setupFooter CONSTANT)
+    Q_PROPERTY(int setupSymbol MEMBER setupSymbol CONSTANT)
+    Q_PROPERTY(int footerButton MEMBER footerButton CONSTANT)
+    Q_PROPERTY(int stepDot MEMBER stepDot CONSTANT)
+    Q_PROPERTY(int currentStepDot MEMBER currentStepDot CONSTANT)
+    Q_PROPERTY(int hero MEMBER hero CONSTANT)
+    Q_PROPERTY(int heroCore MEMBER heroCore CONSTANT)
+    Q_PROPERTY(int heroSymbol MEMBER heroSymbol CONSTANT)
+    Q_PROPERTY(int seal MEMBER seal CONSTANT)
+    Q_PROPERTY(int welcomeWidth MEMBER welcomeWidth CONSTANT)
+    Q_PROPERTY(int recapWidth MEMBER recapWidth CONSTANT)
+    Q_PROPERTY(int recapRow MEMBER recapRow CONSTANT)
+    Q_PROPERTY(int labelSymbol MEMBER labelSymbol CONSTANT)
+    Q_PROPERTY(int toolMark MEMBER toolMark CONSTANT)
+    Q_PROPERTY(int toolSymbol MEMBER toolSymbol CONSTANT)
+    Q_PROPERTY(int toolBar MEMBER toolBar CONSTANT)
+    Q_PROPERTY(int serviceIcon MEMBER serviceIcon CONSTANT)
+    Q_PROPERTY(int sourceIcon MEMBER sourceIcon CONSTANT)
+    Q_PROPERTY(double heroAtRest MEMBER heroAtRest CONSTANT)
+    Q_PROPERTY(double sealAtRest MEMBER sealAtRest CONSTANT)
     Q_PROPERTY(int hairline MEMBER hairline CONSTANT)
     Q_PROPERTY(int focusRing MEMBER focusRing CONSTANT)
     Q_PROPERTY(int focusGap MEMBER focusGap CONSTANT)
@@ -255,6 +284,30 @@ public:
     const int bannerSymbol = text(16);
     const int emptySymbol = 44;
     const int smallEmptySymbol = 36;
+    const int sheetWidth = 620;
+    const int sheetHeight = 560;
+    const int setupHeader = text(60);
+    const int setupHeaderTall = text(72); // with a line under its title
+    const int setupFooter = text(56);
+    const int setupSymbol = text(24);
+    const int footerButton = text(32);
+    const int stepDot = 6;
+    const int currentStepDot = 8;
+    const int hero = 132;
+    const int heroCore = 100;
+    const int heroSymbol = 52;
+    const int seal = 96;
+    const int welcomeWidth = 440;
+    const int recapWidth = 508;
+    const int recapRow = text(40);
+    const int labelSymbol = text(16);
+    const int toolMark = 24;
+    const int toolSymbol = 18;
+    const int toolBar = 220;
+    const int serviceIcon = 36;
+    const int sourceIcon = 22;
+    const double heroAtRest = 0.96;
+    const double sealAtRest = 0.8;
     const int hairline = 1;
     const int focusRing = 2;
     const int focusGap = 1;
@@ -270,6 +323,7 @@ public:
 class TypeScale : public QObject {
     Q_OBJECT
     QML_ANONYMOUS
+    Q_PROPERTY(QFont title MEMBER title CONSTANT)
     Q_PROPERTY(QFont title2 MEMBER title2 CONSTANT)
     Q_PROPERTY(QFont emptyTitle MEMBER emptyTitle CONSTANT)
     Q_PROPERTY(QFont title3 MEMBER title3 CONSTANT)
@@ -283,12 +337,15 @@ class TypeScale : public QObject {
     Q_PROPERTY(QFont captionMedium MEMBER captionMedium CONSTANT)
     Q_PROPERTY(QFont captionSemibold MEMBER captionSemibold CONSTANT)
     Q_PROPERTY(QFont caption2Semibold MEMBER caption2Semibold CONSTANT)
+    Q_PROPERTY(QFont category MEMBER category CONSTANT)
+    Q_PROPERTY(QFont log MEMBER log CONSTANT)
 
 public:
     explicit TypeScale(double textScale = Tokens::leastTextScale);
 
-    QFont title2, emptyTitle, title3, headline, body, bodyMedium;
+    QFont title, title2, emptyTitle, title3, headline, body, bodyMedium;
     QFont callout, calloutMedium, calloutSemibold, caption, captionMedium, captionSemibold, caption2Semibold;
+    QFont category, log;
 };
 
 // Durations in milliseconds, all 0 when the user wants less motion.
@@ -302,6 +359,10 @@ class MotionScale : public QObject {
     Q_PROPERTY(int banner READ banner NOTIFY changed)
     Q_PROPERTY(int bar READ bar NOTIFY changed)
     Q_PROPERTY(int inspector READ inspector NOTIFY changed)
+    Q_PROPERTY(int sheet READ sheet NOTIFY changed)
+    Q_PROPERTY(int hero READ hero NOTIFY changed)
+    Q_PROPERTY(int spring READ spring NOTIFY changed)
+    Q_PROPERTY(QVariantList springCurve READ springCurve CONSTANT)
     Q_PROPERTY(int spinnerStep READ spinnerStep CONSTANT)
     Q_PROPERTY(int spinnerAngle READ spinnerAngle CONSTANT)
     Q_PROPERTY(int hintDelay READ hintDelay CONSTANT)
@@ -316,6 +377,11 @@ public:
     int banner() const { return m_reduced ? 0 : 220; }
     int bar() const { return m_reduced ? 0 : 200; }
     int inspector() const { return m_reduced ? 0 : 240; }
+    int sheet() const { return m_reduced ? 0 : 260; }
+    int hero() const { return m_reduced ? 0 : 500; }
+    // A spring of response 0.5 and damping 0.85: it has come to rest by then, on this curve.
+    int spring() const { return m_reduced ? 0 : 450; }
+    QVariantList springCurve() const { return {0.25, 0.15, 0.25, 1.05, 1, 1}; }
     int spinnerStep() const { return 75; }  // 12 steps a turn of 900
     int spinnerAngle() const { return 30; } // degrees a step
     int hintDelay() const { return 600; }

@@ -18,7 +18,10 @@ T.MenuBarItem {
         text: head.text.replace("&", "")
         font: head.font
         Accessible.role: Accessible.MenuItem
-        Accessible.onPressAction: head.triggered()
+        Accessible.onPressAction: {
+            if (head.enabled)
+                head.triggered();
+        }
     }
 
     background: Rectangle {

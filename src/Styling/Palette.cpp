@@ -61,6 +61,17 @@ const std::vector<Shade> &shades() {
         {&Palette::scrollBarHover, at(black, 0.45), at(white, 0.45)},
         {&Palette::shadow, at(black, 0.22), at(black, 0.55)},
         {&Palette::bannerShadow, at(black, 0.12), at(black, 0.45)},
+        {&Palette::scrim, at(0x0D0D14, 0.36), at(0x0D0D14, 0.36)},
+        {&Palette::heroFill, at(0x5552D9, 0.10), at(0x6663E4, 0.10)},
+        {&Palette::heroStroke, at(0x5552D9, 0.22), at(0x6663E4, 0.22)},
+        {&Palette::sealFill, at(0x1F9D50, 0.12), at(0x36B865, 0.12)},
+        {&Palette::sealStroke, at(0x1F9D50, 0.22), at(0x36B865, 0.22)},
+        {&Palette::stepBehind, at(0x5552D9, 0.50), at(0x6663E4, 0.50)},
+        {&Palette::stepAhead, at(0x565B66, 0.30), at(0xAFB3BD, 0.30)},
+        {&Palette::appleMusic, at(Tokens::Source::apple), at(Tokens::Source::apple)},
+        {&Palette::prominentAppleMusic, at(0xDB343B), at(0xDB343B)},
+        {&Palette::spotify, at(Tokens::Source::spotify), at(Tokens::Source::spotify)},
+        {&Palette::onSpotify, at(0x1B1D22), at(0x1B1D22)},
     };
     return table;
 }

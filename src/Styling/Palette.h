@@ -56,6 +56,17 @@ class Palette : public QObject {
     Q_PROPERTY(QColor scrollBarHover MEMBER scrollBarHover NOTIFY changed)
     Q_PROPERTY(QColor shadow MEMBER shadow NOTIFY changed)
     Q_PROPERTY(QColor bannerShadow MEMBER bannerShadow NOTIFY changed)
+    Q_PROPERTY(QColor scrim MEMBER scrim NOTIFY changed)
+    Q_PROPERTY(QColor heroFill MEMBER heroFill NOTIFY changed)
+    Q_PROPERTY(QColor heroStroke MEMBER heroStroke NOTIFY changed)
+    Q_PROPERTY(QColor sealFill MEMBER sealFill NOTIFY changed)
+    Q_PROPERTY(QColor sealStroke MEMBER sealStroke NOTIFY changed)
+    Q_PROPERTY(QColor stepBehind MEMBER stepBehind NOTIFY changed)
+    Q_PROPERTY(QColor stepAhead MEMBER stepAhead NOTIFY changed)
+    Q_PROPERTY(QColor appleMusic MEMBER appleMusic NOTIFY changed)
+    Q_PROPERTY(QColor prominentAppleMusic MEMBER prominentAppleMusic NOTIFY changed)
+    Q_PROPERTY(QColor spotify MEMBER spotify NOTIFY changed)
+    Q_PROPERTY(QColor onSpotify MEMBER onSpotify NOTIFY changed)
     Q_PROPERTY(QVariantList inks READ inks NOTIFY changed)
     Q_PROPERTY(QVariantList fills READ fills NOTIFY changed)
 
@@ -74,6 +85,8 @@ public:
     QColor primary, secondary, tertiary, quaternary, accentFill, onAccent, accent;
     QColor red, orange, yellow, green, redFill, orangeFill, yellowFill, greenFill, redTint, orangeTint, prominentRed;
     QColor switchOff, fieldHalo, scrollBar, scrollBarHover, shadow, bannerShadow;
+    QColor scrim, heroFill, heroStroke, sealFill, sealStroke, stepBehind, stepAhead;
+    QColor appleMusic, prominentAppleMusic, spotify, onSpotify;
 
 Q_SIGNALS:
     void changed();

@@ -25,6 +25,10 @@ double TokensSingleton::hairline(double devicePixelRatio) const {
     return snappedToDevice(m_size->hairline, devicePixelRatio);
 }
 
+bool TokensSingleton::hasSymbol(const QString &name) const {
+    return Symbols::contains(name);
+}
+
 QString TokensSingleton::widest(const QString &text) const {
     QString result = text;
     for (QChar &c : result) {

@@ -54,6 +54,8 @@ public:
     // How thick a dividing line is in whole pixels of a device: all lines alike, wherever they fall.
     Q_INVOKABLE double hairline(double devicePixelRatio) const;
 
+    Q_INVOKABLE bool hasSymbol(const QString &name) const;
+
     // `text` with every digit as wide as the widest, to give a ticking number its place.
     Q_INVOKABLE QString widest(const QString &text) const;
 

@@ -13,7 +13,8 @@ Item {
     signal picking
 
     function press() {
-        row.picking();
+        if (row.enabled)
+            row.picking();
     }
 
     objectName: "candidate"

@@ -5,6 +5,7 @@
 #include "Views/BannerLogic.h"
 #include "Views/CommandsLogic.h"
 #include "Views/DetailLogic.h"
+#include "Views/Onboarding/SetupLogic.h"
 #include "Views/OrphansLogic.h"
 #include "Views/ReviewLogic.h"
 #include "Views/SidebarLogic.h"
@@ -25,8 +26,8 @@ struct MainWindow::Parts {
         : commands(model, {surroundings.files, surroundings.openUrl, surroundings.checkForUpdates,
                            surroundings.openAbout, surroundings.openSettings}),
           sidebar(model, surroundings.clock), detail(model), review(model), banner(model),
-          vpn(model, surroundings.clock), orphans(model, surroundings.files), appearance(surroundings.appearance),
-          memory(surroundings.defaults) {}
+          vpn(model, surroundings.clock), orphans(model, surroundings.files), setup(model, surroundings.defaults),
+          appearance(surroundings.appearance), memory(surroundings.defaults) {}
 
     CommandsLogic commands;
     SidebarLogic sidebar;
@@ -35,6 +36,7 @@ struct MainWindow::Parts {
     BannerLogic banner;
     VPNLogic vpn;
     OrphansLogic orphans;
+    SetupLogic setup;
     std::shared_ptr<Appearance> appearance;
     WindowMemory memory;
     QQmlApplicationEngine engine; // last: the views go before what they show
@@ -53,6 +55,7 @@ MainWindow::MainWindow(AppModel &model, Surroundings surroundings) {
         {u"bannerLogic"_s, QVariant::fromValue(&m_parts->banner)},
         {u"vpnLogic"_s, QVariant::fromValue(&m_parts->vpn)},
         {u"orphansLogic"_s, QVariant::fromValue(&m_parts->orphans)},
+        {u"setupLogic"_s, QVariant::fromValue(&m_parts->setup)},
         {u"memory"_s, QVariant::fromValue(&m_parts->memory)},
     });
     engine.load(viewUrl(u"MainWindow"_s));
@@ -62,6 +65,7 @@ MainWindow::MainWindow(AppModel &model, Surroundings surroundings) {
         shown->show();
     }
     startTask(&model, [&model](const std::stop_token &) { return model.start(); });
+    m_parts->setup.offer();
 }
 
 MainWindow::~MainWindow() {

@@ -14,6 +14,7 @@ Window {
     required property BannerLogic bannerLogic
     required property VPNLogic vpnLogic
     required property OrphansLogic orphansLogic
+    required property SetupLogic setupLogic
     required property WindowMemory memory
 
     LayoutMirroring.enabled: Qt.application.layoutDirection === Qt.RightToLeft // qmllint disable
@@ -31,6 +32,7 @@ Window {
         id: menuBar
 
         width: window.width
+        enabled: !window.setupLogic.presented
         logic: window.commandsLogic
     }
 
@@ -45,6 +47,7 @@ Window {
         banner: window.bannerLogic
         vpn: window.vpnLogic
         orphans: window.orphansLogic
+        setup: window.setupLogic
         memory: window.memory
     }
 

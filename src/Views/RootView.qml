@@ -15,6 +15,7 @@ Item {
     required property BannerLogic banner
     required property VPNLogic vpn
     required property OrphansLogic orphans
+    required property SetupLogic setup
     required property WindowMemory memory
 
     // Short of room, the columns beside the detail pane give way before it does.
@@ -27,6 +28,9 @@ Item {
                                                          Math.min(root.memory.sidebarWidth,
                                                                   root.sideRoom - root.shownInspectorWidth))
                                               : root.memory.sidebarWidth
+
+    // Nothing behind the sheet is in reach, whichever way one comes.
+    enabled: !root.setup.presented
 
     // How far that place is from the edge that the sidebar stands at.
     function acrossAt(place: real): real {
@@ -158,5 +162,9 @@ Item {
         onPositionChanged: mouse => {
             root.memory.sidebarWidth = root.acrossAt(x + mouse.x);
         }
+    }
+
+    SetupSheet {
+        logic: root.setup
     }
 }

@@ -12,14 +12,19 @@ Item {
     signal pressed(int modifiers)
     signal hovered(bool on)
 
+    function press(modifiers: int) {
+        if (row.enabled)
+            row.pressed(modifiers);
+    }
+
     Accessible.role: Accessible.ListItem
     Accessible.name: row.entry.spoken
     Accessible.description: row.entry.hint
     Accessible.selectable: true
     Accessible.selected: row.entry.selected
     Accessible.focusable: true
-    Accessible.onPressAction: row.pressed(Qt.NoModifier)
-    Accessible.onToggleAction: row.pressed(Qt.ControlModifier)
+    Accessible.onPressAction: row.press(Qt.NoModifier)
+    Accessible.onToggleAction: row.press(Qt.ControlModifier)
 
     Rectangle {
         anchors.fill: parent

@@ -211,4 +211,8 @@ void SidebarLogic::refresh() {
         startTask(library, [library](const std::stop_token &) { return library->refresh(); });
 }
 
+void SidebarLogic::openSetup() {
+    m_model.beginOnboarding(SetupCoordinator::Mode::reRun);
+}
+
 } // namespace zelk

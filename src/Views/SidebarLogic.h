@@ -50,6 +50,8 @@ public:
     Q_INVOKABLE void toggleExpansion(int index);
     Q_INVOKABLE void setExpanded(int index, bool expanded);
     Q_INVOKABLE void refresh();
+    // Opens the setup for whoever has nothing connected yet.
+    Q_INVOKABLE void openSetup();
 
 Q_SIGNALS:
     void faceChanged();

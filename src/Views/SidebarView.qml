@@ -139,6 +139,8 @@ Rectangle {
         symbol: "music.note.list"
         title: qsTr("No Playlists Yet")
         description: qsTr("Connect Apple Music or Spotify to see your playlists here.")
+        actionText: qsTr("Open Setup")
+        onActivated: sidebar.logic.openSetup()
     }
 
     Column {

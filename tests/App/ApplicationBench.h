@@ -2,7 +2,10 @@
 
 #include "Support/ScriptedEngine.h"
 
+#include <QDir>
+#include <QFile>
 #include <QProcess>
+#include <QStandardPaths>
 
 namespace zelk {
 
@@ -28,6 +31,15 @@ inline const QStringList upToTheList{"expect getConfig"_s, reply(config), "expec
 /// What the application asks for at its start.
 inline const QStringList firstLines{R"({"id":"r1","method":"getConfig"})"_s,
                                     R"({"id":"r2","method":"listPlaylists"})"_s};
+
+/// Makes this the home of somebody who has been through the setup.
+inline void setOnboarded() {
+    const QString folder = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + "/orrim"_s;
+    QDir().mkpath(folder);
+    QFile file(folder + "/zelk.conf"_s);
+    if (file.open(QFile::WriteOnly))
+        file.write("[General]\ndidOnboard=true\n");
+}
 
 /// The built application as a process, with the scripted engine as its child.
 class Application {

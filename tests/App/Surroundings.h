@@ -22,6 +22,13 @@ inline std::shared_ptr<UserDefaults> freshDefaults() {
     return {held, &held->defaults};
 }
 
+/// Those of a user who has been through the setup, so that it doesn't open by itself.
+inline std::shared_ptr<UserDefaults> onboardedDefaults() {
+    auto defaults = freshDefaults();
+    defaults->set(QStringLiteral("didOnboard"), true);
+    return defaults;
+}
+
 namespace detail {
 
 class GivenConsent final : public MusicLibraryConsent {

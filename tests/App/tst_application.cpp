@@ -61,6 +61,8 @@ class TestApplication : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    void initTestCase() { setOnboarded(); }
+
     void theFirstLinesAskForTheConfigurationAndThePlaylists() {
         Application application(upToTheList + QStringList{reply(playlists("Late Night"_s)), "drain"_s}, {});
         QTRY_COMPARE_WITH_TIMEOUT(application.engine.lines().size(), 2, 20000);

@@ -52,6 +52,8 @@ class TestApplicationAddresses : public QObject {
     }
 
 private Q_SLOTS:
+    void initTestCase() { setOnboarded(); }
+
     void anAddressAsksNothingOfTheEngine_data() { addressRows(); }
     void anAddressAsksNothingOfTheEngine() {
         QFETCH(QStringList, addresses);

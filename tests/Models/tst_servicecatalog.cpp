@@ -47,8 +47,7 @@ private Q_SLOTS:
         using Info = ServiceCatalog::QualityProfileInfo;
         const auto &table = ServiceCatalog::qualityProfiles();
         QCOMPARE(table.size(), 3U);
-        QVERIFY(
-            (table[0] == Info{QualityProfile::best, u"Best"_s, u"Upgrade to lossless whenever it's available."_s}));
+        QVERIFY((table[0] == Info{QualityProfile::best, u"Best"_s, u"Upgrade to lossless whenever it's available."_s}));
         QVERIFY((table[1] == Info{QualityProfile::balanced, u"Balanced"_s,
                                   u"Keep 256k+/lossless; replace anything worse or missing."_s}));
         QVERIFY((table[2] == Info{QualityProfile::fast, u"Fast"_s,

@@ -52,8 +52,9 @@ public:
           })) {}
     // The same over an engine of the test's own.
     explicit WindowBench(const std::shared_ptr<HelperClienting> &client,
-                         std::shared_ptr<UserDefaults> defaults = freshDefaults())
-        : around(surroundingsWith(std::move(defaults))), model(client, around),
+                         std::shared_ptr<UserDefaults> defaults = onboardedDefaults(),
+                         std::shared_ptr<AutomationPermissionMonitor> permission = {})
+        : around(surroundingsWith(std::move(defaults), std::move(permission))), model(client, around),
           window(model, {.clock = clock,
                          .files = files,
                          .appearance = std::make_shared<Appearance>(desktop, around.defaults),
@@ -163,9 +164,12 @@ public:
                                                QStringLiteral("List %1").arg(i), tracks});
     }
 
-    AppModel::Surroundings surroundingsWith(std::shared_ptr<UserDefaults> defaults) const {
+    AppModel::Surroundings surroundingsWith(std::shared_ptr<UserDefaults> defaults,
+                                            std::shared_ptr<AutomationPermissionMonitor> permission) const {
         auto made = surroundings(clock);
         made.defaults = std::move(defaults);
+        if (permission)
+            made.automationPermission = std::move(permission);
         return made;
     }
 

@@ -44,7 +44,7 @@ private Q_SLOTS:
     }
 
     void theWindowComesBackAsItWasLeft() {
-        const auto defaults = freshDefaults();
+        const auto defaults = onboardedDefaults();
         const auto drag = [](WindowBench &bench, const char *edge, int by) {
             bench.drawFrame();
             QQuickItem *item = bench.item(edge);
@@ -67,7 +67,7 @@ private Q_SLOTS:
     }
 
     void nonsenseInTheDefaultsIsNoSize() {
-        const auto defaults = freshDefaults();
+        const auto defaults = onboardedDefaults();
         defaults->set(u"windowSize"_s, u"huge"_s);
         defaults->set(u"sidebarWidth"_s, u"wide"_s);
         defaults->set(u"inspectorWidth"_s, -5);
@@ -78,7 +78,8 @@ private Q_SLOTS:
 
     void theUnavailableEngineIsSaidEvenOverARun() {
         QTest::failOnWarning(QRegularExpression(u"qrc:.*"_s));
-        const auto around = surroundings();
+        auto around = surroundings();
+        around.defaults = onboardedDefaults();
         AppModel model([]() -> AppModel::Engine { throw HelperError::helperMissing(); }, around);
         MainWindow window(
             model, {.clock = around.clock,

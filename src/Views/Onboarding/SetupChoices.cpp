@@ -1,0 +1,126 @@
+#include "Views/Onboarding/SetupChoices.h"
+
+#include "Models/ServiceCatalog.h"
+#include "Support/TildePath.h"
+#include "Views/Onboarding/SetupRecap.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+#include <algorithm>
+
+namespace zelk {
+
+SetupChoices::SetupChoices(AppModel &model, QObject *parent) : QObject(parent), m_model(model) {
+    connect(&m_model, &AppModel::setupCoordinatorChanged, this, &SetupChoices::follow);
+    connect(&m_model, &AppModel::settingsChanged, this, &SetupChoices::followSettings);
+    connect(m_model.automationPermission(), &AutomationPermissionMonitor::statusChanged, this, &SetupChoices::changed);
+    follow();
+    followSettings();
+}
+
+void SetupChoices::follow() {
+    m_coordinator = m_model.setupCoordinator();
+    if (m_coordinator) {
+        for (const auto signal : {&SetupCoordinator::selectedSourcesChanged, &SetupCoordinator::qualityProfileChanged,
+                                  &SetupCoordinator::identityEnabledChanged, &SetupCoordinator::identityStrictChanged,
+                                  &SetupCoordinator::outputDirChanged, &SetupCoordinator::soundcloudTokenChanged,
+                                  &SetupCoordinator::acoustidKeyChanged, &SetupCoordinator::proxySubscriptionChanged})
+            connect(m_coordinator, signal, this, &SetupChoices::changed);
+    }
+    Q_EMIT changed();
+}
+
+void SetupChoices::followSettings() {
+    if (const auto *settings = m_model.settings())
+        connect(settings, &SettingsStore::configChanged, this, &SetupChoices::changed);
+}
+
+void SetupChoices::setIdentityEnabled(bool enabled) {
+    if (m_coordinator)
+        m_coordinator->setIdentityEnabled(enabled);
+}
+
+void SetupChoices::setIdentityStrict(bool strict) {
+    if (m_coordinator)
+        m_coordinator->setIdentityStrict(strict);
+}
+
+void SetupChoices::setAcoustidKey(const QString &key) {
+    if (m_coordinator)
+        m_coordinator->setAcoustidKey(key);
+}
+
+void SetupChoices::setSoundcloudToken(const QString &token) {
+    if (m_coordinator)
+        m_coordinator->setSoundcloudToken(token);
+}
+
+void SetupChoices::setProxySubscription(const QString &url) {
+    if (m_coordinator)
+        m_coordinator->setProxySubscription(url);
+}
+
+QVariantList SetupChoices::sources() const {
+    QVariantList choices;
+    for (const auto &info : ServiceCatalog::downloadSources()) {
+        const bool isSelected = m_coordinator && std::ranges::count(m_coordinator->selectedSources(), info.id) > 0;
+        choices += QVariant::fromValue(SourceChoice{info.name, info.assetName, info.blurb, info.keyService.has_value(),
+                                                    info.keyPlaceholder.value_or(tr("Token")), isSelected});
+    }
+    return choices;
+}
+
+void SetupChoices::setSourceEnabled(int index, bool enabled) {
+    if (!m_coordinator)
+        return;
+    const auto &chosen = m_coordinator->selectedSources();
+    const SourceId touched = ServiceCatalog::downloadSources().at(static_cast<std::size_t>(index)).id;
+    std::vector<SourceId> rebuilt;
+    for (const SourceId each : allCases<SourceId>()) {
+        if (each == touched ? enabled : std::ranges::count(chosen, each) > 0)
+            rebuilt.push_back(each);
+    }
+    m_coordinator->setSelectedSources(std::move(rebuilt));
+}
+
+QVariantList SetupChoices::qualities() const {
+    QVariantList choices;
+    for (const auto &info : ServiceCatalog::qualityProfiles()) {
+        const bool isSelected = m_coordinator && m_coordinator->qualityProfile() == info.id;
+        choices += QVariant::fromValue(QualityChoice{info.name, info.blurb, isSelected});
+    }
+    return choices;
+}
+
+void SetupChoices::chooseQuality(int index) {
+    if (m_coordinator)
+        m_coordinator->setQualityProfile(ServiceCatalog::qualityProfiles().at(static_cast<std::size_t>(index)).id);
+}
+
+QUrl SetupChoices::folderToShow() const {
+    const QString folder = expandedTilde(outputDir());
+    return QUrl::fromLocalFile(QFileInfo(folder).isDir() ? folder : QDir::homePath());
+}
+
+void SetupChoices::takeFolder(const QUrl &folder) {
+    const QString path = folder.toLocalFile();
+    if (m_coordinator && !path.isEmpty())
+        m_coordinator->setOutputDir(path);
+}
+
+QString SetupChoices::playlistSummary() const {
+    const auto *settings = m_model.settings();
+    return zelk::playlistSummary(settings && settings->appleMusicConnected(), settings && settings->spotifyConnected(),
+                                 m_model.automationPermission()->status());
+}
+
+QString SetupChoices::sourcesSummary() const {
+    return m_coordinator ? zelk::sourcesSummary(m_coordinator->selectedSources()) : QString();
+}
+
+QString SetupChoices::qualityName() const {
+    return m_coordinator ? ServiceCatalog::qualityProfile(m_coordinator->qualityProfile()).name : QString();
+}
+
+} // namespace zelk

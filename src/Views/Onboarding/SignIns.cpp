@@ -1,0 +1,64 @@
+#include "Views/Onboarding/SignIns.h"
+
+#include "Services/AppleMusicAuthService.h"
+
+#include <QPointer>
+
+namespace zelk {
+
+namespace {
+
+QCoro::Task<> signInToAppleMusic(QPointer<AppModel> model) {
+    auto connecting = AppleMusicAuthService::shared().connect(*model);
+    co_await connecting;
+    if (!model || !model->settings())
+        co_return;
+    auto refreshing = model->settings()->refresh();
+    co_await refreshing;
+}
+
+QCoro::Task<> signInToSpotify(QPointer<AppModel> model) {
+    auto connecting = model->connectSpotify();
+    co_await connecting;
+}
+
+QCoro::Task<> askForLocalAccess(QPointer<AppModel> model) {
+    auto asking = model->automationPermission()->requestAccess();
+    const auto status = co_await asking;
+    if (!model || !model->library() || status != ConsentStatus::authorized)
+        co_return;
+    auto refreshing = model->library()->refresh(PlaylistSourceId::apple);
+    co_await refreshing;
+}
+
+} // namespace
+
+void SignIns::connectAppleMusic() {
+    start(m_appleMusic, &SignIns::appleMusicEnded, signInToAppleMusic);
+}
+
+void SignIns::connectSpotify() {
+    start(m_spotify, &SignIns::spotifyEnded, signInToSpotify);
+}
+
+void SignIns::requestLocalAccess() {
+    start(m_localAccess, &SignIns::localAccessEnded, askForLocalAccess);
+}
+
+void SignIns::start(bool &isRunning, Ended ended, QCoro::Task<> (*task)(QPointer<AppModel> model)) {
+    if (isRunning)
+        return;
+    isRunning = true;
+    startTask(&m_model,
+              [self = QPointer(this), model = QPointer(&m_model), running = &isRunning, ended,
+               task](std::stop_token) -> QCoro::Task<> {
+                  auto working = task(model);
+                  co_await working;
+                  if (!self)
+                      co_return;
+                  *running = false;
+                  Q_EMIT(self->*ended)();
+              });
+}
+
+} // namespace zelk
