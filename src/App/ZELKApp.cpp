@@ -172,12 +172,12 @@ UpdaterSurroundings updaterSurroundings(UpdateUserDriver &driver, const std::sha
 } // namespace
 
 struct ZELKApp::Parts {
-    explicit Parts(Attendance attendance)
-        : signIn(dialogs, defaults, opener, clock), artwork(artworkOf(signIn, clock)),
+    explicit Parts(Attendance whoIsThere)
+        : attendance(whoIsThere), signIn(dialogs, defaults, opener, clock), artwork(artworkOf(signIn, clock)),
           model(engineLauncher(clock), modelSurroundings(signIn, defaults, clock)), updateDialog(dialogs),
-          updater(updates(attendance)), settings(model, settingsSurroundings()) {}
+          updater(updates()), settings(model, settingsSurroundings()) {}
 
-    UpdaterSurroundings updates(Attendance attendance) {
+    UpdaterSurroundings updates() {
         auto surroundings = updaterSurroundings(updateDialog, defaults, files, clock);
         surroundings.unattended = attendance == Attendance::unattended;
         return surroundings;
@@ -195,6 +195,7 @@ struct ZELKApp::Parts {
         return [opener = opener](const QUrl &url) { opener->open(url); };
     }
 
+    const Attendance attendance;
     const std::shared_ptr<Clock> clock = std::make_shared<BootClock>();
     const std::shared_ptr<UserDefaults> defaults = UserDefaults::standard();
     const std::shared_ptr<UrlOpener> opener = UrlOpener::make();
@@ -231,7 +232,8 @@ MainWindow::Surroundings ZELKApp::windowSurroundings() const {
             .openUrl = _parts->openUrl(),
             .checkForUpdates = [this] { _parts->updater.checkForUpdates(); },
             .openAbout = [this] { _parts->about.open(); },
-            .openSettings = [this] { openSettings(); }};
+            .openSettings = [this] { openSettings(); },
+            .offersSetup = _parts->attendance == Attendance::attended};
 }
 
 } // namespace zelk

@@ -65,7 +65,8 @@ MainWindow::MainWindow(AppModel &model, Surroundings surroundings) {
         shown->show();
     }
     startTask(&model, [&model](const std::stop_token &) { return model.start(); });
-    m_parts->setup.offer();
+    if (surroundings.offersSetup)
+        m_parts->setup.offer();
 }
 
 MainWindow::~MainWindow() {

@@ -30,6 +30,7 @@ public:
         std::function<void()> checkForUpdates;
         std::function<void()> openAbout{};
         std::function<void()> openSettings{}; // without it the menu's entry is disabled
+        bool offersSetup = true;              // to somebody who has never been through it
     };
 
     // Shows the window and starts the model, which does nothing for one that has its client.

@@ -32,12 +32,12 @@ inline const QStringList upToTheList{"expect getConfig"_s, reply(config), "expec
 inline const QStringList firstLines{R"({"id":"r1","method":"getConfig"})"_s,
                                     R"({"id":"r2","method":"listPlaylists"})"_s};
 
-/// Makes this the home of somebody who has been through the setup.
-inline void setOnboarded() {
+/// Makes this the home of somebody who has been through the setup, or of somebody new.
+inline void setOnboarded(bool isOnboarded = true) {
     const QString folder = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + "/orrim"_s;
     QDir().mkpath(folder);
     QFile file(folder + "/zelk.conf"_s);
-    if (file.open(QFile::WriteOnly))
+    if (file.open(QFile::WriteOnly) && isOnboarded)
         file.write("[General]\ndidOnboard=true\n");
 }
 

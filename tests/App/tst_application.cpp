@@ -44,6 +44,12 @@ QStringList wholeRun() {
                        "drain"_s};
 }
 
+/// For somebody new: the setup wants the configuration beside the window.
+QStringList upToTheSecondList() {
+    return {"expect getConfig"_s,     reply(config), "expect getConfig"_s, reply(config),
+            "expect listPlaylists"_s, "drain"_s};
+}
+
 /// The name of its playlist comes back in the request to sync: ten megabytes that this engine never reads.
 QStringList stoppedAfterTheList() {
     return upToTheList +
@@ -61,13 +67,27 @@ class TestApplication : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { setOnboarded(); }
+    void init() { setOnboarded(); }
 
     void theFirstLinesAskForTheConfigurationAndThePlaylists() {
         Application application(upToTheList + QStringList{reply(playlists("Late Night"_s)), "drain"_s}, {});
         QTRY_COMPARE_WITH_TIMEOUT(application.engine.lines().size(), 2, 20000);
         QCOMPARE(application.engine.lines(), firstLines);
         QCOMPARE(application.process.state(), QProcess::Running);
+    }
+
+    void somebodyNewIsLedThroughTheSetupWhichReadsTheConfigurationToo() {
+        setOnboarded(false);
+        Application application(upToTheSecondList(), {});
+        QTRY_COMPARE_WITH_TIMEOUT(application.engine.lines().size(), 3, 20000);
+        QCOMPARE(application.engine.lines().filter("getConfig"_s).size(), 2);
+    }
+
+    void nobodyIsLedThroughTheSetupInAnUnattendedRun() {
+        setOnboarded(false);
+        Application application(wholeRun(), {"--unattended"_s});
+        QVERIFY(application.finished());
+        QCOMPARE(application.engine.lines().filter("getConfig"_s).size(), 1);
     }
 
     void aRunGoesFromLaunchToSummary() {

@@ -1,0 +1,36 @@
+#include "Scene.h"
+#include "Showcase.h"
+
+#include "Views/Settings/SettingsBench.h"
+
+using namespace zelk;
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+/// In the order of the tabs.
+const QStringList names{u"general"_s, u"accounts"_s, u"sources"_s,      u"quality"_s,
+                        u"output"_s,  u"proxy"_s,    u"command-line"_s, u"diagnostics"_s};
+
+const QByteArray checks = R"({"ok":false,"checks":[
+    {"name":"ffmpeg","status":"ok","detail":"6.1"},
+    {"name":"output-folder","status":"fail","detail":"/home/dj/Music/DjayImport is missing","fixable":true},
+    {"name":"disk-space","status":"warn","detail":"3 GB left"}]})";
+
+} // namespace
+
+std::vector<Scene> zelk::settingsScenes() {
+    std::vector<Scene> scenes;
+    for (int tab = 0; tab < names.size(); ++tab)
+        scenes.push_back({u"settings-"_s + names[tab], [tab](DesktopSettings::ColorScheme scheme) {
+                              SettingsBench bench(Showcase::config());
+                              bench.desktop->setColorScheme(scheme);
+                              bench.client->reply(Method::runDoctor, checks);
+                              bench.show(tab);
+                              if (bench.item("runAll"))
+                                  bench.click("runAll");
+                              settle();
+                              return bench.window()->grabWindow();
+                          }});
+    return scenes;
+}

@@ -1,0 +1,36 @@
+#include "Scene.h"
+
+#include "Views/Onboarding/SetupWindow.h"
+
+using namespace zelk;
+using namespace Qt::Literals::StringLiterals;
+
+using Screen = SetupCoordinator::Screen;
+
+namespace {
+
+struct Step {
+    QLatin1StringView name;
+    Screen screen;
+};
+
+constexpr std::array steps{
+    Step{"welcome"_L1, Screen::welcome},      Step{"tools"_L1, Screen::prepareTools},
+    Step{"connect"_L1, Screen::connectMusic}, Step{"sources"_L1, Screen::downloadSources},
+    Step{"tuning"_L1, Screen::fineTuning},    Step{"finish"_L1, Screen::finish},
+};
+
+} // namespace
+
+std::vector<Scene> zelk::setupScenes() {
+    std::vector<Scene> scenes;
+    for (const Step &step : steps)
+        scenes.push_back({u"setup-"_s + step.name, [step](DesktopSettings::ColorScheme scheme) {
+                              SetupWindow bench;
+                              bench.desktop->setColorScheme(scheme);
+                              bench.openAt(step.screen);
+                              QTest::qWait(100);
+                              return bench.window.window()->grabWindow();
+                          }});
+    return scenes;
+}
