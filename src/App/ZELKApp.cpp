@@ -4,6 +4,7 @@
 #include "Platform/BootClock.h"
 #include "Platform/DesktopSettings.h"
 #include "Platform/FileBrowser.h"
+#include "Platform/GlobalMenu.h"
 #include "Platform/MusicAuthorization.h"
 #include "Platform/MusicLibrary.h"
 #include "Platform/MusicLibraryConsent.h"
@@ -189,6 +190,7 @@ struct ZELKApp::Parts {
     const std::shared_ptr<UrlOpener> opener = UrlOpener::make();
     const std::shared_ptr<FileBrowser> files = FileBrowser::ofSession(openUrl());
     const std::shared_ptr<Appearance> appearance = std::make_shared<Appearance>(DesktopSettings::ofSession(), defaults);
+    const std::shared_ptr<GlobalMenu> globalMenu = GlobalMenu::ofSession();
     DialogHost dialogs{appearance};
     AboutDialog about{dialogs, openUrl()};
     SignIn signIn;
@@ -213,7 +215,8 @@ MainWindow::Surroundings ZELKApp::windowSurroundings() const {
             .defaults = _parts->defaults,
             .openUrl = _parts->openUrl(),
             .checkForUpdates = [this] { _parts->updater.checkForUpdates(); },
-            .openAbout = [this] { _parts->about.open(); }};
+            .openAbout = [this] { _parts->about.open(); },
+            .globalMenu = _parts->globalMenu};
 }
 
 } // namespace zelk

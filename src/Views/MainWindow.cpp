@@ -4,6 +4,7 @@
 #include "Support/Task.h"
 #include "Views/BannerLogic.h"
 #include "Views/CommandsLogic.h"
+#include "Views/DesktopMenu.h"
 #include "Views/DetailLogic.h"
 #include "Views/OrphansLogic.h"
 #include "Views/ReviewLogic.h"
@@ -25,7 +26,8 @@ struct MainWindow::Parts {
         : commands(model, {surroundings.files, surroundings.openUrl, surroundings.checkForUpdates,
                            surroundings.openAbout, surroundings.openSettings}),
           sidebar(model), detail(model), review(model), banner(model), vpn(model, surroundings.clock),
-          orphans(model, surroundings.files), appearance(surroundings.appearance), memory(surroundings.defaults) {}
+          orphans(model, surroundings.files), appearance(surroundings.appearance), memory(surroundings.defaults),
+          desktopMenu(surroundings.globalMenu) {}
 
     CommandsLogic commands;
     SidebarLogic sidebar;
@@ -36,6 +38,7 @@ struct MainWindow::Parts {
     OrphansLogic orphans;
     std::shared_ptr<Appearance> appearance;
     WindowMemory memory;
+    DesktopMenu desktopMenu;
     QQmlApplicationEngine engine; // last: the views go before what they show
 };
 
@@ -53,12 +56,14 @@ MainWindow::MainWindow(AppModel &model, Surroundings surroundings) {
         {u"vpnLogic"_s, QVariant::fromValue(&m_parts->vpn)},
         {u"orphansLogic"_s, QVariant::fromValue(&m_parts->orphans)},
         {u"memory"_s, QVariant::fromValue(&m_parts->memory)},
+        {u"desktopMenu"_s, QVariant::fromValue(&m_parts->desktopMenu)},
     });
     engine.load(viewUrl(u"MainWindow"_s));
     if (QQuickWindow *shown = window()) {
         const QSize left = m_parts->memory.windowSize(shown->size(), shown->screen()->availableSize());
         shown->resize(left.expandedTo(shown->minimumSize()));
         shown->show();
+        m_parts->desktopMenu.offer(shown->winId(), *shown->property("slimBar").value<QObject *>());
     }
     startTask(&model, [&model](const std::stop_token &) { return model.start(); });
 }

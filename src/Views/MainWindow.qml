@@ -15,6 +15,9 @@ Window {
     required property VPNLogic vpnLogic
     required property OrphansLogic orphansLogic
     required property WindowMemory memory
+    required property DesktopMenu desktopMenu
+    // What the desktop's menu is made of.
+    readonly property Item slimBar: menuBar
 
     objectName: "mainWindow"
     title: qsTr("zelk")
@@ -29,6 +32,8 @@ Window {
         id: menuBar
 
         width: window.width
+        height: window.desktopMenu.taken ? 0 : implicitHeight
+        visible: height > 0
         logic: window.commandsLogic
     }
 
