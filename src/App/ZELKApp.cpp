@@ -4,6 +4,7 @@
 #include "Platform/BootClock.h"
 #include "Platform/DesktopSettings.h"
 #include "Platform/FileBrowser.h"
+#include "Platform/GlobalMenu.h"
 #include "Platform/MusicAuthorization.h"
 #include "Platform/MusicLibrary.h"
 #include "Platform/MusicLibraryConsent.h"
@@ -202,6 +203,7 @@ struct ZELKApp::Parts {
     const std::shared_ptr<FileBrowser> files = FileBrowser::ofSession(openUrl());
     const std::shared_ptr<Appearance> appearance = std::make_shared<Appearance>(DesktopSettings::ofSession(), defaults);
     const std::shared_ptr<FolderPanel> folders = std::make_shared<FolderDialogPanel>();
+    const std::shared_ptr<GlobalMenu> globalMenu = GlobalMenu::ofSession();
     DialogHost dialogs{appearance};
     AboutDialog about{dialogs, openUrl()};
     SignIn signIn;
@@ -233,7 +235,8 @@ MainWindow::Surroundings ZELKApp::windowSurroundings() const {
             .checkForUpdates = [this] { _parts->updater.checkForUpdates(); },
             .openAbout = [this] { _parts->about.open(); },
             .openSettings = [this] { openSettings(); },
-            .offersSetup = _parts->attendance == Attendance::attended};
+            .offersSetup = _parts->attendance == Attendance::attended,
+            .globalMenu = _parts->globalMenu};
 }
 
 } // namespace zelk

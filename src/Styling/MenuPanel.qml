@@ -10,7 +10,7 @@ T.Menu {
 
     implicitWidth: Tokens.size.menuWidth
     implicitHeight: contentItem.implicitHeight + menu.topPadding + menu.bottomPadding
-    margins: Tokens.space.sm
+    margins: Tokens.space.xs
     padding: Tokens.space.xs
     overlap: 1
 

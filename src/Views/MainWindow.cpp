@@ -4,6 +4,7 @@
 #include "Support/Task.h"
 #include "Views/BannerLogic.h"
 #include "Views/CommandsLogic.h"
+#include "Views/DesktopMenu.h"
 #include "Views/DetailLogic.h"
 #include "Views/Onboarding/SetupLogic.h"
 #include "Views/OrphansLogic.h"
@@ -27,7 +28,7 @@ struct MainWindow::Parts {
                            surroundings.openAbout, surroundings.openSettings}),
           sidebar(model, surroundings.clock), detail(model), review(model), banner(model),
           vpn(model, surroundings.clock), orphans(model, surroundings.files), setup(model, surroundings.defaults),
-          appearance(surroundings.appearance), memory(surroundings.defaults) {}
+          appearance(surroundings.appearance), memory(surroundings.defaults), desktopMenu(surroundings.globalMenu) {}
 
     CommandsLogic commands;
     SidebarLogic sidebar;
@@ -39,6 +40,7 @@ struct MainWindow::Parts {
     SetupLogic setup;
     std::shared_ptr<Appearance> appearance;
     WindowMemory memory;
+    DesktopMenu desktopMenu;
     QQmlApplicationEngine engine; // last: the views go before what they show
 };
 
@@ -57,12 +59,14 @@ MainWindow::MainWindow(AppModel &model, Surroundings surroundings) {
         {u"orphansLogic"_s, QVariant::fromValue(&m_parts->orphans)},
         {u"setupLogic"_s, QVariant::fromValue(&m_parts->setup)},
         {u"memory"_s, QVariant::fromValue(&m_parts->memory)},
+        {u"desktopMenu"_s, QVariant::fromValue(&m_parts->desktopMenu)},
     });
     engine.load(viewUrl(u"MainWindow"_s));
     if (QQuickWindow *shown = window()) {
         const QSize left = m_parts->memory.windowSize(shown->size(), shown->screen()->availableSize());
         shown->resize(left.expandedTo(shown->minimumSize()));
         shown->show();
+        m_parts->desktopMenu.offer(shown->winId(), *shown->property("slimBar").value<QObject *>());
     }
     startTask(&model, [&model](const std::stop_token &) { return model.start(); });
     if (surroundings.offersSetup)

@@ -2,6 +2,7 @@
 
 #include "App/AppModel.h"
 #include "Platform/FileBrowser.h"
+#include "Platform/GlobalMenu.h"
 #include "Views/Appearance.h"
 
 #include <QUrl>
@@ -29,8 +30,9 @@ public:
         std::function<void(const QUrl &url)> openUrl;
         std::function<void()> checkForUpdates;
         std::function<void()> openAbout{};
-        std::function<void()> openSettings{}; // without it the menu's entry is disabled
-        bool offersSetup = true;              // to somebody who has never been through it
+        std::function<void()> openSettings{};     // without it the menu's entry is disabled
+        bool offersSetup = true;                  // to somebody who has never been through it
+        std::shared_ptr<GlobalMenu> globalMenu{}; // without it the menus stay in the window
     };
 
     // Shows the window and starts the model, which does nothing for one that has its client.

@@ -16,6 +16,9 @@ Window {
     required property OrphansLogic orphansLogic
     required property SetupLogic setupLogic
     required property WindowMemory memory
+    required property DesktopMenu desktopMenu
+    // What the desktop's menu is made of.
+    readonly property Item slimBar: menuBar
 
     LayoutMirroring.enabled: Qt.application.layoutDirection === Qt.RightToLeft // qmllint disable
     LayoutMirroring.childrenInherit: true
@@ -33,6 +36,8 @@ Window {
 
         width: window.width
         enabled: !window.setupLogic.presented
+        height: window.desktopMenu.taken ? 0 : implicitHeight
+        visible: height > 0
         logic: window.commandsLogic
     }
 

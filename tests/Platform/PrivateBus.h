@@ -31,6 +31,8 @@ public:
 
     /// A connection by that name, which `QDBusConnection::disconnectFromBus` ends.
     QDBusConnection connection(const QString &name) const { return QDBusConnection::connectToBus(_address, name); }
+    /// What a program's environment names this bus by.
+    QString address() const { return _address; }
 
 private:
     QTemporaryDir _folder;

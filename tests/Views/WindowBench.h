@@ -43,17 +43,20 @@ inline void settleDown() {
 // The main window over an engine that answers as it is told, and hands to use it with.
 class WindowBench {
 public:
-    explicit WindowBench(const std::vector<PlaylistDTO> &playlists = library())
+    explicit WindowBench(const std::vector<PlaylistDTO> &playlists = library(),
+                         std::shared_ptr<GlobalMenu> globalMenu = {})
         : WindowBench(std::make_shared<MockHelperClient>(MockHelperClient::Responses{
-              {Method::getConfig,
-               JSONValue::object({{QStringLiteral("config"), toJSONValue(SampleData::sampleConfig())}})},
-              {Method::listPlaylists, toJSONValue(playlists)},
-              {Method::getPlaylistTracks, SampleData::previewTracksResult()},
-          })) {}
+                          {Method::getConfig,
+                           JSONValue::object({{QStringLiteral("config"), toJSONValue(SampleData::sampleConfig())}})},
+                          {Method::listPlaylists, toJSONValue(playlists)},
+                          {Method::getPlaylistTracks, SampleData::previewTracksResult()},
+                      }),
+                      onboardedDefaults(), {}, std::move(globalMenu)) {}
     // The same over an engine of the test's own.
     explicit WindowBench(const std::shared_ptr<HelperClienting> &client,
                          std::shared_ptr<UserDefaults> defaults = onboardedDefaults(),
-                         std::shared_ptr<AutomationPermissionMonitor> permission = {})
+                         std::shared_ptr<AutomationPermissionMonitor> permission = {},
+                         std::shared_ptr<GlobalMenu> globalMenu = {})
         : around(surroundingsWith(std::move(defaults), std::move(permission))), model(client, around),
           window(model, {.clock = clock,
                          .files = files,
@@ -62,7 +65,8 @@ public:
                          .openUrl = [this](const QUrl &url) { opened.append(url); },
                          .checkForUpdates = [this] { ++updateChecks; },
                          .openAbout = [this] { ++aboutOpened; },
-                         .openSettings = [this] { ++settingsOpened; }}) {}
+                         .openSettings = [this] { ++settingsOpened; },
+                         .globalMenu = std::move(globalMenu)}) {}
 
     // Two playlists of each source; one of Apple Music's lies in a folder within a folder.
     static std::vector<PlaylistDTO> library() {
