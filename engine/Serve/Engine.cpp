@@ -1,6 +1,7 @@
 #include "Serve/Engine.h"
 
 #include "Files/FileProblem.h"
+#include "Library/AudioReader.h"
 #include "Output/Convert.h"
 #include "Run/Orphans.h"
 #include "Transport/HelperProtocolEnvelope.h"
@@ -40,9 +41,12 @@ Engine::Engine(EnginePaths paths, EventSink &events)
     : _paths(std::move(paths)), _events(events), _config(_paths, [this](const QString &message) { warn(message); }),
       _secrets(_paths.secretsFile, [this](const QString &message) { warn(message); }),
       _database(_paths.databaseFile, [this](const QString &message) { warn(message); }),
-      _playlists([this] { return PlaylistPlaces{_config.current().playlistDirs}; },
-                 [this](const QString &message) { warn(message); },
-                 [this](const PlaylistSnapshot &snapshot) { noteSources(snapshot); }),
+      _playlists(
+          [this] {
+              return PlaylistPlaces{_config.current().playlistDirs, {_paths.libraryFile()}};
+          },
+          [this](const QString &message) { warn(message); },
+          [this](const PlaylistSnapshot &snapshot) { noteSources(snapshot); }),
       _library(_database, [this](const QString &message) { warn(message); }),
       _runs(std::make_unique<RunController>(RunServices{_database, _playlists, _library, _events}, [this] {
           return ReviewDesk::Settings{outputDir(), _config.current().run.toleranceSec};
