@@ -170,7 +170,7 @@ private:
         } else if (track.title.isEmpty()) {
             ++_nameless;
         } else if (id) {
-            _tracks.insert(*id, std::move(track));
+            _tracks.insert(*id, track);
         }
     }
 
