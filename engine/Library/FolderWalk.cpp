@@ -65,6 +65,9 @@ void walkFolder(const QString &root, const FolderVisitor &visitor, std::stop_tok
         if (!entered.insert({status.st_dev, status.st_ino}).second) {
             continue;
         }
+        if (visitor.folder) {
+            visitor.folder(QFile::decodeName(folder));
+        }
         QList<QByteArray> inner;
         for (const QByteArray &name : std::as_const(names)) {
             if (stop.stop_requested()) {

@@ -7,10 +7,12 @@
 
 namespace zelk::engine {
 
-/// What a walk meets. Neither function may touch the walk.
+/// What a walk meets. No function may touch the walk.
 struct FolderVisitor {
     /// A regular file, by its absolute path. Hidden files are passed over.
     std::function<void(const QString &path)> file;
+    /// A folder that is looked into, the first one included. May be absent.
+    std::function<void(const QString &path)> folder = {};
     /// A folder or entry that can't be looked at, and why.
     std::function<void(const QString &path, const QString &why)> problem;
 };

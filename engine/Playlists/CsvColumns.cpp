@@ -168,6 +168,13 @@ const QStringList &listNames() {
     return names;
 }
 
+const QStringList &uriNames() {
+    static const QStringList names = {u"track uri"_s,    u"spotify uri"_s,     u"titel uri"_s,
+                                      u"uri du titre"_s, u"uri de la piste"_s, u"uri de la cancion"_s,
+                                      u"uri traccia"_s,  u"uri da faixa"_s,    u"uri"_s};
+    return names;
+}
+
 int columnOf(const QStringList &header, const QStringList &names) {
     for (const QString &name : names) {
         if (const auto column = header.indexOf(name); column >= 0) {
@@ -191,6 +198,7 @@ CsvColumns findColumns(const QStringList &header) {
     columns.image = columnOf(names, imageNames());
     columns.isrc = columnOf(names, {u"isrc"_s, u"isrc code"_s, u"track isrc"_s});
     columns.list = columnOf(names, listNames());
+    columns.uri = columnOf(names, uriNames());
     QStringList inMs;
     for (const QString &name : durationNames()) {
         inMs += name + " ms"_L1;

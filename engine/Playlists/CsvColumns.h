@@ -14,6 +14,7 @@ struct CsvColumns {
     int image = -1;
     int isrc = -1;
     int list = -1;
+    int uri = -1; ///< The service's address of the track.
 };
 
 /// Finds the columns by their names, without regard to case, accents, signs or order, in the languages of the common

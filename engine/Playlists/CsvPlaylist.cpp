@@ -3,7 +3,6 @@
 #include "Playlists/ArtistNames.h"
 #include "Playlists/CsvColumns.h"
 #include "Playlists/CsvReader.h"
-#include "Playlists/TextDecoding.h"
 
 #include <QHash>
 
@@ -54,17 +53,17 @@ bool hasMoreThan(const CsvRecord &record, qsizetype columns) {
 
 } // namespace
 
-ReadFile readCsvPlaylist(const QByteArray &bytes) {
+ReadFile readCsvPlaylist(QIODevice &device, ReadLimits limits) {
     ReadFile file;
-    const std::vector<CsvRecord> records = readCsv(decodeText(bytes));
-    if (records.empty()) {
-        file.warnings.push_back({0, u"holds nothing"_s});
+    CsvReader table(device);
+    CsvRecord header;
+    if (!table.next(header)) {
+        file.warn(0, u"holds nothing"_s);
         return file;
     }
-    const CsvRecord &header = records.front();
     const CsvColumns columns = findColumns(header.fields);
-    if (header.broken || columns.title < 0) {
-        file.warnings.push_back({header.line, u"no column tells the tracks' names (such as \"Track Name\")"_s});
+    if (!header.problem.isEmpty() || columns.title < 0) {
+        file.warn(header.line, u"no column tells the tracks' names (such as \"Track Name\")"_s);
         return file;
     }
     QHash<QString, std::size_t> listOf;
@@ -72,20 +71,22 @@ ReadFile readCsvPlaylist(const QByteArray &bytes) {
         file.lists.emplace_back();
         listOf.insert(QString(), 0);
     }
-    for (std::size_t i = 1; i < records.size(); ++i) {
-        const CsvRecord &record = records[i];
-        if (record.broken) {
-            file.warnings.push_back({record.line, u"a quote isn't closed; the row is left out"_s});
+    const qint64 mostTracks = limits.tracks;
+    for (CsvRecord record; table.next(record);) {
+        if (!record.problem.isEmpty()) {
+            file.warn(record.line, record.problem);
             continue;
         }
         if (hasMoreThan(record, header.fields.size())) {
-            file.warnings.push_back({record.line, u"has more fields than the header; the row is left out"_s});
+            file.warn(record.line, u"has more fields than the header; the row is left out"_s);
             continue;
         }
         ListedTrack track;
         track.title = cellOf(record, columns.title);
         if (track.title.isEmpty()) {
-            file.warnings.push_back({record.line, u"has no track name; the row is left out"_s});
+            const QString address = cellOf(record, columns.uri);
+            file.warn(record.line, u"has no track name; the row is left out%1"_s.arg(
+                                       address.isEmpty() ? QString() : " ("_L1 + address + u')'));
             continue;
         }
         track.artist = shownArtists(cellOf(record, columns.artist));
@@ -94,13 +95,18 @@ ReadFile readCsvPlaylist(const QByteArray &bytes) {
         track.artworkUrl = cellOf(record, columns.image);
         const auto seconds = secondsOf(cellOf(record, columns.duration), columns.durationInMs);
         if (!seconds) {
-            file.warnings.push_back({record.line, u"the duration isn't a number; it counts as unknown"_s});
+            file.warn(record.line, u"the duration isn't a number; it counts as unknown"_s);
         }
         track.durationSec = seconds.value_or(0);
+        if (!limits.take(track)) {
+            file.warn(record.line, tooManyTracks(mostTracks));
+            file.whole = false;
+            break;
+        }
         const QString list = cellOf(record, columns.list);
         if (!listOf.contains(list)) {
             listOf.insert(list, file.lists.size());
-            file.lists.push_back({list, {}});
+            file.lists.emplace_back().name = list;
         }
         file.lists[listOf.value(list)].tracks.push_back(std::move(track));
     }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Transport/HelperProtocolCatalogue.h"
+
 #include <QString>
 
 #include <vector>
@@ -15,7 +17,7 @@ struct ListedTrack {
     QString isrc;
     QString artworkUrl;
     QString persistentId; ///< Of the Music app's library; empty elsewhere.
-    QString rowKey;       ///< See rowKeyOf(); empty until the catalogue fills it in.
+    QString rowKey;       ///< See rowKeyOf(); the catalogue fills it in where the reader hasn't.
     QString location;     ///< Absolute path of the audio file that the list itself names; empty if it names none.
 
     bool operator==(const ListedTrack &) const = default;
@@ -29,10 +31,15 @@ struct ListWarning {
     bool operator==(const ListWarning &) const = default;
 };
 
-/// One list found in a file.
+/// One list found in a file, or a folder of lists that the file itself tells.
 struct ReadList {
     QString name; ///< Empty: named after the file.
     std::vector<ListedTrack> tracks;
+    ArtworkRef artwork;
+    /// What tells it from the other lists of its file, where a name doesn't. Empty: its name.
+    QString key = {};
+    QString parentKey = {}; ///< The key of the file's own folder that it lies in; empty if in none.
+    bool isFolder = false;
 
     bool operator==(const ReadList &) const = default;
 };
@@ -40,7 +47,20 @@ struct ReadList {
 /// All that one playlist file holds.
 struct ReadFile {
     std::vector<ReadList> lists;
-    std::vector<ListWarning> warnings;
+    std::vector<ListWarning> warnings; ///< The first few.
+    qint64 moreWarnings = 0;           ///< How many there were besides.
+    /// False if the file may hold more than is told here: it broke off, or it is too much.
+    bool whole = true;
+
+    /// A file of nothing but mistakes must not become as many lines in the log.
+    void warn(qint64 line, const QString &message) {
+        constexpr std::size_t mostWarnings = 20;
+        if (warnings.size() < mostWarnings) {
+            warnings.push_back({line, message});
+        } else {
+            ++moreWarnings;
+        }
+    }
 };
 
 } // namespace zelk::engine

@@ -1,14 +1,14 @@
 #include "Playlists/M3uPlaylist.h"
 
 #include "Playlists/ArtistNames.h"
-#include "Playlists/TextDecoding.h"
+#include "Playlists/Location.h"
+#include "Playlists/TextReader.h"
 
-#include <QDir>
 #include <QRegularExpression>
-#include <QUrl>
 
 #include <cmath>
 #include <optional>
+#include <utility>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -35,38 +35,71 @@ bool takeInfo(const QString &info, ListedTrack &track) {
     return true;
 }
 
-} // namespace
+/// The lines of a text, without their ends, however these are written.
+class Lines {
+public:
+    explicit Lines(QIODevice &device) : _source(device) {}
 
-QString resolvedLocation(const QString &entry, const QString &folder) {
-    static const QRegularExpression drive(u"^[A-Za-z]:[\\\\/]"_s);
-    static const QRegularExpression scheme(u"^[A-Za-z][A-Za-z0-9+.-]+://"_s);
-    if (entry.startsWith("file:"_L1, Qt::CaseInsensitive)) {
-        const QString path = QUrl(entry).toLocalFile();
-        return path.startsWith(u'/') ? QDir::cleanPath(path) : QString();
+    /// False at the end. A line of more than longestRow characters is cut there.
+    bool next(QString &line) {
+        line.clear();
+        while (_at < _text.size() || more()) {
+            const QChar c = _text[_at++];
+            if (c == u'\n' && std::exchange(_afterReturn, false)) { // the other half of the line's end
+                continue;
+            }
+            _afterReturn = c == u'\r';
+            if (c == u'\n' || c == u'\r') {
+                ++_number;
+                return true;
+            }
+            if (line.size() < longestRow) {
+                line += c;
+            }
+        }
+        ++_number;
+        return !line.isEmpty();
     }
-    if (entry.isEmpty() || scheme.match(entry).hasMatch() || drive.match(entry).hasMatch()) {
-        return {};
+    /// Of the last line, from 1.
+    qint64 number() const { return _number; }
+
+private:
+    bool more() {
+        _text.clear();
+        _at = 0;
+        return _source.readMore(_text);
     }
-    const QString path = QString(entry).replace(u'\\', u'/');
-    return QDir::cleanPath(path.startsWith(u'/') ? path : folder + u'/' + path);
-}
+
+    TextReader _source;
+    QString _text;
+    qsizetype _at = 0;
+    qint64 _number = 0;
+    bool _afterReturn = false;
+};
+
+} // namespace
 
 void takeEntryName(const QString &entry, ListedTrack &track) {
     static const QRegularExpression trackNumber(u"^\\d{1,3}[ ._-]+(?=\\S)"_s);
     QString name = QString(entry).replace(u'\\', u'/').section(u'/', -1);
     if (entry.startsWith("file:"_L1, Qt::CaseInsensitive)) {
-        name = QUrl::fromPercentEncoding(name.toUtf8());
+        name = percentDecoded(name);
     }
     const auto dot = name.lastIndexOf(u'.');
     name = (dot > 0 ? name.left(dot) : name).replace(u'_', u' ');
+    const QString artist = track.artist;
     takeLabel(name.remove(trackNumber).simplified(), track);
+    if (!artist.isEmpty()) {
+        track.artist = artist;
+    }
 }
 
-ReadFile readM3uPlaylist(const QByteArray &bytes, const QString &folder) {
+ReadFile readM3uPlaylist(QIODevice &device, const QString &folder, ReadLimits limits) {
     ReadFile file;
     ReadList list;
     std::optional<ListedTrack> told;
     QString album;
+    const qint64 mostTracks = limits.tracks;
     const auto finish = [&](const QString &entry) {
         ListedTrack track = told.value_or(ListedTrack());
         if (track.title.isEmpty()) {
@@ -76,20 +109,22 @@ ReadFile readM3uPlaylist(const QByteArray &bytes, const QString &folder) {
             track.album = album;
         }
         track.location = resolvedLocation(entry, folder);
-        list.tracks.push_back(std::move(track));
+        file.whole = limits.take(track);
+        if (file.whole) {
+            list.tracks.push_back(std::move(track));
+        }
         told.reset();
     };
-    const QStringList lines = decodeText(bytes).replace("\r\n"_L1, "\n"_L1).replace(u'\r', u'\n').split(u'\n');
-    for (qsizetype i = 0; i < lines.size(); ++i) {
-        const QString line = lines[i].trimmed();
-        const qint64 number = i + 1;
+    Lines lines(device);
+    for (QString text; file.whole && lines.next(text);) {
+        const QString line = text.trimmed();
         if (line.startsWith("#EXTINF:"_L1, Qt::CaseInsensitive)) {
             if (told && !told->title.isEmpty()) { // an entry without a path is still a track
                 finish({});
             }
             told.emplace();
             if (!takeInfo(line.mid(8), *told)) {
-                file.warnings.push_back({number, u"the track's description can't be read; its file name is used"_s});
+                file.warn(lines.number(), u"the track's description can't be read; its file name is used"_s);
                 told.reset();
             }
         } else if (line.startsWith("#PLAYLIST:"_L1, Qt::CaseInsensitive)) {
@@ -97,13 +132,16 @@ ReadFile readM3uPlaylist(const QByteArray &bytes, const QString &folder) {
         } else if (line.startsWith("#EXTALB:"_L1, Qt::CaseInsensitive)) {
             album = line.mid(8).simplified();
         } else if (line.contains(QChar(0))) {
-            file.warnings.push_back({number, u"isn't text; the line is left out"_s});
+            file.warn(lines.number(), u"isn't text; the line is left out"_s);
         } else if (!line.isEmpty() && !line.startsWith(u'#')) {
             finish(line);
         }
     }
-    if (told && !told->title.isEmpty()) {
+    if (file.whole && told && !told->title.isEmpty()) {
         finish({});
+    }
+    if (!file.whole) {
+        file.warn(lines.number(), tooManyTracks(mostTracks));
     }
     file.lists.push_back(std::move(list));
     return file;

@@ -1,17 +1,16 @@
 #pragma once
 
-#include "Playlists/ListedTrack.h"
+#include "Playlists/ReadLimits.h"
+
+#include <QIODevice>
 
 namespace zelk::engine {
 
-/// Reads an M3U or M3U8 list. Paths are taken relative to `folder`, the absolute path of the folder the list lies in.
-ReadFile readM3uPlaylist(const QByteArray &bytes, const QString &folder);
+/// Reads an M3U or M3U8 list, line by line. Paths are taken relative to `folder`, the absolute path of the folder the
+/// list lies in. A list beyond the limits is cut there.
+ReadFile readM3uPlaylist(QIODevice &device, const QString &folder, ReadLimits limits = {});
 
-/// The absolute local path that a playlist's entry means: relative to `folder`, with "file://" and percent escapes
-/// undone and backslashes turned. Empty for an address elsewhere.
-QString resolvedLocation(const QString &entry, const QString &folder);
-
-/// Gives a track that nothing describes the artist and title that its file's name tells.
+/// Gives a track without a title the one that its file's name tells, and the artist if it has none.
 void takeEntryName(const QString &entry, ListedTrack &track);
 
 } // namespace zelk::engine

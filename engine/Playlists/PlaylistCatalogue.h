@@ -1,23 +1,27 @@
 #pragma once
 
-#include "Library/AudioReader.h"
+#include "Playlists/FolderWatch.h"
 #include "Playlists/Playlist.h"
+#include "Playlists/PlaylistFiles.h"
 #include "Threads/WorkQueue.h"
 
 #include <chrono>
 #include <functional>
 #include <future>
 #include <mutex>
+#include <stop_token>
 
 namespace zelk::engine {
 
-/// Where playlists are looked for.
+/// Where playlists are looked for. All paths are absolute.
 struct PlaylistPlaces {
-    QStringList folders; ///< Absolute.
+    QStringList folders; ///< Looked through with all that is in them.
+    QStringList files;   ///< Looked at as well, if they are there.
 };
 
-/// Knows the exported playlists. Each refresh looks at all folders and reads the files that have changed. Any thread
-/// may call; those who ask while a scan is under way share it.
+/// Knows the exported playlists. Each scan looks at all folders and reads the files that have changed; folders and
+/// files are watched, and what changes in them is read soon after. Any thread may call; those who ask while a scan that
+/// somebody asked for is under way share it, unless something has changed since it began.
 class PlaylistCatalogue {
 public:
     using Warn = std::function<void(const QString &message)>;
@@ -26,38 +30,47 @@ public:
     /// thread.
     PlaylistCatalogue(std::function<PlaylistPlaces()> places, Warn warn,
                       std::function<void(const PlaylistSnapshot &)> scanned);
+    /// Stops the scan under way.
+    ~PlaylistCatalogue();
 
-    /// Scans, for as long as `patience`; then returns what is known, which is never null, and says in a warning that it
-    /// may be old.
+    /// Scans, for as long as `patience`; then returns what is known, which is never null but says that it isn't
+    /// complete, and warns.
     std::shared_ptr<const PlaylistSnapshot> refresh(std::chrono::milliseconds patience);
 
     /// What the last scan found; scans if there was none.
     std::shared_ptr<const PlaylistSnapshot> known(std::chrono::milliseconds patience);
 
+    /// Begins a scan that nobody waits for.
+    void lookAhead();
+
 private:
     using Snapshot = std::shared_ptr<const PlaylistSnapshot>;
-    struct Cached {
-        FileStamp stamp;
-        std::shared_ptr<const ReadFile> content;
+    struct Scan {
+        bool isAskedFor = false;
+        std::promise<Snapshot> promise;
+        std::shared_future<Snapshot> result = promise.get_future().share();
     };
 
-    Snapshot scan();
-    void enterFile(PlaylistSnapshot &snapshot, const QString &root, const QString &path);
-    QString enterFolders(PlaylistSnapshot &snapshot, PlaylistSourceId source, const QString &root,
-                         const QString &folder);
-    std::shared_ptr<const ReadFile> read(PlaylistSnapshot &snapshot, const QString &path);
-    void warnOnce(const QString &path, const QString &why);
+    std::shared_ptr<Scan> nextScan(); // with the lock held
+    void carryOut();
+    void lookThrough(PlaylistSnapshot &snapshot);
+    void enter(PlaylistSnapshot &snapshot, const QString &root, const QString &path);
+    Snapshot knownSoFar();
 
     const std::function<PlaylistPlaces()> _places;
     const Warn _warn;
     const std::function<void(const PlaylistSnapshot &)> _scanned;
+    std::stop_source _stop;
+    PlaylistFiles _files; // the scan's thread alone
 
-    std::mutex _mutex; // guards the two below
+    std::mutex _mutex; // guards all down to _changed
     Snapshot _known;
-    std::shared_future<Snapshot> _underWay;
+    std::shared_ptr<PlaylistSnapshot> _growing; // of the scan under way, which changes it under the lock
+    std::shared_ptr<Scan> _underWay;
+    std::shared_ptr<Scan> _next;
+    QStringList _changed; // since the scan under way, or the last one, began
 
-    QHash<QString, Cached> _cache; // the scan's thread alone, as the next
-    QHash<QString, QString> _told;
+    FolderWatch _watch;
     WorkQueue _queue; // last, so that its thread ends before what it uses
 };
 

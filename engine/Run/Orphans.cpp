@@ -25,6 +25,9 @@ bool outOfReach(const QString &origin, const PlaylistSnapshot &snapshot) {
 } // namespace
 
 QStringList findOrphans(Database &database, const PlaylistSnapshot &snapshot, const QSet<QString> &playlists) {
+    if (!snapshot.isComplete) { // a playlist that isn't known yet may want any of them
+        return {};
+    }
     QSet<QString> liveRows;
     for (const Playlist &playlist : snapshot.playlists) {
         for (std::size_t i = 0; playlist.tracks && i < playlist.tracks->size(); ++i) {

@@ -9,7 +9,8 @@
 namespace zelk::engine {
 
 /// The files that we wrote, that still stand, and that no row of any playlist wants now. Those of a playlist whose file
-/// or folder can't be read just now are all wanted. With `playlists`, only files that one of these once wanted.
+/// or folder can't be read just now are all wanted, and as long as not all playlists are known, every file is. With
+/// `playlists`, only files that one of these once wanted.
 QStringList findOrphans(Database &database, const PlaylistSnapshot &snapshot, const QSet<QString> &playlists);
 
 struct TrashResult {

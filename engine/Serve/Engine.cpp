@@ -1,6 +1,7 @@
 #include "Serve/Engine.h"
 
 #include "Files/FileProblem.h"
+#include "Library/AudioReader.h"
 #include "Output/Convert.h"
 #include "Run/Orphans.h"
 #include "Transport/HelperProtocolEnvelope.h"
@@ -34,35 +35,40 @@ bool isHidden(const EngineConfig &config, PlaylistSourceId source) {
     return !connected.value_or(true);
 }
 
+bool hasExports(const PlaylistSnapshot &snapshot, PlaylistSourceId source) {
+    return std::any_of(snapshot.playlists.begin(), snapshot.playlists.end(),
+                       [source](const Playlist &playlist) { return playlist.source == source && !playlist.isFolder; });
+}
+
 } // namespace
 
 Engine::Engine(EnginePaths paths, EventSink &events)
     : _paths(std::move(paths)), _events(events), _config(_paths, [this](const QString &message) { warn(message); }),
       _secrets(_paths.secretsFile, [this](const QString &message) { warn(message); }),
       _database(_paths.databaseFile, [this](const QString &message) { warn(message); }),
-      _playlists([this] { return PlaylistPlaces{_config.current().playlistDirs}; },
-                 [this](const QString &message) { warn(message); },
-                 [this](const PlaylistSnapshot &snapshot) { noteSources(snapshot); }),
+      _playlists(
+          [this] {
+              return PlaylistPlaces{_config.current().playlistDirs, {_paths.libraryFile()}};
+          },
+          [this](const QString &message) { warn(message); },
+          [this](const PlaylistSnapshot &snapshot) { noteSources(snapshot); }),
       _library(_database, [this](const QString &message) { warn(message); }),
       _runs(std::make_unique<RunController>(RunServices{_database, _playlists, _library, _events}, [this] {
           return ReviewDesk::Settings{outputDir(), _config.current().run.toleranceSec};
-      })) {}
+      })) {
+    // The application will ask in a moment; and so the accounts whose exports are there soon count as connected.
+    _playlists.lookAhead();
+}
 
 void Engine::warn(const QString &message) {
     _events.send(ServerEvent::Log{std::nullopt, ServerEvent::LogLevel::warn, message});
 }
 
 void Engine::noteSources(const PlaylistSnapshot &snapshot) {
-    const EngineConfig config = _config.current();
     for (const PlaylistSourceId source : allCases<PlaylistSourceId>()) {
-        const auto &connected =
-            source == PlaylistSourceId::spotify ? config.spotifyConnected : config.appleMusicConnected;
-        const bool found =
-            std::any_of(snapshot.playlists.begin(), snapshot.playlists.end(),
-                        [&](const Playlist &playlist) { return playlist.source == source && !playlist.isFolder; });
-        if (found && !connected) {
+        if (hasExports(snapshot, source)) {
             try {
-                _config.setConnected(source, true);
+                _config.connectAtFirst(source);
             } catch (const FileProblem &problem) {
                 warn(u"The settings can't be written: %1"_s.arg(problem.description()));
             }
@@ -126,15 +132,13 @@ void Engine::disconnectAccount(AccountService service) {
 
 void Engine::connectSpotify() {
     const auto snapshot = _playlists.refresh(scanPatience);
-    const bool found =
-        std::any_of(snapshot->playlists.begin(), snapshot->playlists.end(), [](const Playlist &playlist) {
-            return playlist.source == PlaylistSourceId::spotify && !playlist.isFolder;
-        });
-    if (!found) {
+    if (!hasExports(*snapshot, PlaylistSourceId::spotify)) {
         throw MethodError(
             EngineErrorCode::notConfigured,
-            u"No exported Spotify playlists were found. Export them as CSV files into %1 and try again."_s.arg(
-                _config.current().playlistDirs.join(u", "_s)));
+            snapshot->isComplete
+                ? u"No exported Spotify playlists were found. Export them as CSV files into %1 and try again."_s.arg(
+                      _config.current().playlistDirs.join(u", "_s))
+                : u"No exported Spotify playlists were found yet, and the search goes on. Try again in a minute."_s);
     }
     orRefuse([&] { _config.setConnected(PlaylistSourceId::spotify, true); });
 }
@@ -167,7 +171,7 @@ std::vector<PlaylistDTO> Engine::listPlaylists(std::optional<PlaylistSourceId> s
 std::vector<PreviewTrackDTO> Engine::playlistTracks(PlaylistSourceId source, const QString &id) {
     const auto snapshot = _playlists.known(scanPatience);
     const Playlist *playlist = snapshot->find(id);
-    if (!playlist || playlist->source != source) {
+    if (!playlist || playlist->source != source || isHidden(_config.current(), source)) {
         throw MethodError(EngineErrorCode::invalidParams,
                           u"id: there is no such playlist any more. Reload the playlists."_s);
     }

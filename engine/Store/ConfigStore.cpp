@@ -119,6 +119,16 @@ void ConfigStore::setConnected(PlaylistSourceId source, bool connected) {
     }
 }
 
+void ConfigStore::connectAtFirst(PlaylistSourceId source) {
+    const std::lock_guard lock(_mutex);
+    EngineConfig changed = _config;
+    auto &connected = source == PlaylistSourceId::spotify ? changed.spotifyConnected : changed.appleMusicConnected;
+    if (!connected) {
+        connected = true;
+        write(std::move(changed));
+    }
+}
+
 void ConfigStore::write(EngineConfig changed) {
     if (!_readable) {
         throw FileProblem(_paths.configFile, EACCES);

@@ -24,6 +24,8 @@ public:
     /// Each writes the file before the new settings hold; throws FileProblem, and then nothing has changed.
     void apply(const ConfigPatch &patch);
     void setConnected(PlaylistSourceId source, bool connected);
+    /// Connects a source about which nothing has been said yet.
+    void connectAtFirst(PlaylistSourceId source);
 
 private:
     void load(const Warn &warn);

@@ -22,6 +22,9 @@ struct EnginePaths {
     /// A path with its leading "~" replaced by the home folder, made absolute and clean.
     QString expanded(const QString &path) const;
 
+    /// The Music app's exported library.
+    QString libraryFile() const { return musicFolder + QStringLiteral("/Library.xml"); }
+
     static QString defaultOutputDir() { return QStringLiteral("~/Music/DjayImport"); }
     static QString defaultPlaylistDir() { return QStringLiteral("~/Music/zelk/Playlists"); }
     static QString defaultCollectionDir() { return QStringLiteral("~/Music/zelk/Collection"); }

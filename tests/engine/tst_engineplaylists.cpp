@@ -1,22 +1,40 @@
 #include "Playlists/ArtistNames.h"
 #include "Playlists/CsvPlaylist.h"
 #include "Playlists/CsvReader.h"
+#include "Playlists/Location.h"
 #include "Playlists/M3uPlaylist.h"
-#include "Playlists/PlaylistCatalogue.h"
-#include "Playlists/TextDecoding.h"
+#include "Playlists/TextReader.h"
 #include "Playlists/XspfPlaylist.h"
-#include "engine/EngineHome.h"
 
-#include <QDir>
-#include <QRegularExpression>
+#include <QBuffer>
 #include <QTest>
 
 using namespace Qt::Literals::StringLiterals;
 using namespace zelk;
 using namespace zelk::engine;
-using namespace zelk::engine::testing;
 
 namespace {
+
+ReadFile csv(const QByteArray &bytes, ReadLimits limits = {}) {
+    QBuffer device;
+    device.setData(bytes);
+    device.open(QIODevice::ReadOnly);
+    return readCsvPlaylist(device, limits);
+}
+
+ReadFile m3u(const QByteArray &bytes, const QString &folder, ReadLimits limits = {}) {
+    QBuffer device;
+    device.setData(bytes);
+    device.open(QIODevice::ReadOnly);
+    return readM3uPlaylist(device, folder, limits);
+}
+
+ReadFile xspf(const QByteArray &bytes, const QString &folder, ReadLimits limits = {}) {
+    QBuffer device;
+    device.setData(bytes);
+    device.open(QIODevice::ReadOnly);
+    return readXspfPlaylist(device, folder, limits);
+}
 
 QList<qint64> linesOf(const ReadFile &file) {
     QList<qint64> lines;
@@ -52,11 +70,19 @@ private Q_SLOTS:
                                                      "c\0a\0f\0\xE9\0",
                                                      10);
         QTest::newRow("UTF-16 big") << QByteArray("\xFE\xFF\0c\0a\0f\0\xE9", 10);
+        QTest::newRow("UTF-16 little without mark") << QByteArray("c\0a\0f\0\xE9\0", 8);
+        QTest::newRow("UTF-16 big without mark") << QByteArray("\0c\0a\0f\0\xE9", 8);
     }
 
     void textIsDecodedByItsBytes() {
         QFETCH(QByteArray, bytes);
-        QCOMPARE(decodeText(bytes), u"caf\u00E9"_s);
+        QBuffer device(&bytes);
+        device.open(QIODevice::ReadOnly);
+        TextReader reader(device);
+        QString text;
+        while (reader.readMore(text)) {
+        }
+        QCOMPARE(text, u"caf\u00E9"_s);
     }
 
     void tablesAreReadInAllTheirForms_data() {
@@ -78,26 +104,36 @@ private Q_SLOTS:
         QTest::newRow("quote inside") << u"a,b\n7\" mix,2\n"_s
                                       << QList<QStringList>{{u"a"_s, u"b"_s}, {u"7\" mix"_s, u"2"_s}};
         QTest::newRow("empty fields") << u"a,b\n,2\n"_s << QList<QStringList>{{u"a"_s, u"b"_s}, {QString(), u"2"_s}};
+        QTest::newRow("blank lines first") << u"\n\r\na;b\n1;2\n"_s << plain;
+        QTest::newRow("told separator behind blanks") << u"\nsep=\t\na\tb\n1\t2\n"_s << plain;
+        QTest::newRow("other separators in the cells")
+            << u"a;b\n1,5;2\t2\n"_s << QList<QStringList>{{u"a"_s, u"b"_s}, {u"1,5"_s, u"2\t2"_s}};
         QTest::newRow("nothing") << QString() << QList<QStringList>{};
+        QTest::newRow("a long way") << u"a,b\n1,2\n"_s + QString(100'000, u'\n') + u"1,2\n"_s
+                                    << QList<QStringList>{plain[0], plain[1], plain[1]};
     }
 
     void tablesAreReadInAllTheirForms() {
         QFETCH(QString, text);
         QFETCH(QList<QStringList>, records);
         QList<QStringList> read;
-        for (const CsvRecord &record : readCsv(text)) {
-            QVERIFY(!record.broken);
+        QBuffer device;
+        device.setData(text.toUtf8());
+        device.open(QIODevice::ReadOnly);
+        CsvReader table(device);
+        for (CsvRecord record; table.next(record);) {
+            QVERIFY2(record.problem.isEmpty(), qPrintable(record.problem));
             read += record.fields;
         }
         QCOMPARE(read, records);
     }
 
     void anUnclosedQuoteCostsItsOwnLineOnly() {
-        const ReadFile file = readCsvPlaylist("Track Name,Artist\nOne,Ann\n\"Two,Ann\nThree,Ann\nFour,Ann\n");
+        const ReadFile file = csv("Track Name,Artist\nOne,Ann\n\"Two,Ann\nThree,Ann\nFour,Ann\n");
         QCOMPARE(titlesOf(file), QStringList({u"One"_s, u"Three"_s, u"Four"_s}));
         QCOMPARE(linesOf(file), QList<qint64>{3});
         // The quote of a later line closes it, and the fields no longer fit.
-        const ReadFile swallowed = readCsvPlaylist("Track Name,Artist\n\"One,Ann\nTwo,Ann\n\"Three\",Ann\n");
+        const ReadFile swallowed = csv("Track Name,Artist\n\"One,Ann\nTwo,Ann\n\"Three\",Ann\n");
         QCOMPARE(titlesOf(swallowed), QStringList({u"Two"_s, u"Three"_s}));
         QCOMPARE(linesOf(swallowed), QList<qint64>{2});
     }
@@ -115,11 +151,23 @@ private Q_SLOTS:
         QTest::newRow("Spanish") << QByteArray(
             "Nombre de la canci\xC3\xB3n,Nombre(s) del artista,Nombre del \xC3\xA1lbum,Duraci\xC3\xB3n (ms),URL de la "
             "imagen del \xC3\xA1lbum,ISRC");
+        const auto row = [](const char *name, const QString &text) { QTest::newRow(name) << text.toUtf8(); };
+        row("Italian", u"Nome traccia,Nome artista,Nome album,Durata traccia (ms),URL immagine album,ISRC"_s);
+        row("Portuguese",
+            u"Nome da faixa,Nome do artista,Nome do álbum,Duração da faixa (ms),URL da imagem do álbum,ISRC"_s);
+        row("Dutch", u"Naam van nummer,Naam van artiest,Naam van album,Duur (ms),Album Image URL,ISRC"_s);
+        row("Swedish", u"Låtnamn,Artistnamn,Albumnamn,Längd (ms),Album Image URL,ISRC"_s);
+        row("Polish", u"Nazwa utworu,Nazwa wykonawcy,Nazwa albumu,Czas trwania (ms),Album Image URL,ISRC"_s);
+        row("Russian", u"Название трека,Имя исполнителя,Название альбома,Длительность (ms),Album Image URL,ISRC"_s);
+        row("Japanese", u"トラック名,アーティスト名,アルバム名,再生時間 (ms),アルバム画像URL,ISRC"_s);
+        row("joined by lines", u"track_name,artist_name,album_name,duration_ms,album_image_url,isrc"_s);
+        row("quoted, with spaces",
+            u"\"Track Name \",\" Artist Name(s)\",\"Album Name\",\"Duration (ms)\",\"Album Image URL\",ISRC"_s);
     }
 
     void columnsAreFoundByName() {
         QFETCH(QByteArray, header);
-        const ReadFile file = readCsvPlaylist(header + "\nOne,Ann,LP,61500,https://x/1.jpg,ZZ1\n");
+        const ReadFile file = csv(header + "\nOne,Ann,LP,61500,https://x/1.jpg,ZZ1\n");
         QCOMPARE(file.warnings.size(), 0u);
         const ListedTrack &track = file.lists.at(0).tracks.at(0);
         QCOMPARE(track.title, u"One"_s);
@@ -128,6 +176,76 @@ private Q_SLOTS:
         QCOMPARE(track.durationSec, 61.5);
         QCOMPARE(track.artworkUrl, u"https://x/1.jpg"_s);
         QCOMPARE(track.isrc, u"ZZ1"_s);
+    }
+
+    void columnsAreFoundInAnyOrderAndUnknownOnesPassedOver() {
+        const ReadFile file =
+            csv("Added At,Duration (ms),Artist Name(s),Album Artist Name(s),Track URI,Track Name,Popularity\n"
+                "2020,61500,Ann,Various,u:1,One,7\n");
+        QCOMPARE(file.lists.at(0).tracks.at(0).title, u"One"_s);
+        QCOMPARE(file.lists.at(0).tracks.at(0).artist, u"Ann"_s);
+        QCOMPARE(file.lists.at(0).tracks.at(0).durationSec, 61.5);
+    }
+
+    void aRowWithoutANameIsToldWithItsAddress() {
+        const ReadFile file = csv("Track URI,Track Name\nservice:track:7,\n");
+        QCOMPARE(file.warnings.size(), 1u);
+        QVERIFY(file.warnings[0].message.contains(u"service:track:7"_s));
+    }
+
+    void aQuoteThatIsNeverClosedInALargeTableCostsItsOwnLineOnly() {
+        QByteArray text = "Track Name,Artist\n\"One,Ann\n";
+        const QByteArray row = "Two,Ann\n";
+        text += row.repeated(300'000); // more than a row may have
+        const ReadFile file = csv(text);
+        QCOMPARE(file.lists.at(0).tracks.size(), 300'000u);
+        QCOMPARE(linesOf(file), QList<qint64>{2});
+    }
+
+    void aRowThatIsTooLongIsToldAndTheRestLoads() {
+        const ReadFile file = csv("Track Name,Artist\nOne," + QByteArray(2'000'000, 'x') + "\nTwo,Ann\n");
+        QCOMPARE(titlesOf(file), QStringList{u"Two"_s});
+        QCOMPARE(linesOf(file), QList<qint64>{2});
+        QVERIFY2(file.warnings[0].message.contains(u"more than 1000000 characters"_s),
+                 qPrintable(file.warnings[0].message));
+    }
+
+    void mistakesWithoutEndAreCountedAndNotListed() {
+        const ReadFile file = csv("Track Name,Artist\n" + QByteArray(",Ann\n").repeated(5'000) + "One,Ann\n");
+        QCOMPARE(titlesOf(file), QStringList{u"One"_s});
+        QCOMPARE(file.warnings.size(), 20u);
+        QCOMPARE(file.moreWarnings, 4'980);
+    }
+
+    void aListBeyondTheLimitsIsCutAndSaysSo_data() {
+        QTest::addColumn<QString>("form");
+        QTest::addColumn<QList<qint64>>("lines");
+        QTest::newRow("csv") << u"csv"_s << QList<qint64>{4};
+        QTest::newRow("m3u") << u"m3u"_s << QList<qint64>{3};
+        QTest::newRow("xspf") << u"xspf"_s << QList<qint64>{4};
+    }
+
+    void aListBeyondTheLimitsIsCutAndSaysSo() {
+        QFETCH(QString, form);
+        const auto read = [&](const ReadLimits &limits) {
+            return form == u"csv"_s   ? csv("Track Name\nOne\nTwo\nThree\nFour\n", limits)
+                   : form == u"m3u"_s ? m3u("One\nTwo\nThree\nFour\n", u"/l"_s, limits)
+                                      : xspf("<playlist><trackList>\n<track><title>One</title></track>\n"
+                                             "<track><title>Two</title></track>\n<track><title>Three</title></track>\n"
+                                             "<track><title>Four</title></track>\n</trackList></playlist>",
+                                             u"/l"_s, limits);
+        };
+        ReadLimits limits;
+        limits.tracks = 2;
+        const ReadFile file = read(limits);
+        QCOMPARE(titlesOf(file), QStringList({u"One"_s, u"Two"_s}));
+        QTEST(linesOf(file), "lines");
+        QVERIFY(file.warnings[0].message.contains(u"more than 2 tracks"_s));
+        QVERIFY(!file.whole);
+        ReadLimits words;
+        words.characters = 3;
+        QVERIFY(!read(words).whole);
+        QVERIFY(read({}).whole);
     }
 
     void durationsAreRead_data() {
@@ -148,28 +266,27 @@ private Q_SLOTS:
     void durationsAreRead() {
         QFETCH(QByteArray, column);
         QFETCH(QByteArray, cell);
-        const ReadFile file = readCsvPlaylist("Track Name," + column + "\nOne," + cell + "\n");
+        const ReadFile file = csv("Track Name," + column + "\nOne," + cell + "\n");
         QTEST(file.lists.at(0).tracks.at(0).durationSec, "seconds");
         QTEST(static_cast<int>(file.warnings.size()), "warnings");
     }
 
     void brokenRowsAreToldByLineAndTheRestLoads() {
-        const ReadFile file =
-            readCsvPlaylist("Track Name,Artist\nOne,Ann\n,Ann\nTwo,Ann,too,many\nThree,Ann,,\nFour\n");
+        const ReadFile file = csv("Track Name,Artist\nOne,Ann\n,Ann\nTwo,Ann,too,many\nThree,Ann,,\nFour\n");
         QCOMPARE(titlesOf(file), QStringList({u"One"_s, u"Three"_s, u"Four"_s}));
         QCOMPARE(linesOf(file), QList<qint64>({3, 4}));
     }
 
     void aTableWithoutTrackNamesIsToldAndGivesNoList() {
         for (const QByteArray &bytes : {QByteArray(), QByteArray("Date,Amount\n1,2\n"), QByteArray("\0\1\2\3", 4)}) {
-            const ReadFile file = readCsvPlaylist(bytes);
+            const ReadFile file = csv(bytes);
             QVERIFY(file.lists.empty());
             QCOMPARE(file.warnings.size(), 1u);
         }
     }
 
     void oneFileMayHoldSeveralLists() {
-        const ReadFile file = readCsvPlaylist("Playlist name,Track Name\nA,One\nB,Two\nA,Three\n");
+        const ReadFile file = csv("Playlist name,Track Name\nA,One\nB,Two\nA,Three\n");
         QCOMPARE(file.lists.size(), 2u);
         QCOMPARE(file.lists[0].name, u"A"_s);
         QCOMPARE(file.lists[0].tracks.size(), 2u);
@@ -194,11 +311,11 @@ private Q_SLOTS:
 
     void anM3uListIsRead() {
         const ReadFile file =
-            readM3uPlaylist("\xEF\xBB\xBF#EXTM3U\r\n#PLAYLIST:Mine\r\n#EXTINF:61,Ann - One - Live\r\nsub\\one.mp3\r\n"
-                            "#EXTINF:-1 tvg-id=\"a,b\",Two\r\n/abs/two.mp3\r\n07 - Bob - Three_x.flac\r\n"
-                            "#EXTINF:5,Cy - Four\r\n#EXTINF:6,Cy - Five\r\nfile:///f%20x/five.mp3\r\n"
-                            "# a remark\r\nhttps://radio/stream\r\n",
-                            u"/lists"_s);
+            m3u("\xEF\xBB\xBF#EXTM3U\r\n#PLAYLIST:Mine\r\n#EXTINF:61,Ann - One - Live\r\nsub\\one.mp3\r\n"
+                "#EXTINF:-1 tvg-id=\"a,b\",Two\r\n/abs/two.mp3\r\n07 - Bob - Three_x.flac\r\n"
+                "#EXTINF:5,Cy - Four\r\n#EXTINF:6,Cy - Five\r\nfile:///f%20x/five.mp3\r\n"
+                "# a remark\r\nhttps://radio/stream\r\n",
+                u"/lists"_s);
         QCOMPARE(file.warnings.size(), 0u);
         QCOMPARE(file.lists.size(), 1u);
         QCOMPARE(file.lists[0].name, u"Mine"_s);
@@ -216,14 +333,41 @@ private Q_SLOTS:
         QCOMPARE(tracks[5].location, QString());
     }
 
+    void anM3uListOfAnyEncodingAndLineEndIsRead_data() {
+        QTest::addColumn<QByteArray>("bytes");
+        const QString text = u"#EXTM3U\n#PLAYLIST:Café\n#EXTINF:61,Ann - Été\nété.mp3\n"_s;
+        QTest::newRow("UTF-8") << text.toUtf8();
+        QTest::newRow("Latin-1") << text.toLatin1();
+        const auto *units = reinterpret_cast<const char *>(text.utf16());
+        QTest::newRow("UTF-16") << QByteArray("\xFF\xFE") + QByteArray(units, text.size() * 2);
+        QTest::newRow("carriage returns") << text.toUtf8().replace('\n', '\r');
+        QTest::newRow("both") << text.toUtf8().replace("\n", "\r\n");
+        QTest::newRow("no last line end") << text.toUtf8().chopped(1);
+    }
+
+    void anM3uListOfAnyEncodingAndLineEndIsRead() {
+        QFETCH(QByteArray, bytes);
+        const ReadFile file = m3u(bytes, u"/l"_s);
+        QCOMPARE(file.warnings.size(), 0u);
+        QCOMPARE(file.lists.at(0).name, u"Café"_s);
+        QCOMPARE(titlesOf(file), QStringList{u"Été"_s});
+        QCOMPARE(file.lists[0].tracks[0].location, u"/l/été.mp3"_s);
+    }
+
+    void aLineWithoutEndIsCutAndTheRestLoads() {
+        const ReadFile file = m3u("#EXTINF:1,One\n" + QByteArray(3'000'000, 'x') + "\ntwo.mp3\n", u"/l"_s);
+        QCOMPARE(titlesOf(file), QStringList({u"One"_s, u"two"_s}));
+        QVERIFY(file.lists[0].tracks[0].location.size() <= 1'000'010);
+    }
+
     void aBrokenDescriptionIsToldAndTheFileNameUsed() {
-        const ReadFile file = readM3uPlaylist("#EXTM3U\n#EXTINF:what\nAnn - One.mp3\n", u"/l"_s);
+        const ReadFile file = m3u("#EXTM3U\n#EXTINF:what\nAnn - One.mp3\n", u"/l"_s);
         QCOMPARE(linesOf(file), QList<qint64>{2});
         QCOMPARE(titlesOf(file), QStringList{u"One"_s});
     }
 
     void anXspfListIsRead() {
-        const ReadFile file = readXspfPlaylist(
+        const ReadFile file = xspf(
             "<?xml version=\"1.0\"?><playlist version=\"1\" "
             "xmlns=\"http://xspf.org/ns/0/\"><title>Mine</title><trackList>"
             "<track><duration>61500</duration><location>file:///m/a%20b.mp3</location><title>One &amp; only</title>"
@@ -244,11 +388,39 @@ private Q_SLOTS:
         QCOMPARE(file.lists[0].tracks[1].location, u"/l/sub/Bob - Two.mp3"_s);
     }
 
+    void picturesOfAnXspfListAreFoundWhereverTheyAre() {
+        const ReadFile file = xspf("<playlist><image>https://x/list.jpg</image><trackList>"
+                                   "<track><title>One</title><image>covers/a%20b.jpg</image></track>"
+                                   "<track><title>Two</title><image>file:///c/d.jpg</image></track>"
+                                   "<track><title>Three</title></track></trackList></playlist>",
+                                   u"/l"_s);
+        QCOMPARE(file.lists.at(0).artwork, artworkOfUrlText(u"https://x/list.jpg"_s));
+        QCOMPARE(file.lists[0].tracks[0].artworkUrl, u"file:///l/covers/a%20b.jpg"_s);
+        QCOMPARE(file.lists[0].tracks[1].artworkUrl, u"file:///c/d.jpg"_s);
+        QCOMPARE(file.lists[0].tracks[2].artworkUrl, QString());
+    }
+
+    void anXspfListWithAPrefixIsRead() {
+        const ReadFile file = xspf("<x:playlist xmlns:x=\"http://xspf.org/ns/0/\"><x:trackList><x:track>"
+                                   "<x:title>One</x:title></x:track></x:trackList></x:playlist>",
+                                   u"/l"_s);
+        QCOMPARE(titlesOf(file), QStringList{u"One"_s});
+    }
+
+    void anXspfTrackWithoutATitleKeepsItsArtist() {
+        const ReadFile file = xspf("<playlist><trackList><track><creator>Cy</creator>"
+                                   "<location>http://x/One.mp3</location></track></trackList></playlist>",
+                                   u"/l"_s);
+        QCOMPARE(titlesOf(file), QStringList{u"One"_s});
+        QCOMPARE(file.lists[0].tracks[0].artist, u"Cy"_s);
+        QCOMPARE(file.lists[0].tracks[0].location, QString());
+    }
+
     void anXspfListThatBreaksOffGivesWhatCameBefore() {
-        const ReadFile file =
-            readXspfPlaylist("<playlist><trackList>\n<track><title>One</title></track>\n<track><tit", u"/l"_s);
+        const ReadFile file = xspf("<playlist><trackList>\n<track><title>One</title></track>\n<track><tit", u"/l"_s);
         QCOMPARE(titlesOf(file), QStringList{u"One"_s});
         QCOMPARE(linesOf(file), QList<qint64>{3});
+        QVERIFY(!file.whole);
     }
 
     void entriesResolveToLocalPaths_data() {
@@ -261,53 +433,22 @@ private Q_SLOTS:
         QTest::newRow("http") << u"http://x/a.mp3"_s << QString();
         QTest::newRow("percent stays in a path") << u"50%20.mp3"_s << u"/l/50%20.mp3"_s;
         QTest::newRow("file URL") << u"file:///m/%C3%A5.mp3"_s << u"/m/å.mp3"_s;
+        QTest::newRow("of this machine") << u"file://localhost/m/a.mp3"_s << u"/m/a.mp3"_s;
+        QTest::newRow("of another machine") << u"file://server/m/a.mp3"_s << QString();
+        QTest::newRow("short") << u"file:/m/a.mp3"_s << u"/m/a.mp3"_s;
+        QTest::newRow("capitals") << u"FILE:///m/a.mp3"_s << u"/m/a.mp3"_s;
+        QTest::newRow("signs of URLs as they are") << u"file:///m/a #1?.mp3"_s << u"/m/a #1?.mp3"_s;
+        QTest::newRow("percent that escapes nothing") << u"file:///m/100%.mp3"_s << u"/m/100%.mp3"_s;
+        QTest::newRow("no path") << u"file://"_s << QString();
+        QTest::newRow("relative URL") << u"file:a.mp3"_s << QString();
+        QTest::newRow("escaped zero") << u"file:///m/a%00.mp3"_s << QString();
+        QTest::newRow("share") << u"\\\\server\\m\\a.mp3"_s << QString();
+        QTest::newRow("above, with backslashes") << u"..\\m\\a.mp3"_s << u"/m/a.mp3"_s;
     }
 
     void entriesResolveToLocalPaths() {
         QFETCH(QString, entry);
         QTEST(resolvedLocation(entry, u"/l"_s), "path");
-    }
-
-    void idsAreStableUniqueAndFreeOfJoiningSigns() {
-        static const QRegularExpression form(u"^(apple|spotify):[0-9a-f]+$"_s);
-        const QString id = playlistId(PlaylistSourceId::spotify, u"/a"_s, u"b.csv"_s, u"c#|,"_s);
-        QVERIFY(form.match(id).hasMatch());
-        QCOMPARE(playlistId(PlaylistSourceId::spotify, u"/a"_s, u"b.csv"_s, u"c#|,"_s), id);
-        QVERIFY(playlistId(PlaylistSourceId::spotify, u"/a"_s, u"b.csv"_s, u"d"_s) != id);
-        QVERIFY(playlistId(PlaylistSourceId::spotify, u"/ab"_s, u".csv"_s, u"c#|,"_s) !=
-                playlistId(PlaylistSourceId::spotify, u"/a"_s, u"b.csv"_s, u"c#|,"_s));
-    }
-
-    void foldersBecomeFoldersAndWarningsAreToldOnce() {
-        const EngineHome home;
-        home.addList(u"Top.csv"_s, {u"a|b|1"_s});
-        home.addList(u"Sets/Same.csv"_s, {u"a|b|1"_s});
-        home.addList(u"Other/Same.csv"_s, {u"a|b|1"_s});
-        home.write(home.playlists(u"Sets/broken.csv"_s), "nothing\n");
-        QVERIFY(QFile::link(home.playlists({}), home.playlists(u"Sets/round"_s)));
-        QStringList warnings;
-        PlaylistCatalogue catalogue(
-            [&] {
-                return PlaylistPlaces{{QDir::cleanPath(home.playlists({})), u"/nowhere"_s}};
-            },
-            [&](const QString &message) { warnings += message; }, [](const PlaylistSnapshot &) {});
-        const auto snapshot = catalogue.refresh(std::chrono::seconds(20));
-        QStringList shown;
-        for (const Playlist &playlist : snapshot->playlists) {
-            const Playlist *parent = snapshot->find(playlist.parentId);
-            shown +=
-                (parent ? parent->name + u'/' : QString()) + playlist.name + (playlist.isFolder ? u"/"_s : QString());
-        }
-        QCOMPARE(shown, QStringList({u"Other/"_s, u"Other/Same"_s, u"Sets/"_s, u"Sets/Same"_s, u"Top"_s}));
-        QCOMPARE(snapshot->byId.size(), 5);
-        QCOMPARE(warnings.size(), 1);
-        QVERIFY(warnings[0].contains(u"broken.csv, line 1"_s));
-        QVERIFY(snapshot->unreadable.contains(u"/nowhere"_s));
-        catalogue.refresh(std::chrono::seconds(20));
-        QCOMPARE(warnings.size(), 1);
-        home.addList(u"Top.csv"_s, {u"a|b|1"_s, u"c|d|1"_s});
-        const QString id = snapshot->playlists.back().id;
-        QCOMPARE(catalogue.refresh(std::chrono::seconds(20))->find(id)->tracks->size(), 2u);
     }
 };
 
