@@ -16,7 +16,7 @@ namespace {
 /// Remarks that don't make another recording. They are matched as whole words anywhere in a remark.
 const QRegularExpression &neutralPhrases() {
     static const QRegularExpression expression(u"(?<![\\p{L}\\p{N}])(?:"
-                                               u"(?:(?:19|20)\\d\\d (?:- )?)?(?:digital(?:ly)? )?re-?master(?:ed)?(?: "
+                                               u"(?:(?:19|20)\\d\\d )?(?:digital(?:ly)? )?re-?master(?:ed)?(?: "
                                                u"(?:version|edition|mix))?(?: (?:in )?(?:19|20)\\d\\d)?"
                                                u"(?: (?:version|edition|mix))?"
                                                u"|original(?: (?:mix|version))?"
@@ -91,8 +91,9 @@ QString takeRemark(QString remark, bool bracketed, ParsedTitle &parsed) {
     QString rest = remark;
     rest.replace(neutralPhrases(), u" "_s);
     const QStringList restWords = wordsOf(rest.simplified());
-    const bool nothingLeft =
-        std::all_of(restWords.begin(), restWords.end(), [](const QString &word) { return word == "and"_L1; });
+    const bool nothingLeft = std::all_of(restWords.begin(), restWords.end(), [](const QString &word) {
+        return word == "and"_L1 || !word[0].isLetterOrNumber(); // "Stereo / Remastered 2009"
+    });
     if (rest != remark && nothingLeft) {
         return {};
     }
@@ -170,7 +171,8 @@ QStringList foldedArtists(const QString &artists) {
 
 ParsedTitle parseTitle(const QString &title) {
     ParsedTitle parsed;
-    const QString folded = fold(title);
+    static const QRegularExpression yearApart(u" - ((?:19|20)\\d\\d) - (?=(?:digital(?:ly)? )?re-?master)"_s);
+    const QString folded = fold(title).replace(yearApart, u" - \\1 "_s);
     QString text = withoutBrackets(folded, parsed);
     text = withoutTrailingRemarks(text, parsed);
     text = withoutFeatured(text, parsed);
