@@ -105,10 +105,15 @@ std::vector<MatchCandidate> fitting(const Probe &row, const MatchIndex &index,
                                     const std::function<bool(const AudioFile &)> &wanted) {
     std::vector<MatchCandidate> found;
     for (const int position : index.candidates(row, wanted)) {
-        const Score score = scoreOf(row, index.probe(position));
+        const Probe &probe = index.probe(position);
+        const bool mayBeIsrc = !row.isrc.isEmpty() && row.isrc == probe.isrc;
+        if (!mayBeIsrc && !reaches(wordSimilarity(row.core, probe.core), doubtfulTitle)) {
+            continue; // most candidates share an artist only
+        }
+        const Score score = scoreOf(row, probe);
         if (plausible(score)) {
             const double confidence = acceptedByIsrc(score) ? std::max(score.total, isrcConfidence) : score.total;
-            found.push_back({position, score, confidence, reasonAgainst(score, row, index.probe(position))});
+            found.push_back({position, score, confidence, reasonAgainst(score, row, probe)});
         }
     }
     return found;
