@@ -15,7 +15,7 @@ namespace {
 /// So many entries of the words' lists are gone through for one row, the rarest words first. The longer lists are only
 /// asked about the files that these have brought, so that "the" costs no more in a large collection than in a small
 /// one.
-constexpr std::size_t mostFollowed = 10'000;
+constexpr std::size_t mostFollowed = 4'000;
 constexpr double isrcWeight = 1'000;
 
 bool writesWithoutSpaces(QChar c) {
@@ -56,6 +56,7 @@ QSet<QString> keysOf(const Probe &probe) {
 
 MatchIndex::MatchIndex(std::vector<AudioFile> files) : _files(std::move(files)) {
     _probes.reserve(_files.size());
+    _lengths.reserve(_files.size());
     for (int i = 0; i < size(); ++i) {
         const AudioFile &file = _files[static_cast<std::size_t>(i)];
         _probes.push_back(makeProbe(file.title, file.artist, file.album, file.durationSec, file.isrc));
@@ -67,6 +68,7 @@ MatchIndex::MatchIndex(std::vector<AudioFile> files) : _files(std::move(files)) 
             _byIsrc[probe.isrc].push_back(i);
         }
         _positions.insert(file.path, i);
+        _lengths.push_back(probe.durationSec.value_or(0));
     }
 }
 
@@ -123,24 +125,22 @@ std::vector<int> MatchIndex::candidates(const Probe &row, const std::function<bo
     std::vector<Found> found;
     for (const int position : sharingWords(row, weights)) {
         const double weight = std::exchange(weights[static_cast<std::size_t>(position)], 0);
-        if (wanted(file(position))) {
-            const auto &duration = probe(position).durationSec;
-            const double delta = row.durationSec && duration ? std::abs(*row.durationSec - *duration) : 0;
-            found.push_back({position, weight, delta});
-        }
+        const double length = _lengths[static_cast<std::size_t>(position)];
+        found.push_back({position, weight, row.durationSec && length > 0 ? std::abs(*row.durationSec - length) : 0});
     }
-    const auto likelier = [](const Found &a, const Found &b) {
+    const auto lessLikely = [](const Found &a, const Found &b) {
         if (std::abs(a.weight - b.weight) > 1e-9) {
-            return a.weight > b.weight;
+            return a.weight < b.weight;
         }
-        return a.lengthDelta != b.lengthDelta ? a.lengthDelta < b.lengthDelta : a.position < b.position;
+        return a.lengthDelta != b.lengthDelta ? a.lengthDelta > b.lengthDelta : a.position > b.position;
     };
-    const auto kept = std::min<std::size_t>(found.size(), maxCandidates);
-    std::partial_sort(found.begin(), found.begin() + static_cast<std::ptrdiff_t>(kept), found.end(), likelier);
+    std::make_heap(found.begin(), found.end(), lessLikely);
     std::vector<int> positions;
-    positions.reserve(kept);
-    for (std::size_t i = 0; i < kept; ++i) {
-        positions.push_back(found[i].position);
+    for (auto end = found.end(); end != found.begin() && positions.size() < maxCandidates; --end) {
+        std::pop_heap(found.begin(), end, lessLikely);
+        if (const int position = std::prev(end)->position; wanted(file(position))) {
+            positions.push_back(position);
+        }
     }
     return positions;
 }

@@ -36,6 +36,8 @@ private:
 
     std::vector<AudioFile> _files;
     std::vector<Probe> _probes;
+    std::vector<double>
+        _lengths; // of the probes, 0 if unknown: close together, since thousands are looked at for a row
     QHash<QString, std::vector<int>> _byWord;
     QHash<QString, std::vector<int>> _byIsrc;
     QHash<QString, int> _positions;
