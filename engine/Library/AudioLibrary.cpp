@@ -53,7 +53,12 @@ std::shared_ptr<const MatchIndex> AudioLibrary::refresh(const QStringList &folde
 
 std::vector<AudioFile> AudioLibrary::scan(const QStringList &folders, std::stop_token stop) {
     if (!_loaded) {
-        _known = _database.audioFiles();
+        try {
+            _known = _database.audioFiles();
+        } catch (const DatabaseError &error) {
+            _warn(u"The whole collection is read again, since what was read of it before can't be recalled: %1"_s.arg(
+                QString::fromUtf8(error.what())));
+        }
         _loaded = true;
     }
     QStringList all;

@@ -37,8 +37,22 @@ namespace {
 /// frame or two.
 constexpr double wholeShare = 0.95;
 
-QString textOf(const TagLib::String &text) {
-    return QString::fromStdWString(text.toWString()).simplified();
+/// A tag may hold megabytes, and none of it is shown or compared beyond this.
+constexpr qsizetype longestTag = 1'000;
+
+/// What a tag says, without control characters, cut where it is longer than any name.
+QString textOf(const TagLib::String &tag) {
+    QString text = QString::fromStdString(tag.substr(0, 4 * longestTag).to8Bit(true));
+    for (QChar &c : text) {
+        if (c.category() == QChar::Other_Control) {
+            c = u' ';
+        }
+    }
+    text = text.simplified().left(longestTag);
+    if (text.endsWith(QChar::ReplacementCharacter) || (!text.isEmpty() && text.back().isHighSurrogate())) {
+        text.chop(1); // the cut went through a character
+    }
+    return text;
 }
 
 QString property(const TagLib::PropertyMap &properties, const char *key) {

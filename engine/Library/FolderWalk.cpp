@@ -33,6 +33,12 @@ bool namesIn(const QByteArray &folder, QList<QByteArray> &names) {
     return true;
 }
 
+/// Something was listed and is gone; a link to nowhere isn't.
+bool vanished(const QByteArray &path) {
+    struct stat status {};
+    return ::lstat(path.constData(), &status) != 0 && errno == ENOENT;
+}
+
 QString reason(int code) {
     return QString::fromLocal8Bit(std::strerror(code));
 }
@@ -49,19 +55,16 @@ bool decoded(const QByteArray &name, QString &text) {
 void walkFolder(const QString &root, const FolderVisitor &visitor, std::stop_token stop) {
     std::set<std::pair<dev_t, ino_t>> entered;
     QList<QByteArray> waiting{QFile::encodeName(root)};
-    bool first = true;
     while (!waiting.isEmpty() && !stop.stop_requested()) {
         const QByteArray folder = waiting.takeLast();
         struct stat status {};
         QList<QByteArray> names;
         if (::stat(folder.constData(), &status) != 0 || !namesIn(folder, names)) {
-            if (errno != ENOENT || !first) {
-                visitor.problem(QFile::decodeName(folder), reason(errno));
+            if (const int code = errno; !vanished(folder)) {
+                visitor.problem(QFile::decodeName(folder), reason(code));
             }
-            first = false;
             continue;
         }
-        first = false;
         if (!entered.insert({status.st_dev, status.st_ino}).second) {
             continue;
         }
@@ -78,7 +81,9 @@ void walkFolder(const QString &root, const FolderVisitor &visitor, std::stop_tok
             if (!decoded(path, text)) {
                 visitor.problem(QString::fromLatin1(path), QStringLiteral("its name isn't UTF-8; rename it"));
             } else if (::stat(path.constData(), &status) != 0) {
-                visitor.problem(text, reason(errno));
+                if (const int code = errno; !vanished(path)) {
+                    visitor.problem(text, reason(code));
+                }
             } else if (S_ISDIR(status.st_mode)) {
                 inner += path;
             } else if (S_ISREG(status.st_mode)) {

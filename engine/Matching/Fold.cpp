@@ -15,7 +15,8 @@ bool losesItsMarks(char32_t base) {
     }
 }
 
-/// Before normalisation, which would turn some of these into a space and a combining mark.
+/// Before normalisation, which would turn some of these into a space and a combining mark, and behind it, since it also
+/// makes some of other signs.
 QString withPlainSigns(const QString &text) {
     QString plain;
     plain.reserve(text.size());
@@ -92,7 +93,8 @@ const char16_t *spelledOut(char32_t c) {
 } // namespace
 
 QString fold(const QString &text) {
-    const QString cased = withPlainSigns(text).normalized(QString::NormalizationForm_KC).toCaseFolded();
+    const QString composed = withPlainSigns(text).normalized(QString::NormalizationForm_KC);
+    const QString cased = withPlainSigns(composed).toCaseFolded();
     // Case-folded again, since some capitals, such as the dotted I, have a small form only once they are taken apart.
     const QString decomposed = cased.normalized(QString::NormalizationForm_D).toCaseFolded();
     QString folded;

@@ -6,13 +6,17 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace zelk::engine {
 
 namespace {
 
-/// A word that so many files have says little, and its list is long: it is followed only if no rarer one finds enough.
-constexpr std::size_t commonWord = 5'000;
+/// So many entries of the words' lists are gone through for one row, the rarest words first. The longer lists are only
+/// asked about the files that these have brought, so that "the" costs no more in a large collection than in a small
+/// one.
+constexpr std::size_t mostFollowed = 4'000;
+constexpr double isrcWeight = 1'000;
 
 bool writesWithoutSpaces(QChar c) {
     switch (c.script()) {
@@ -41,6 +45,7 @@ QSet<QString> keysOf(const Probe &probe) {
         }
     };
     add(probe.title.core);
+    keys.insert(u'=' + probe.title.core); // finds the title that is made of nothing but common words
     for (const QString &artist : probe.artists) {
         add(artist);
     }
@@ -51,6 +56,7 @@ QSet<QString> keysOf(const Probe &probe) {
 
 MatchIndex::MatchIndex(std::vector<AudioFile> files) : _files(std::move(files)) {
     _probes.reserve(_files.size());
+    _lengths.reserve(_files.size());
     for (int i = 0; i < size(); ++i) {
         const AudioFile &file = _files[static_cast<std::size_t>(i)];
         _probes.push_back(makeProbe(file.title, file.artist, file.album, file.durationSec, file.isrc));
@@ -62,54 +68,79 @@ MatchIndex::MatchIndex(std::vector<AudioFile> files) : _files(std::move(files)) 
             _byIsrc[probe.isrc].push_back(i);
         }
         _positions.insert(file.path, i);
+        _lengths.push_back(probe.durationSec.value_or(0));
     }
 }
 
-std::vector<int> MatchIndex::candidates(const Probe &row) const {
+/// The files that share a word with the row; their weights are left in `weights`, which is as long as the index and was
+/// all zero.
+std::vector<int> MatchIndex::sharingWords(const Probe &row, std::vector<double> &weights) const {
+    std::vector<const std::vector<int> *> lists;
+    for (const QString &key : keysOf(row)) {
+        if (const auto list = _byWord.constFind(key); list != _byWord.constEnd()) {
+            lists.push_back(&*list);
+        }
+    }
+    std::sort(lists.begin(), lists.end(), [](const auto *a, const auto *b) { return a->size() < b->size(); });
+    std::vector<int> met;
+    const auto weigh = [&](int position, double weight) {
+        double &sum = weights[static_cast<std::size_t>(position)];
+        if (sum == 0) {
+            met.push_back(position);
+        }
+        sum += weight;
+    };
+    std::size_t followed = 0;
+    for (const std::vector<int> *list : lists) {
+        const double rarity = std::log(1.0 + static_cast<double>(size()) / static_cast<double>(list->size()));
+        if (met.empty() || followed + list->size() <= mostFollowed) {
+            followed += list->size();
+            for (const int position : *list) {
+                weigh(position, rarity);
+            }
+            continue;
+        }
+        for (const int position : met) {
+            if (std::binary_search(list->begin(), list->end(), position)) {
+                weights[static_cast<std::size_t>(position)] += rarity;
+            }
+        }
+    }
+    if (!row.isrc.isEmpty()) {
+        for (const int position : _byIsrc.value(row.isrc)) {
+            weigh(position, isrcWeight);
+        }
+    }
+    return met;
+}
+
+std::vector<int> MatchIndex::candidates(const Probe &row, const std::function<bool(const AudioFile &)> &wanted) const {
     struct Found {
         int position;
         double weight;
         double lengthDelta;
     };
-    QHash<int, double> weights;
-    std::vector<const std::vector<int> *> lists;
-    for (const QString &key : keysOf(row)) {
-        const auto list = _byWord.constFind(key);
-        if (list != _byWord.constEnd()) {
-            lists.push_back(&*list);
-        }
-    }
-    std::sort(lists.begin(), lists.end(), [](const auto *a, const auto *b) { return a->size() < b->size(); });
-    for (const std::vector<int> *list : lists) {
-        if (list->size() > commonWord && weights.size() >= maxCandidates) {
-            break;
-        }
-        const double rarity = std::log(1.0 + static_cast<double>(size()) / static_cast<double>(list->size()));
-        for (const int position : *list) {
-            weights[position] += rarity;
-        }
-    }
-    for (const int position : row.isrc.isEmpty() ? std::vector<int>() : _byIsrc.value(row.isrc)) {
-        weights[position] += 1'000;
-    }
+    static thread_local std::vector<double> weights; // all zero between two calls
+    weights.resize(std::max(weights.size(), _files.size()));
     std::vector<Found> found;
-    found.reserve(static_cast<std::size_t>(weights.size()));
-    for (auto it = weights.cbegin(); it != weights.cend(); ++it) {
-        const auto &duration = probe(it.key()).durationSec;
-        const double delta = row.durationSec && duration ? std::abs(*row.durationSec - *duration) : 0;
-        found.push_back({it.key(), it.value(), delta});
+    for (const int position : sharingWords(row, weights)) {
+        const double weight = std::exchange(weights[static_cast<std::size_t>(position)], 0);
+        const double length = _lengths[static_cast<std::size_t>(position)];
+        found.push_back({position, weight, row.durationSec && length > 0 ? std::abs(*row.durationSec - length) : 0});
     }
-    const auto likelier = [](const Found &a, const Found &b) {
+    const auto lessLikely = [](const Found &a, const Found &b) {
         if (std::abs(a.weight - b.weight) > 1e-9) {
-            return a.weight > b.weight;
+            return a.weight < b.weight;
         }
-        return a.lengthDelta != b.lengthDelta ? a.lengthDelta < b.lengthDelta : a.position < b.position;
+        return a.lengthDelta != b.lengthDelta ? a.lengthDelta > b.lengthDelta : a.position > b.position;
     };
-    const auto kept = std::min<std::size_t>(found.size(), maxCandidates);
-    std::partial_sort(found.begin(), found.begin() + static_cast<std::ptrdiff_t>(kept), found.end(), likelier);
+    std::make_heap(found.begin(), found.end(), lessLikely);
     std::vector<int> positions;
-    for (std::size_t i = 0; i < kept; ++i) {
-        positions.push_back(found[i].position);
+    for (auto end = found.end(); end != found.begin() && positions.size() < maxCandidates; --end) {
+        std::pop_heap(found.begin(), end, lessLikely);
+        if (const int position = std::prev(end)->position; wanted(file(position))) {
+            positions.push_back(position);
+        }
     }
     return positions;
 }

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
+#include <tuple>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -22,19 +24,45 @@ constexpr double isrcConfidence = 0.95;
 /// Bitrates of constant 320 kbps streams are reported with a little less by some encoders' headers.
 constexpr int kbps320 = 315;
 
+/// A limit is reached in spite of what binary fractions lose.
+bool reaches(double value, double limit) {
+    return value >= limit - 1e-9;
+}
+
+bool within(std::optional<double> lengthDelta, double limit) {
+    return reaches(limit, lengthDelta.value_or(0));
+}
+
 bool acceptedByIsrc(const Score &score) {
-    return score.sameIsrc && score.lengthDelta.value_or(0) <= isrcLengthSec;
+    return score.sameIsrc && within(score.lengthDelta, isrcLengthSec);
 }
 
 bool acceptable(const Score &score) {
     return acceptedByIsrc(score) ||
-           (score.total >= byItselfTotal && score.sameVersion && score.sameNumbers && score.artist &&
-            *score.artist >= byItselfArtist && score.lengthDelta.value_or(0) <= byItselfLengthSec);
+           (reaches(score.total, byItselfTotal) && score.sameVersion && score.sameBareVersion && score.sameNumbers &&
+            score.artist && reaches(*score.artist, byItselfArtist) && within(score.lengthDelta, byItselfLengthSec));
 }
 
 bool plausible(const Score &score) {
-    return acceptedByIsrc(score) ||
-           (score.total >= doubtfulTotal && score.title >= doubtfulTitle && score.artist.value_or(1) >= doubtfulArtist);
+    return acceptedByIsrc(score) || (reaches(score.total, doubtfulTotal) && reaches(score.title, doubtfulTitle) &&
+                                     reaches(score.artist.value_or(1), doubtfulArtist));
+}
+
+QString lengthReason(const Score &score) {
+    return u"Length differs by %1 s"_s.arg(std::lround(*score.lengthDelta));
+}
+
+/// What costs most where nothing forbids the file.
+QString greatestLoss(const Score &score) {
+    const double title = titleWeight * (1 - score.title);
+    const double artist = artistWeight * (1 - score.artist.value_or(1));
+    const double length = lengthWeight * (1 - score.length);
+    const double album = albumWeight * (1 - score.album);
+    const double most = std::max({title, artist, length, album});
+    return most == title    ? u"The title fits only in part"_s
+           : most == artist ? u"The artist fits only in part"_s
+           : most == length ? lengthReason(score)
+                            : u"Another album"_s;
 }
 
 QString reasonAgainst(const Score &score, const Probe &row, const Probe &file) {
@@ -46,25 +74,57 @@ QString reasonAgainst(const Score &score, const Probe &row, const Probe &file) {
         return version.isEmpty() ? u"Not the wanted version: "_s + row.title.version.join(u' ')
                                  : u"Another version: "_s + version;
     }
+    if (!score.sameBareVersion) {
+        const QString version = file.title.bareVersion.join(u' ');
+        return version.isEmpty() ? u"Not the wanted version: "_s + row.title.bareVersion.join(u' ')
+                                 : u"Another version: "_s + version;
+    }
     if (!score.sameNumbers) {
         return u"Another number in the title"_s;
     }
-    if (score.lengthDelta.value_or(0) > byItselfLengthSec) {
-        return u"Length differs by %1 s"_s.arg(std::lround(*score.lengthDelta));
+    if (!within(score.lengthDelta, byItselfLengthSec)) {
+        return lengthReason(score);
     }
     if (!score.artist) {
         return u"The artist isn't known"_s;
     }
-    if (*score.artist < byItselfArtist) {
+    if (!reaches(*score.artist, byItselfArtist)) {
         return u"Another artist"_s;
     }
-    return u"The title fits only in part"_s;
+    return greatestLoss(score);
 }
 
 int rankOf(std::optional<SourceId> origin, const MatchPreferences &preferences) {
     const auto place =
         origin ? std::find(preferences.sources.begin(), preferences.sources.end(), *origin) : preferences.sources.end();
     return static_cast<int>(place - preferences.sources.begin());
+}
+
+/// The files that are more than missing, in no order.
+std::vector<MatchCandidate> fitting(const Probe &row, const MatchIndex &index,
+                                    const std::function<bool(const AudioFile &)> &wanted) {
+    std::vector<MatchCandidate> found;
+    for (const int position : index.candidates(row, wanted)) {
+        const Probe &probe = index.probe(position);
+        const bool mayBeIsrc = !row.isrc.isEmpty() && row.isrc == probe.isrc;
+        if (!mayBeIsrc && !reaches(wordSimilarity(row.core, probe.core), doubtfulTitle)) {
+            continue; // most candidates share an artist only
+        }
+        const Score score = scoreOf(row, probe);
+        if (plausible(score)) {
+            const double confidence = acceptedByIsrc(score) ? std::max(score.total, isrcConfidence) : score.total;
+            found.push_back({position, score, confidence, reasonAgainst(score, row, probe)});
+        }
+    }
+    return found;
+}
+
+/// Whether another recording fits nearly as well. An equal ISRC settles it.
+bool contested(const MatchCandidate &choice, const std::vector<MatchCandidate> &found, const MatchIndex &index) {
+    return !acceptedByIsrc(choice.score) && std::any_of(found.begin(), found.end(), [&](const MatchCandidate &other) {
+        return !reaches(choice.confidence - other.confidence, byItselfLead) &&
+               !sameRecording(index.probe(choice.position), index.probe(other.position));
+    });
 }
 
 } // namespace
@@ -95,50 +155,38 @@ bool betterCopy(const AudioFile &a, const AudioFile &b, const MatchPreferences &
 
 MatchResult findMatch(const Probe &row, const MatchIndex &index, const MatchPreferences &preferences) {
     MatchResult result;
-    std::vector<MatchCandidate> found;
-    for (const int position : index.candidates(row)) {
-        const Score score = scoreOf(row, index.probe(position));
-        if (!plausible(score)) {
-            continue;
-        }
-        if (!allowed(index.file(position), preferences)) {
-            ++result.shutOut;
-            continue;
-        }
-        const double confidence = acceptedByIsrc(score) ? std::max(score.total, isrcConfidence) : score.total;
-        found.push_back({position, score, confidence, reasonAgainst(score, row, index.probe(position))});
-    }
-    std::sort(found.begin(), found.end(), [&](const MatchCandidate &a, const MatchCandidate &b) {
-        return a.confidence != b.confidence ? a.confidence > b.confidence
-                                            : index.file(a.position).path < index.file(b.position).path;
-    });
+    const auto wanted = [&](const AudioFile &file) { return allowed(file, preferences); };
+    std::vector<MatchCandidate> found = fitting(row, index, wanted);
     if (found.empty()) {
+        result.shutOut = static_cast<int>(fitting(row, index, std::not_fn(wanted)).size());
         return result;
     }
+    std::sort(found.begin(), found.end(), [&](const MatchCandidate &a, const MatchCandidate &b) {
+        const AudioFile &fileA = index.file(a.position);
+        const AudioFile &fileB = index.file(b.position);
+        return std::tuple(!acceptedByIsrc(a.score), -a.confidence, rankOf(fileA.origin, preferences), fileA.path) <
+               std::tuple(!acceptedByIsrc(b.score), -b.confidence, rankOf(fileB.origin, preferences), fileB.path);
+    });
 
-    const Probe &bestProbe = index.probe(found.front().position);
-    const bool certain = acceptedByIsrc(found.front().score);
-    MatchCandidate *choice = acceptable(found.front().score) ? &found.front() : nullptr;
-    bool contested = false;
-    for (MatchCandidate &candidate : found) {
-        if (sameRecording(bestProbe, index.probe(candidate.position))) {
-            if (choice && preferences.bestQuality && acceptable(candidate.score) &&
-                betterCopy(index.file(candidate.position), index.file(choice->position), preferences)) {
-                choice = &candidate;
+    const auto first = std::find_if(found.begin(), found.end(),
+                                    [](const MatchCandidate &candidate) { return acceptable(candidate.score); });
+    if (first != found.end() && !contested(*first, found, index)) {
+        const MatchCandidate *choice = &*first;
+        for (const MatchCandidate &copy : found) {
+            if (preferences.bestQuality && acceptable(copy.score) &&
+                sameRecording(index.probe(first->position), index.probe(copy.position)) &&
+                betterCopy(index.file(copy.position), index.file(choice->position), preferences)) {
+                choice = &copy;
             }
-        } else if (!certain && found.front().confidence - candidate.confidence < byItselfLead) {
-            contested = true;
-            candidate.reason =
-                candidate.reason.isEmpty() ? u"Two recordings fit about equally well"_s : candidate.reason;
         }
-    }
-    if (choice && !contested) {
         result.band = MatchResult::Band::Accepted;
         result.candidates = {*choice};
         return result;
     }
-    if (contested && found.front().reason.isEmpty()) {
-        found.front().reason = u"Two recordings fit about equally well"_s;
+    for (MatchCandidate &candidate : found) {
+        if (candidate.reason.isEmpty()) {
+            candidate.reason = u"Two recordings fit about equally well"_s;
+        }
     }
     result.band = MatchResult::Band::Doubtful;
     result.candidates = std::move(found);

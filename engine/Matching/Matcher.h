@@ -23,7 +23,7 @@ struct MatchCandidate {
     int position = -1; ///< In the index.
     Score score;
     double confidence = 0; ///< The score's total; at least 0.95 for an equal ISRC of fitting length.
-    QString reason;        ///< Why it wasn't taken by itself; empty if it could have been.
+    QString reason;        ///< Why it wasn't taken by itself; empty for the one that was.
 };
 
 /// What came of looking for one row.
@@ -32,7 +32,7 @@ struct MatchResult {
     Band band = Band::Missing;
     /// Accepted: one. Doubtful: the likeliest first. Missing: none.
     std::vector<MatchCandidate> candidates;
-    /// How many files would have fitted if their quality or source hadn't shut them out.
+    /// Missing: how many files would have fitted if their quality or source hadn't shut them out.
     int shutOut = 0;
 };
 

@@ -18,6 +18,8 @@ QString sortedWords(const QString &text) {
 
 } // namespace
 
+Phrase::Phrase(QString words) : text(std::move(words)), sorted(sortedWords(text)) {}
+
 double similarity(QStringView a, QStringView b) {
     if (a == b) {
         return 1;
@@ -25,7 +27,8 @@ double similarity(QStringView a, QStringView b) {
     if (a.isEmpty() || b.isEmpty()) {
         return 0;
     }
-    std::vector<int> row(static_cast<std::size_t>(b.size()) + 1);
+    static thread_local std::vector<int> row; // kept, since this runs for each of many candidates
+    row.resize(static_cast<std::size_t>(b.size()) + 1);
     std::iota(row.begin(), row.end(), 0);
     for (qsizetype i = 0; i < a.size(); ++i) {
         int diagonal = row[0];
@@ -39,8 +42,12 @@ double similarity(QStringView a, QStringView b) {
     return 1.0 - static_cast<double>(row.back()) / static_cast<double>(std::max(a.size(), b.size()));
 }
 
-double wordSimilarity(const QString &a, const QString &b) {
-    return std::max(similarity(a, b), similarity(sortedWords(a), sortedWords(b)));
+double wordSimilarity(const Phrase &a, const Phrase &b) {
+    const double asTheyStand = similarity(a.text, b.text);
+    if (asTheyStand == 1 || (a.sorted == a.text && b.sorted == b.text)) {
+        return asTheyStand;
+    }
+    return std::max(asTheyStand, similarity(a.sorted, b.sorted));
 }
 
 } // namespace zelk::engine

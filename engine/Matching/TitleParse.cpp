@@ -1,9 +1,9 @@
 #include "Matching/TitleParse.h"
 
 #include "Matching/Fold.h"
+#include "Matching/Numbers.h"
 
 #include <QRegularExpression>
-#include <QSet>
 
 #include <algorithm>
 
@@ -30,12 +30,32 @@ const QRegularExpression &neutralPhrases() {
     return expression;
 }
 
+/// Words that make another recording, where they stand in a remark.
 const QRegularExpression &versionWords() {
     static const QRegularExpression expression(
-        u"(?<![\\p{L}\\p{N}])(?:remix(?:ed)?|mix|edit|extended|club|dub|vip|bootleg|mash-?up|rework|live|unplugged|"
-        u"acoustic|"
-        u"instrumental|karaoke|cover|demo|a ?cappella|acapella|sped[ -]up|slowed)(?![\\p{L}\\p{N}])"_s);
+        u"(?<![\\p{L}\\p{N}])(?:remix|mix|edit|extended|club|dub|vip|bootleg|mashup|rework|live|unplugged|acoustic|"
+        u"instrumental|karaoke|cover|demo|acappella|sped up|slowed)(?![\\p{L}\\p{N}])"_s);
     return expression;
+}
+
+/// The version words in one spelling each.
+QString withPlainVersions(QString text) {
+    struct Spelling {
+        QRegularExpression any;
+        QString plain;
+    };
+    static const auto whole = [](const QString &words) {
+        return QRegularExpression(u"(?<![\\p{L}\\p{N}])(?:%1)(?![\\p{L}\\p{N}])"_s.arg(words));
+    };
+    static const Spelling spellings[] = {{whole(u"a[ -]?cc?app?ell?a"_s), u"acappella"_s},
+                                         {whole(u"mash[ -]up"_s), u"mashup"_s},
+                                         {whole(u"re-work(?:ed)?|reworked"_s), u"rework"_s},
+                                         {whole(u"re-?mix(?:ed)?(?: by)?"_s), u"remix"_s},
+                                         {whole(u"sped-?up"_s), u"sped up"_s}};
+    for (const Spelling &spelling : spellings) {
+        text.replace(spelling.any, spelling.plain);
+    }
+    return text;
 }
 
 const QRegularExpression &featuring() {
@@ -43,44 +63,50 @@ const QRegularExpression &featuring() {
     return expression;
 }
 
+/// In brackets, "with" names a guest, but nobody is called "you".
+const QRegularExpression &withGuest() {
+    static const QRegularExpression expression(
+        u"^with (?!(?:me|you|u|him|her|it|us|them|my|your|his|our|their|this|that|no|out|or)(?![\\p{L}\\p{N}]))"_s);
+    return expression;
+}
+
 QString openers() {
-    return u"([{【「〔"_s;
+    return u"([{【「『〔〈《"_s;
 }
 QString closers() {
-    return u")]}】」〕"_s;
+    return u")]}】」』〕〉》"_s;
 }
 
-enum class Remark { Neutral, Version, Featured, Title };
-
-/// Sorts one remark (what stands in brackets or behind the last " - ") into its kind and enters what it says.
-Remark take(const QString &remark, bool bracketed, ParsedTitle &parsed) {
-    const auto match = featuring().match(remark);
-    if (match.hasMatch() && match.capturedStart() == 0) {
-        parsed.featured += foldedArtists(remark.mid(match.capturedEnd()));
-        return Remark::Featured;
+/// Enters what a remark (what stands in brackets or behind the last " - ") says, and returns what of it belongs to the
+/// title.
+QString takeRemark(QString remark, bool bracketed, ParsedTitle &parsed) {
+    if (const auto guest = withGuest().match(remark); bracketed && guest.hasMatch()) {
+        parsed.featured += foldedArtists(remark.mid(guest.capturedEnd()));
+        return {};
     }
-    if (bracketed && remark.startsWith("with "_L1)) {
-        parsed.featured += foldedArtists(remark.mid(5));
-        return Remark::Featured;
+    if (const auto guest = featuring().match(remark); guest.hasMatch()) {
+        parsed.featured += foldedArtists(remark.mid(guest.capturedEnd()));
+        remark = remark.left(guest.capturedStart()).simplified();
     }
     QString rest = remark;
     rest.replace(neutralPhrases(), u" "_s);
-    const QStringList restWords = joinedWords(rest.simplified()).split(u' ', Qt::SkipEmptyParts);
-    const bool wasNeutral = rest != remark;
-    const bool nothingLeft =
-        std::all_of(restWords.begin(), restWords.end(), [](const QString &word) { return word == "and"_L1; });
-    if (wasNeutral && nothingLeft) {
-        return Remark::Neutral;
+    const QStringList restWords = wordsOf(rest.simplified());
+    const bool nothingLeft = std::all_of(restWords.begin(), restWords.end(), [](const QString &word) {
+        return word == "and"_L1 || !word[0].isLetterOrNumber(); // "Stereo / Remastered 2009"
+    });
+    if (rest != remark && nothingLeft) {
+        return {};
     }
-    if (versionWords().match(rest).hasMatch()) {
-        QString spelled = rest;
-        spelled.replace(QRegularExpression(u"a ?cappella|acapella"_s), u"acappella"_s);
-        spelled.replace(QRegularExpression(u"mash-up"_s), u"mashup"_s);
-        spelled.replace(QRegularExpression(u"(?<![\\p{L}\\p{N}])remixed(?: by)?(?![\\p{L}\\p{N}])"_s), u"remix"_s);
-        parsed.version += wordsOf(spelled.simplified());
-        return Remark::Version;
+    const QString plain = withPlainVersions(rest);
+    if (!versionWords().match(plain).hasMatch()) {
+        return remark;
     }
-    return Remark::Title;
+    for (const QString &word : wordsOf(plain.simplified())) {
+        if (word != "version"_L1) { // "Live Version" is "Live"
+            parsed.version += word;
+        }
+    }
+    return {};
 }
 
 /// Takes the bracketed remarks out of `text`; those that belong to the title stay, without their brackets.
@@ -98,18 +124,18 @@ QString withoutBrackets(const QString &text, ParsedTitle &parsed) {
             depth += openers().contains(text[i]) ? 1 : closers().contains(text[i]) ? -1 : 0;
         }
         const QString inside = text.mid(start, i - start - (depth == 0 ? 1 : 0)).simplified();
-        if (!inside.isEmpty() && take(inside, true, parsed) == Remark::Title) {
-            left += u' ' + inside + u' ';
-        }
+        left += u' ' + takeRemark(inside, true, parsed) + u' ';
     }
     return left.simplified();
 }
 
 QString withoutTrailingRemarks(QString text, ParsedTitle &parsed) {
     for (qsizetype dash = text.lastIndexOf(" - "_L1); dash > 0; dash = text.lastIndexOf(" - "_L1)) {
-        if (take(text.mid(dash + 3).simplified(), false, parsed) == Remark::Title) {
+        ParsedTitle attempt = parsed;
+        if (!takeRemark(text.mid(dash + 3).simplified(), false, attempt).isEmpty()) {
             break;
         }
+        parsed = attempt;
         text.truncate(dash);
         text = text.simplified();
     }
@@ -123,34 +149,6 @@ QString withoutFeatured(QString text, ParsedTitle &parsed) {
         text.truncate(match.capturedStart());
     }
     return text.simplified();
-}
-
-QString asDigits(const QString &word) {
-    static const QHash<QString, QString> values = {
-        {u"one"_s, u"1"_s}, {u"two"_s, u"2"_s},   {u"three"_s, u"3"_s}, {u"four"_s, u"4"_s}, {u"five"_s, u"5"_s},
-        {u"six"_s, u"6"_s}, {u"seven"_s, u"7"_s}, {u"eight"_s, u"8"_s}, {u"nine"_s, u"9"_s}, {u"ten"_s, u"10"_s},
-        {u"i"_s, u"1"_s},   {u"ii"_s, u"2"_s},    {u"iii"_s, u"3"_s},   {u"iv"_s, u"4"_s},   {u"v"_s, u"5"_s},
-        {u"vi"_s, u"6"_s},  {u"vii"_s, u"7"_s},   {u"viii"_s, u"8"_s},  {u"ix"_s, u"9"_s},   {u"x"_s, u"10"_s}};
-    return values.value(word);
-}
-
-/// Spells "part two" and "pt ii" as "pt 2" and collects the numbers.
-QStringList numbered(QStringList words, QStringList &numbers) {
-    static const QSet<QString> counters = {u"pt"_s,      u"part"_s, u"vol"_s,   u"volume"_s,
-                                           u"chapter"_s, u"no"_s,   u"number"_s};
-    for (qsizetype i = 0; i < words.size(); ++i) {
-        if (i > 0 && counters.contains(words[i - 1]) && !asDigits(words[i]).isEmpty()) {
-            words[i] = asDigits(words[i]);
-        }
-        const bool number = std::all_of(words[i].begin(), words[i].end(), [](QChar c) { return c.isDigit(); });
-        if (number) {
-            numbers += words[i];
-        }
-    }
-    for (QString &word : words) {
-        word = word == "part"_L1 ? u"pt"_s : word == "volume"_L1 ? u"vol"_s : word;
-    }
-    return words;
 }
 
 } // namespace
@@ -173,7 +171,8 @@ QStringList foldedArtists(const QString &artists) {
 
 ParsedTitle parseTitle(const QString &title) {
     ParsedTitle parsed;
-    const QString folded = fold(title);
+    static const QRegularExpression yearApart(u" - ((?:19|20)\\d\\d) - (?=(?:digital(?:ly)? )?re-?master)"_s);
+    const QString folded = fold(title).replace(yearApart, u" - \\1 "_s);
     QString text = withoutBrackets(folded, parsed);
     text = withoutTrailingRemarks(text, parsed);
     text = withoutFeatured(text, parsed);
@@ -181,7 +180,12 @@ ParsedTitle parseTitle(const QString &title) {
     if (words.isEmpty()) { // a title that is all remark, such as "(Live)", is its own name
         words = wordsOf(folded);
     }
-    parsed.core = numbered(words, parsed.numbers).join(u' ');
+    parsed.core = withPlainNumbers(words, parsed.numbers).join(u' ');
+    const QString bare = withPlainVersions(parsed.core);
+    for (auto match = versionWords().globalMatch(bare); match.hasNext();) {
+        parsed.bareVersion += match.next().captured();
+    }
+    std::sort(parsed.bareVersion.begin(), parsed.bareVersion.end());
     std::sort(parsed.version.begin(), parsed.version.end());
     parsed.version.removeDuplicates();
     parsed.featured.removeDuplicates();

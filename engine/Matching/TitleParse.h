@@ -13,6 +13,8 @@ struct ParsedTitle {
     QStringList featured;
     /// The words of all version remarks, sorted, each once: {"club", "mix"}. Two recordings with different ones differ.
     QStringList version;
+    /// The words of that kind that stand in the core without brackets or a dash, sorted: "Song Live" has {"live"}.
+    QStringList bareVersion;
     /// The numbers in the core, "part two" and "pt. II" counting as 2, in their order.
     QStringList numbers;
 

@@ -68,6 +68,28 @@ WrittenFile writtenFileOf(const QSqlQuery &row) {
 constexpr auto fileColumns = "files.id, files.path, files.source_path, files.size, files.modified, files.duration,"
                              " files.format, files.bitrate, files.lossless, files.origin"_L1;
 
+/// SQLite's own codes: a plain error, which a foreign schema gives, a damaged file, and a file that is no database.
+constexpr int codeOfError = 1;
+constexpr int codeOfDamage = 11;
+constexpr int codeOfOtherFile = 26;
+
+bool isDamage(int code) {
+    return code == codeOfError || code == codeOfDamage || code == codeOfOtherFile;
+}
+
+DatabaseError errorOf(const QSqlError &error) {
+    return {error.text().toStdString(), error.nativeErrorCode().toInt() & 0xFF};
+}
+
+/// Sets the file aside with what belongs to it, and returns its new path.
+QString setAsideWhole(const QString &path) {
+    QString aside = setAside(path);
+    for (const auto suffix : {"-wal"_L1, "-shm"_L1}) {
+        QFile::rename(path + suffix, aside + suffix);
+    }
+    return aside;
+}
+
 PendingReview reviewOf(const QString &record) {
     return readJSON<PendingReview>(record.toUtf8());
 }
@@ -89,32 +111,32 @@ Database::~Database() {
 void Database::open(const QString &path, const Warn &warn) {
     QString failure;
     QDir().mkpath(QFileInfo(path).absolutePath());
-    if (prepare(path, failure)) {
+    try {
+        prepare(path);
         return;
-    }
-    if (QFileInfo(path).isFile()) {
-        try {
-            const QString aside = setAside(path);
-            for (const auto suffix : {"-wal"_L1, "-shm"_L1}) {
-                QFile::remove(path + suffix);
-            }
-            warn(u"What the engine remembered in %1 can't be used (%2). It is kept as %3, and a new memory is begun."_s
-                     .arg(path, failure, aside));
-            if (prepare(path, failure)) {
+    } catch (const DatabaseError &error) {
+        failure = QString::fromStdString(error.what());
+        if (isDamage(error.code()) && QFileInfo(path).isFile()) {
+            try {
+                QSqlDatabase::database(_connection, false).close();
+                warn(
+                    u"What the engine remembered in %1 can't be used (%2). It is kept as %3, and a new memory is begun."_s
+                        .arg(path, failure, setAsideWhole(path)));
+                prepare(path);
                 return;
+            } catch (const FileProblem &problem) {
+                failure = problem.description();
+            } catch (const DatabaseError &again) {
+                failure = QString::fromStdString(again.what());
             }
-        } catch (const FileProblem &problem) {
-            failure = problem.description();
         }
     }
     warn(u"The engine can't remember what it does in %1 (%2). Everything works, but it is forgotten at the end."_s.arg(
         path, failure));
-    if (!prepare(u":memory:"_s, failure)) {
-        throw DatabaseError(failure.toStdString());
-    }
+    prepare(u":memory:"_s);
 }
 
-bool Database::prepare(const QString &path, QString &failure) {
+void Database::prepare(const QString &path) {
     if (QSqlDatabase::contains(_connection)) {
         QSqlDatabase::database(_connection, false).close();
         QSqlDatabase::removeDatabase(_connection);
@@ -123,21 +145,18 @@ bool Database::prepare(const QString &path, QString &failure) {
     database.setDatabaseName(path);
     database.setConnectOptions(u"QSQLITE_BUSY_TIMEOUT=10000"_s);
     if (!database.open()) {
-        failure = database.lastError().text();
-        return false;
+        throw errorOf(database.lastError());
     }
-    try {
-        query(u"PRAGMA journal_mode = WAL"_s);
-        query(u"PRAGMA synchronous = NORMAL"_s);
-        query(u"PRAGMA foreign_keys = ON"_s);
-        for (const QString &statement : schema()) {
-            query(statement);
-        }
-    } catch (const DatabaseError &error) {
-        failure = QString::fromStdString(error.what());
-        return false;
+    query(u"PRAGMA journal_mode = WAL"_s);
+    query(u"PRAGMA synchronous = NORMAL"_s);
+    query(u"PRAGMA foreign_keys = ON"_s);
+    // Damage behind the first page would otherwise be met in the middle of a run.
+    if (QSqlQuery check = query(u"PRAGMA quick_check(1)"_s); check.next() && check.value(0).toString() != "ok"_L1) {
+        throw DatabaseError(check.value(0).toString().toStdString(), codeOfDamage);
     }
-    return true;
+    for (const QString &statement : schema()) {
+        query(statement);
+    }
 }
 
 QSqlQuery Database::query(const QString &statement, const QVariantList &values) {
@@ -149,7 +168,7 @@ QSqlQuery Database::query(const QString &statement, const QVariantList &values) 
     }
     ok = ok && query.exec();
     if (!ok) {
-        throw DatabaseError(query.lastError().text().toStdString());
+        throw errorOf(query.lastError());
     }
     return query;
 }
@@ -159,11 +178,11 @@ auto Database::transaction(Function function) {
     return _queue.run([&]() -> decltype(function()) {
         QSqlDatabase database = QSqlDatabase::database(_connection, false);
         if (!database.transaction()) {
-            throw DatabaseError(database.lastError().text().toStdString());
+            throw errorOf(database.lastError());
         }
         const auto commit = [&database] {
             if (!database.commit()) {
-                throw DatabaseError(database.lastError().text().toStdString());
+                throw errorOf(database.lastError());
             }
         };
         try {
@@ -210,7 +229,7 @@ QMultiHash<QString, WrittenFile> Database::writtenFor(const QStringList &rowKeys
         if (!row.prepare(
                 u"SELECT DISTINCT %1 FROM wants JOIN files ON files.id = wants.file_id WHERE row_key = ?"_s.arg(
                     fileColumns))) {
-            throw DatabaseError(row.lastError().text().toStdString());
+            throw errorOf(row.lastError());
         }
         for (const QString &rowKey : rowKeys) {
             if (files.contains(rowKey)) {
@@ -218,7 +237,7 @@ QMultiHash<QString, WrittenFile> Database::writtenFor(const QStringList &rowKeys
             }
             row.bindValue(0, rowKey);
             if (!row.exec()) {
-                throw DatabaseError(row.lastError().text().toStdString());
+                throw errorOf(row.lastError());
             }
             while (row.next()) {
                 files.insert(rowKey, writtenFileOf(row));
@@ -368,11 +387,21 @@ QHash<QString, AudioFile> Database::audioFiles() {
 
 void Database::recordAudioFiles(const std::vector<AudioFile> &read, const QStringList &gone) {
     transaction([&] {
+        QSqlQuery entry(QSqlDatabase::database(_connection, false)); // prepared once: there may be 100,000
+        if (!entry.prepare(u"INSERT OR REPLACE INTO audio (path, size, modified, format, lossless, bitrate, duration,"
+                           " title, artist, album, isrc) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)"_s)) {
+            throw errorOf(entry.lastError());
+        }
         for (const AudioFile &file : read) {
-            query(u"INSERT OR REPLACE INTO audio (path, size, modified, format, lossless, bitrate, duration, title,"
-                  " artist, album, isrc) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)"_s,
-                  {file.path, file.size, file.modifiedMs, text(file.format), file.lossless, file.bitrateKbps,
-                   file.durationSec, text(file.title), text(file.artist), text(file.album), text(file.isrc)});
+            const QVariantList values{file.path,         file.size,        file.modifiedMs,  text(file.format),
+                                      file.lossless,     file.bitrateKbps, file.durationSec, text(file.title),
+                                      text(file.artist), text(file.album), text(file.isrc)};
+            for (int i = 0; i < values.size(); ++i) {
+                entry.bindValue(i, values[i]);
+            }
+            if (!entry.exec()) {
+                throw errorOf(entry.lastError());
+            }
         }
         for (const QString &path : gone) {
             query(u"DELETE FROM audio WHERE path = ?"_s, {path});

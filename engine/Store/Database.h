@@ -18,7 +18,12 @@ namespace zelk::engine {
 /// A failure of the store itself, in SQLite's words.
 class DatabaseError : public std::runtime_error {
 public:
-    using std::runtime_error::runtime_error;
+    DatabaseError(const std::string &what, int code) : std::runtime_error(what), _code(code) {}
+    /// SQLite's primary result code.
+    int code() const { return _code; }
+
+private:
+    int _code;
 };
 
 /// What the engine remembers over restarts: the files it wrote and who wants them, the user's decisions, cool-offs,
@@ -28,8 +33,8 @@ class Database {
 public:
     using Warn = std::function<void(const QString &message)>;
 
-    /// Opens or makes the file. One that can't be used is set aside; where none can be made, what is remembered lasts
-    /// as long as the process, and `warn` says so.
+    /// Opens or makes the file. One that is damaged is set aside; one that can't be used otherwise, say because another
+    /// engine holds it, stays as it is, and what is remembered lasts as long as the process. `warn` says so.
     Database(const QString &path, const Warn &warn);
     ~Database();
 
@@ -70,7 +75,7 @@ private:
     auto transaction(Function function);
     QSqlQuery query(const QString &statement, const QVariantList &values = {});
     void open(const QString &path, const Warn &warn);
-    bool prepare(const QString &path, QString &failure);
+    void prepare(const QString &path);
 
     QString _connection;
     WorkQueue _queue; // the thread that alone touches the connection

@@ -5,6 +5,8 @@
 #include "engine/EngineHome.h"
 
 #include <QDir>
+#include <QSqlDatabase>
+#include <QSqlQuery>
 #include <QTest>
 
 using namespace Qt::Literals::StringLiterals;
@@ -193,6 +195,42 @@ private Q_SLOTS:
         QCOMPARE(home.read(path + u".broken-1"_s), junk);
         database.recordDecision(u"k"_s, {StoredDecision::Kind::Skip, {}});
         QVERIFY(database.decision(u"k"_s));
+    }
+
+    void damageBehindTheFirstPageIsFoundAtTheStart() {
+        const EngineHome home;
+        const QString path = pathsIn(home).databaseFile;
+        {
+            Database database(path, _warn);
+            for (int i = 0; i < 400; ++i) {
+                database.recordDecision(QString::number(i).repeated(40), {StoredDecision::Kind::Skip, {}});
+            }
+        }
+        QByteArray bytes = home.read(path);
+        QVERIFY(bytes.size() > 40'960);
+        bytes.replace(20'480, 16'384, QByteArray(16'384, 'j'));
+        home.write(path, bytes);
+        Database database(path, _warn);
+        QCOMPARE(_warnings.size(), 1);
+        QCOMPARE(home.read(path + u".broken-1"_s), bytes);
+        QVERIFY(!database.decision(u"0"_s.repeated(40)));
+    }
+
+    void aDatabaseOfAnotherKindIsSetAside() {
+        const EngineHome home;
+        const QString path = pathsIn(home).databaseFile;
+        QDir().mkpath(QFileInfo(path).absolutePath());
+        {
+            QSqlDatabase other = QSqlDatabase::addDatabase(u"QSQLITE"_s, u"other"_s);
+            other.setDatabaseName(path);
+            QVERIFY(other.open());
+            QVERIFY(QSqlQuery(other).exec(u"CREATE TABLE wants (other INTEGER)"_s));
+        }
+        QSqlDatabase::removeDatabase(u"other"_s);
+        Database database(path, _warn);
+        QCOMPARE(_warnings.size(), 1);
+        QVERIFY(QFile::exists(path + u".broken-1"_s));
+        QVERIFY(database.wants().empty());
     }
 
     void withoutAPlaceForADatabaseTheMemoryLastsForTheProcess() {
