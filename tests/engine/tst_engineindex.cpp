@@ -25,7 +25,7 @@ QByteArray song(const QByteArray &title, const QByteArray &artist = "Ono") {
 
 } // namespace
 
-class EngineLibrary : public QObject {
+class EngineIndex : public QObject {
     Q_OBJECT
 
     QStringList _warnings;
@@ -222,5 +222,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(EngineLibrary)
+QTEST_GUILESS_MAIN(EngineIndex)
 #include "tst_engineindex.moc"
