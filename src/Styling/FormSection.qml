@@ -46,7 +46,6 @@ Column {
     GlassBackground {
         width: parent.width
         height: body.height
-        visible: body.height > 0
         role: GlassSurface.GroupCard
 
         Column {
@@ -69,7 +68,6 @@ Column {
 
         x: Tokens.space.md
         width: parent.width - 2 * x
-        visible: implicitHeight > 0
         spacing: Tokens.space.xs
     }
 }

@@ -124,6 +124,15 @@ class SizeScale : public QObject {
     Q_PROPERTY(int popUp MEMBER popUp CONSTANT)
     Q_PROPERTY(int formRow MEMBER formRow CONSTANT)
     Q_PROPERTY(int formRowOfTwoLines MEMBER formRowOfTwoLines CONSTANT)
+    Q_PROPERTY(int settingsWidth MEMBER settingsWidth CONSTANT)
+    Q_PROPERTY(int settingsHeight MEMBER settingsHeight CONSTANT)
+    Q_PROPERTY(int settingsMinimumHeight MEMBER settingsMinimumHeight CONSTANT)
+    Q_PROPERTY(int tabRow MEMBER tabRow CONSTANT)
+    Q_PROPERTY(int tabWidth MEMBER tabWidth CONSTANT)
+    Q_PROPERTY(int tabHeight MEMBER tabHeight CONSTANT)
+    Q_PROPERTY(int tabSymbol MEMBER tabSymbol CONSTANT)
+    Q_PROPERTY(int formSide MEMBER formSide CONSTANT)
+    Q_PROPERTY(int sourceList MEMBER sourceList CONSTANT)
     Q_PROPERTY(int bar MEMBER bar CONSTANT)
     Q_PROPERTY(int meter MEMBER meter CONSTANT)
     Q_PROPERTY(int candidate MEMBER candidate CONSTANT)
@@ -195,6 +204,15 @@ public:
     const int popUp = 132; // the narrowest
     const int formRow = 40;
     const int formRowOfTwoLines = 52;
+    const int settingsWidth = 720;
+    const int settingsHeight = 640;
+    const int settingsMinimumHeight = 400;
+    const int tabRow = 72;
+    const int tabWidth = 82;
+    const int tabHeight = 56;
+    const int tabSymbol = 20;
+    const int formSide = 40;
+    const int sourceList = 200; // the least height
     const int bar = 4;
     const int meter = 6;
     const int candidate = 50;

@@ -8,7 +8,7 @@ import zelk
 Pressable {
     id: button
 
-    required property list<string> choices
+    required property var choices // texts
     // The choice made; anything else for none. It shows what it is told: `picked` asks for another.
     required property int current
     readonly property string currentText: button.choices[button.current] ?? ""

@@ -1,0 +1,122 @@
+#include "Views/Settings/SettingsWindow.h"
+
+#include "Styling/TokensSingleton.h"
+#include "Views/Settings/CLIToolLogic.h"
+#include "Views/Settings/DiagnosticsLogic.h"
+#include "Views/Settings/GeneralLogic.h"
+#include "Views/Settings/OutputLogic.h"
+#include "Views/Settings/QualityLogic.h"
+#include "Views/Settings/SettingsLogic.h"
+#include "Views/Settings/SourcesLogic.h"
+#include "Views/ViewEngine.h"
+
+#include <QCoreApplication>
+#include <QQmlComponent>
+#include <QQmlEngine>
+#include <QQuickWindow>
+
+#include <utility>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace zelk {
+
+namespace {
+
+QString label(const char *text) {
+    return QCoreApplication::translate("SettingsView", text);
+}
+
+QUrl view(const QString &name) {
+    return viewUrl(u"Settings/"_s + name);
+}
+
+} // namespace
+
+struct SettingsWindow::Contents {
+    Contents(AppModel &model, const Surroundings &around, int tab)
+        : general(model, *around.updater, around.appearance, around.defaults), sources(model), quality(model),
+          output(model, around.folders), cliTool(model, around.installer), diagnostics(model), logic(tabs(), tab) {}
+
+    QList<SettingsTab> tabs() {
+        return {
+            {label("General"), u"gear"_s, view(u"GeneralSettings"_s), &general},
+            {label("Sources"), u"square.stack.3d.up"_s, view(u"SourcesSettings"_s), &sources},
+            {label("Quality"), u"waveform"_s, view(u"QualitySettings"_s), &quality},
+            {label("Output"), u"folder"_s, view(u"OutputSettings"_s), &output},
+            {label("Command Line"), u"terminal"_s, view(u"CLIToolSettings"_s), &cliTool},
+            {label("Diagnostics"), u"stethoscope"_s, view(u"DiagnosticsSettings"_s), &diagnostics},
+        };
+    }
+
+    GeneralLogic general;
+    SourcesLogic sources;
+    QualityLogic quality;
+    OutputLogic output;
+    CLIToolLogic cliTool;
+    DiagnosticsLogic diagnostics;
+    SettingsLogic logic;
+    std::unique_ptr<QQuickWindow> window; // last: it goes before what it shows
+};
+
+SettingsWindow::SettingsWindow(AppModel &model, Surroundings surroundings)
+    : m_model(model), m_surroundings(std::move(surroundings)) {}
+
+SettingsWindow::~SettingsWindow() = default;
+
+QQuickWindow *SettingsWindow::window() const {
+    return m_contents && m_contents->window && m_contents->window->isVisible() ? m_contents->window.get() : nullptr;
+}
+
+TokensSingleton &SettingsWindow::tokens() const {
+    return tokensOf(*m_engine);
+}
+
+void SettingsWindow::open() {
+    if (!window())
+        make();
+    QQuickWindow *const opened = m_contents->window.get();
+    if (!opened)
+        return;
+    if (m_place && !opened->isVisible())
+        opened->setPosition(*m_place);
+    opened->show();
+    opened->raise();
+    opened->requestActivate();
+}
+
+void SettingsWindow::make() {
+    if (!m_engine) {
+        m_engine = std::make_unique<QQmlEngine>();
+        prepareViewEngine(*m_engine);
+        m_surroundings.appearance->dress(tokens());
+    }
+    m_contents.reset();
+    m_contents = std::make_unique<Contents>(m_model, m_surroundings, m_tab);
+    QQmlComponent component(m_engine.get(), view(u"SettingsView"_s));
+    // 6.4 looks into a component that failed to load.
+    std::unique_ptr<QObject> made(component.isReady() ? component.createWithInitialProperties(
+                                                            {{u"logic"_s, QVariant::fromValue(&m_contents->logic)}})
+                                                      : nullptr);
+    auto *const window = qobject_cast<QQuickWindow *>(made.get());
+    if (!window) {
+        qWarning("%s", qUtf8Printable(component.errorString()));
+        return;
+    }
+    made.release();
+    m_contents->window.reset(window);
+    window->setTransientParent(&m_none);
+    QObject::connect(window, &QWindow::visibleChanged, &m_contents->logic, [this](bool visible) {
+        if (!visible)
+            remember();
+    });
+    if (SettingsStore *const settings = m_model.settings())
+        startTask(settings, [settings](const std::stop_token &) { return settings->refresh(); });
+}
+
+void SettingsWindow::remember() {
+    m_tab = m_contents->logic.current();
+    m_place = m_contents->window->position();
+}
+
+} // namespace zelk

@@ -1,0 +1,109 @@
+#include "Views/FolderDialogPanel.h"
+
+#include <QQuickItem>
+#include <QQuickWindow>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace zelk;
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+using Folder = std::optional<QString>;
+
+// The window that the user is in, with what opens over it.
+struct Bench {
+    Bench() {
+        window.resize(800, 600);
+        window.show();
+        window.requestActivate();
+        if (!QTest::qWaitForWindowActive(&window))
+            qFatal("The window isn't active");
+    }
+    bool shows(const QString &text) const { return shows(window.contentItem(), text); }
+
+    QQuickWindow window;
+    FolderDialogPanel panel;
+
+private:
+    static bool shows(const QQuickItem *from, const QString &text) {
+        if (!from->isVisible())
+            return false;
+        const auto children = from->childItems();
+        return from->property("text").toString() == text ||
+               std::ranges::any_of(children, [&text](const QQuickItem *each) { return shows(each, text); });
+    }
+};
+
+} // namespace
+
+class FolderPanelTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void whatIsTakenIsAnAbsolutePath() {
+        const QTemporaryDir folder;
+        FolderChoice choice(u"Choose"_s, folder.path());
+        QCOMPARE(choice.property("title").toString(), u"Choose"_s);
+        QCOMPARE(choice.property("start").toUrl(), QUrl::fromLocalFile(folder.path()));
+        choice.take(QUrl::fromLocalFile(u"/music/all of it"_s));
+        QVERIFY(choice.future().isFinished());
+        QCOMPARE(choice.future().result(), Folder(u"/music/all of it"_s));
+    }
+
+    void aTildeIsTheHomeToStartFrom() {
+        const FolderChoice choice(u"Choose"_s, u"~"_s);
+        QCOMPARE(choice.property("start").toUrl(), QUrl::fromLocalFile(QDir::homePath()));
+    }
+
+    void aFolderThatIsNotThereIsNoPlaceToStart() {
+        const FolderChoice choice(u"Choose"_s, u"/nowhere/at/all"_s);
+        QCOMPARE(choice.property("start").toUrl(), QUrl());
+    }
+
+    void nothingIsChosenWithoutALocalFolder() {
+        FolderChoice none(u"Choose"_s, {});
+        none.take(QUrl());
+        QCOMPARE(none.future().result(), Folder());
+        FolderChoice remote(u"Choose"_s, {});
+        remote.take(QUrl(u"https://example.org/music"_s));
+        QCOMPARE(remote.future().result(), Folder());
+    }
+
+    void escapeChoosesNothing() {
+        Bench bench;
+        const auto chosen = bench.panel.choose(u"Choose a folder"_s, {});
+        QTRY_VERIFY(bench.shows(u"Choose a folder"_s));
+        QVERIFY(!chosen.isFinished());
+        QTest::keyClick(&bench.window, Qt::Key_Escape);
+        QTRY_VERIFY(chosen.isFinished());
+        QCOMPARE(chosen.result(), Folder());
+    }
+
+    void aSecondChoiceTakesThePlaceOfTheFirst() {
+        Bench bench;
+        const auto first = bench.panel.choose(u"First"_s, {});
+        QTRY_VERIFY(bench.shows(u"First"_s));
+        const auto second = bench.panel.choose(u"Second"_s, {});
+        QVERIFY(first.isFinished());
+        QCOMPARE(first.result(), Folder());
+        QTRY_VERIFY(bench.shows(u"Second"_s));
+        QTRY_VERIFY(!bench.shows(u"First"_s));
+        QVERIFY(!second.isFinished());
+    }
+
+    void whatIsOpenWhenThePanelGoesChoosesNothing() {
+        QFuture<Folder> chosen;
+        {
+            Bench bench;
+            chosen = bench.panel.choose(u"Choose"_s, {});
+        }
+        QVERIFY(chosen.isFinished());
+        QCOMPARE(chosen.result(), Folder());
+    }
+};
+
+QTEST_MAIN(FolderPanelTest)
+#include "tst_folderpanel.moc"
