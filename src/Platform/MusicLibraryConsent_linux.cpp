@@ -67,6 +67,8 @@ public:
         }
     }
 
+    bool wasAnswered() const override { return _library->consent->answer().has_value(); }
+
 private:
     const std::shared_ptr<Library> _library;
 };

@@ -53,12 +53,19 @@ AppleMusicLocalAccess::Status AppleMusicLocalAccess::determine(bool askIfNeeded)
 }
 
 QCoro::Task<AppleMusicLocalAccess::Status> AppleMusicLocalAccess::request() {
+    const std::weak_ptr<ConsentSettings> settings = _settings;
+    const bool wasAnswered = _consent->wasAnswered();
     const auto asked = ask(_consent, _logger);
+    auto status = Status::undetermined;
     try {
-        co_return co_await asked;
+        status = co_await asked;
     } catch (const Cancelled &) {
-        co_return Status::undetermined;
+        co_return status;
     }
+    // Nobody was asked, and a refusal has its own way to the settings: whoever pressed would see nothing happen.
+    if (const auto place = settings.lock(); place && wasAnswered && status == Status::undetermined)
+        place->open();
+    co_return status;
 }
 
 void AppleMusicLocalAccess::openAutomationSettings() {

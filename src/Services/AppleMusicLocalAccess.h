@@ -23,7 +23,9 @@ public:
     /// The process's own, which the application makes.
     static AppleMusicLocalAccess &shared();
 
-    /// Asks if that is needed, for as long as the user takes; never throws. The service may go meanwhile.
+    /// Asks if that is needed, for as long as the user takes; never throws. Where nothing is asked, since the user has
+    /// answered before, and the answer still gives no access, it opens the place where that can be seen and changed.
+    /// The service may go meanwhile.
     QCoro::Task<Status> request();
     /// Opens the place where a consent can be changed.
     void openAutomationSettings();

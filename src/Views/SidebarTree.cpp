@@ -1,5 +1,7 @@
 #include "Views/SidebarTree.h"
 
+#include "Support/Blanks.h"
+
 #include <QLocale>
 
 #include <algorithm>
@@ -68,12 +70,7 @@ QString queryOf(const QString &searchText) {
         if (query.startsWith(prefix, Qt::CaseInsensitive))
             query = query.sliced(prefix.size());
     }
-    const auto blank = [](QChar c) { return c == u' ' || c == u'\t'; };
-    while (!query.isEmpty() && blank(query.front()))
-        query = query.sliced(1);
-    while (!query.isEmpty() && blank(query.back()))
-        query.chop(1);
-    return query.toString();
+    return withoutBlanks(query).toString();
 }
 
 bool shows(Scope scope, PlaylistSourceId source) {

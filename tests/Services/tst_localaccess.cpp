@@ -44,11 +44,13 @@ public:
             hasRead.release();
         return answer;
     }
+    bool wasAnswered() const override { return isAnswered; }
 
     std::atomic<ConsentStatus> status = ConsentStatus::undetermined;
     std::atomic_bool fails = false;
     std::atomic_bool blocks = false;
     std::atomic_bool wasAskedOnMain = false;
+    bool isAnswered = false;
     std::atomic_int reads = 0;
     std::atomic_int asks = 0;
     QSemaphore mayGoOn;
@@ -208,6 +210,64 @@ private Q_SLOTS:
         Bench bench;
         bench.access->openAutomationSettings();
         QCOMPARE(bench.settings->opened, 1);
+    }
+
+    void askingOpensTheSettingsWhereNothingIsAskedAndNothingGained_data() {
+        QTest::addColumn<bool>("isAnswered");
+        QTest::addColumn<ConsentStatus>("status");
+        QTest::addColumn<int>("opened");
+        QTest::newRow("asked, and allowed") << false << authorized << 0;
+        QTest::newRow("asked, and refused") << false << denied << 0;
+        QTest::newRow("asked, and left or without a library") << false << undetermined << 0;
+        QTest::newRow("allowed before") << true << authorized << 0;
+        QTest::newRow("refused before") << true << denied << 0;
+        QTest::newRow("allowed before, without a library") << true << undetermined << 1;
+    }
+    void askingOpensTheSettingsWhereNothingIsAskedAndNothingGained() {
+        QFETCH(bool, isAnswered);
+        QFETCH(ConsentStatus, status);
+        Bench bench;
+        bench.consent->isAnswered = isAnswered;
+        bench.consent->status = status;
+        QCOMPARE(outcomeOf(bench.monitor->requestAccess()).value, status);
+        QTEST(bench.settings->opened, "opened");
+    }
+
+    void aServiceThatHasGoneOpensNoSettings() {
+        Bench bench;
+        bench.consent->isAnswered = true;
+        bench.consent->blocks = true;
+        QObject owner;
+        const auto outcome = observe(&owner, bench.access->request());
+        QTRY_COMPARE(bench.consent->asks, 1);
+        bench.monitor.reset();
+        bench.access.reset();
+        const std::weak_ptr<ScriptedSettings> settings = bench.settings;
+        bench.settings.reset();
+        QVERIFY(settings.expired());
+        bench.consent->mayGoOn.release();
+        QTRY_VERIFY(outcome->isOver());
+        QCOMPARE(outcome->value, undetermined);
+    }
+
+    void whoAllowedALibraryThatIsNotThereIsLedToTheSettingsAndNotAskedAgain() {
+        const QTemporaryDir folder;
+        const auto question = std::make_shared<ScriptedQuestion>();
+        const auto settings = std::make_shared<ScriptedSettings>();
+        const auto kept =
+            std::make_shared<RememberedConsent>(std::make_shared<UserDefaults>(folder.filePath(u"a.conf"_s)),
+                                                u"musicLibraryConsent"_s, question, Question::Wording{});
+        AppleMusicLocalAccess access(MusicLibraryConsent::make(kept, folder.filePath(u"Library.xml"_s)), settings);
+
+        question->next = Question::Answer::none;
+        QCOMPARE(outcomeOf(access.request()).value, undetermined);
+        question->next = Question::Answer::yes;
+        QCOMPARE(outcomeOf(access.request()).value, undetermined);
+        QCOMPARE(question->asked.size(), 2u);
+        QCOMPARE(settings->opened, 0);
+        QCOMPARE(outcomeOf(access.request()).value, undetermined);
+        QCOMPARE(question->asked.size(), 2u);
+        QCOMPARE(settings->opened, 1);
     }
 
     void aRefusalIsRememberedAndAGrantElsewhereIsSeenOnComingBack() {

@@ -22,15 +22,17 @@ public:
         prepareViewEngine(m_engine);
         QQmlComponent component(&m_engine);
         component.setData("pragma ComponentBehavior: Bound\nimport QtQuick\nimport zelk\n" + qml, QUrl());
-        m_root.reset(qobject_cast<QQuickItem *>(component.create()));
-        if (!m_root)
-            qFatal("%s", qUtf8Printable(component.errorString()));
-        m_root->setParentItem(window.contentItem());
         window.resize(400, 300);
-        window.show();
-        window.requestActivate();
-        if (!QTest::qWaitForWindowActive(&window))
-            qFatal("The window isn't active");
+        show(component, {});
+    }
+    // The same with a view of ours, as wide as the window.
+    FormBench(const QString &view, const QVariantMap &properties, QSize size) {
+        prepareViewEngine(m_engine);
+        QQmlComponent component(&m_engine, viewUrl(view));
+        window.resize(size);
+        show(component, properties);
+        m_root->setSize(size);
+        drawFrame();
     }
 
     QQuickItem *root() const { return m_root.get(); }
@@ -50,6 +52,12 @@ public:
     static QPoint middle(const QQuickItem *item) {
         return item->mapToScene(QPointF(item->width() / 2, item->height() / 2)).toPoint();
     }
+    // Lets everything come to its place, as it has for whoever looks at the window.
+    void drawFrame() {
+        QSignalSpy drawn(&window, &QQuickWindow::frameSwapped);
+        window.update();
+        drawn.wait();
+    }
     void click(const QQuickItem *item) { QTest::mouseClick(&window, Qt::LeftButton, {}, middle(item)); }
     void key(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) { QTest::keyClick(&window, key, modifiers); }
     void type(const QString &text) {
@@ -63,7 +71,7 @@ public:
         return shot.pixelColor(place.toPoint());
     }
     // Everything a screen reader finds under an item, named, in its order.
-    static QStringList names(QQuickItem *root) {
+    static QStringList names(QObject *root) {
         QStringList result;
         gather(QAccessible::queryAccessibleInterface(root), result);
         return result;
@@ -80,6 +88,18 @@ public:
     QQuickWindow window;
 
 private:
+    void show(QQmlComponent &component, const QVariantMap &properties) {
+        // 6.4 looks into a component that failed to load.
+        if (component.isReady())
+            m_root.reset(qobject_cast<QQuickItem *>(component.createWithInitialProperties(properties)));
+        if (!m_root)
+            qFatal("%s", qUtf8Printable(component.errorString()));
+        m_root->setParentItem(window.contentItem());
+        window.show();
+        window.requestActivate();
+        if (!QTest::qWaitForWindowActive(&window))
+            qFatal("The window isn't active");
+    }
     template<class Wanted>
     static void collect(QQuickItem *from, const Wanted &wanted, QList<QQuickItem *> &found) {
         if (!from->isVisible())

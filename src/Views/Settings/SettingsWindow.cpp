@@ -1,10 +1,12 @@
 #include "Views/Settings/SettingsWindow.h"
 
 #include "Styling/TokensSingleton.h"
+#include "Views/Settings/AccountsLogic.h"
 #include "Views/Settings/CLIToolLogic.h"
 #include "Views/Settings/DiagnosticsLogic.h"
 #include "Views/Settings/GeneralLogic.h"
 #include "Views/Settings/OutputLogic.h"
+#include "Views/Settings/ProxyLogic.h"
 #include "Views/Settings/QualityLogic.h"
 #include "Views/Settings/SettingsLogic.h"
 #include "Views/Settings/SourcesLogic.h"
@@ -35,24 +37,29 @@ QUrl view(const QString &name) {
 
 struct SettingsWindow::Contents {
     Contents(AppModel &model, const Surroundings &around, int tab)
-        : general(model, *around.updater, around.appearance, around.defaults), sources(model), quality(model),
-          output(model, around.folders), cliTool(model, around.installer), diagnostics(model), logic(tabs(), tab) {}
+        : general(model, *around.updater, around.appearance, around.defaults), accounts(model), sources(model),
+          quality(model), output(model, around.folders), proxy(model), cliTool(model, around.installer),
+          diagnostics(model), logic(tabs(), tab) {}
 
     QList<SettingsTab> tabs() {
         return {
             {label("General"), u"gear"_s, view(u"GeneralSettings"_s), &general},
+            {label("Accounts"), u"person.crop.circle"_s, view(u"AccountsSettings"_s), &accounts},
             {label("Sources"), u"square.stack.3d.up"_s, view(u"SourcesSettings"_s), &sources},
             {label("Quality"), u"waveform"_s, view(u"QualitySettings"_s), &quality},
             {label("Output"), u"folder"_s, view(u"OutputSettings"_s), &output},
+            {label("Vantrix VPN"), u"lock.shield"_s, view(u"ProxySettings"_s), &proxy},
             {label("Command Line"), u"terminal"_s, view(u"CLIToolSettings"_s), &cliTool},
             {label("Diagnostics"), u"stethoscope"_s, view(u"DiagnosticsSettings"_s), &diagnostics},
         };
     }
 
     GeneralLogic general;
+    AccountsLogic accounts;
     SourcesLogic sources;
     QualityLogic quality;
     OutputLogic output;
+    ProxyLogic proxy;
     CLIToolLogic cliTool;
     DiagnosticsLogic diagnostics;
     SettingsLogic logic;

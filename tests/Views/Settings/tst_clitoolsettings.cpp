@@ -10,7 +10,7 @@ namespace {
 
 // The tab over a machine on which the tool isn't there.
 struct Bench : SettingsBench {
-    Bench() { show(4); }
+    Bench() { show(6); }
     QString text(const char *name) const { return item(name)->property("text").toString(); }
     QString state() const { return item("cliState")->property("value").toString(); }
     QList<bool> enabled() const {
@@ -66,7 +66,7 @@ private Q_SLOTS:
         SettingsBench bench;
         InstallerBench::makeLink(bench.machine.places().userLink(), bench.machine.engine);
         QCOMPARE(bench.model.cliTool()->state(), State::notInstalled());
-        bench.show(4);
+        bench.show(6);
         QCOMPARE(bench.model.cliTool()->state(), State::installedSymlink(bench.machine.engine));
     }
 

@@ -17,7 +17,7 @@ QByteArray checks() {
 }
 
 struct Bench : SettingsBench {
-    Bench() { show(5); }
+    Bench() { show(7); }
     void runAll() {
         client->reply(Method::runDoctor, checks());
         click("runAll");

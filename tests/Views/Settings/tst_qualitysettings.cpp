@@ -28,11 +28,11 @@ SafeConfig configWithFolder(const std::optional<QString> &folder) {
 }
 
 struct QualityBench : SettingsBench {
-    explicit QualityBench(const std::optional<SafeConfig> &config) : SettingsBench(config) { show(2); }
+    explicit QualityBench(const std::optional<SafeConfig> &config) : SettingsBench(config) { show(3); }
 };
 
 struct OutputBench : SettingsBench {
-    explicit OutputBench(const std::optional<QString> &folder) : SettingsBench(configWithFolder(folder)) { show(3); }
+    explicit OutputBench(const std::optional<QString> &folder) : SettingsBench(configWithFolder(folder)) { show(4); }
     QString path() const { return itemsText("folderPath"); }
     QString itemsText(const char *name) const { return item(name)->property("text").toString(); }
 };
@@ -224,7 +224,7 @@ private Q_SLOTS:
         QCOMPARE(bench.itemsText("writable"), u"Folder is not writable."_s);
         bench.show(0);
         QVERIFY(QDir().mkpath(path));
-        bench.show(3);
+        bench.show(4);
         QCOMPARE(bench.itemsText("writable"), u"Folder is writable."_s);
     }
 

@@ -16,8 +16,8 @@ private Q_SLOTS:
         QStringList labels;
         for (QQuickItem *each : bench.items("settingsTab"))
             labels += spoken(each);
-        QCOMPARE(labels, (QStringList{u"General"_s, u"Sources"_s, u"Quality"_s, u"Output"_s, u"Command Line"_s,
-                                      u"Diagnostics"_s}));
+        QCOMPARE(labels, (QStringList{u"General"_s, u"Accounts"_s, u"Sources"_s, u"Quality"_s, u"Output"_s,
+                                      u"Vantrix VPN"_s, u"Command Line"_s, u"Diagnostics"_s}));
     }
 
     void itHasItsSizeAndItsName() {
@@ -57,7 +57,7 @@ private Q_SLOTS:
 
     void itComesBackWithTheTabAndThePlaceThatItWasLeftWith() {
         SettingsBench bench;
-        bench.show(2);
+        bench.show(3);
         bench.window()->setPosition(33, 44);
         bench.key(Qt::Key_Escape);
         QVERIFY(!bench.window());
@@ -68,7 +68,7 @@ private Q_SLOTS:
 
     void anOpeningBeginsAnewButForThat() {
         SettingsBench bench;
-        bench.show(1);
+        bench.show(2);
         bench.item("soundcloudToken")->setProperty("text", u"secret"_s);
         bench.key(Qt::Key_Escape);
         bench.open();
@@ -87,10 +87,10 @@ private Q_SLOTS:
 
     void whatWasTypedStaysWhileAnotherTabIsInView() {
         SettingsBench bench;
-        bench.show(1);
+        bench.show(2);
         bench.item("soundcloudToken")->setProperty("text", u"secret"_s);
         bench.show(0);
-        bench.show(1);
+        bench.show(2);
         QCOMPARE(bench.item("soundcloudToken")->property("text").toString(), u"secret"_s);
     }
 
@@ -108,22 +108,22 @@ private Q_SLOTS:
         bench.key(Qt::Key_Right);
         QCOMPARE(current(), 1);
         bench.key(Qt::Key_End);
-        QCOMPARE(current(), 5);
+        QCOMPARE(current(), 7);
         bench.key(Qt::Key_Right); // the last one is the last one
-        QCOMPARE(current(), 5);
+        QCOMPARE(current(), 7);
         bench.key(Qt::Key_Left);
-        QCOMPARE(current(), 4);
+        QCOMPARE(current(), 6);
         bench.key(Qt::Key_Home);
         QCOMPARE(current(), 0);
         bench.key(Qt::Key_Backtab, Qt::ControlModifier | Qt::ShiftModifier);
-        QCOMPARE(current(), 5);
+        QCOMPARE(current(), 7);
         bench.key(Qt::Key_Tab, Qt::ControlModifier);
         QCOMPARE(current(), 0);
     }
 
     void aScreenReaderPicksATab() {
         SettingsBench bench;
-        QQuickItem *tab = bench.items("settingsTab").at(5);
+        QQuickItem *tab = bench.items("settingsTab").at(7);
         auto *interface = QAccessible::queryAccessibleInterface(tab);
         QCOMPARE(interface->role(), QAccessible::PageTab);
         QVERIFY(!interface->state().selected);
@@ -136,7 +136,7 @@ private Q_SLOTS:
         SettingsBench bench;
         for (const auto scheme : {DesktopSettings::ColorScheme::light, DesktopSettings::ColorScheme::dark}) {
             bench.desktop->setColorScheme(scheme);
-            for (int tab = 0; tab < 6; ++tab) {
+            for (int tab = 0; tab < 8; ++tab) {
                 bench.show(tab);
                 QVERIFY(!bench.texts().isEmpty());
             }
@@ -153,7 +153,7 @@ private Q_SLOTS:
 
     void theKeyboardBringsWhatItComesToIntoView() {
         SettingsBench bench;
-        bench.show(1);
+        bench.show(2);
         const auto y = [&bench] { return bench.item("runSetting3")->mapToScene(QPointF()).y(); };
         QVERIFY(y() > bench.window()->height());
         bench.focus("runSetting3");

@@ -30,7 +30,7 @@ constexpr Run usual{
 
 // The tab, in view.
 struct Bench : SettingsBench {
-    explicit Bench(const std::optional<SafeConfig> &config) : SettingsBench(config) { show(1); }
+    explicit Bench(const std::optional<SafeConfig> &config) : SettingsBench(config) { show(2); }
 
     QStringList order() const {
         QStringList names;

@@ -1,0 +1,61 @@
+#pragma once
+
+#include "App/AppModel.h"
+#include "Views/Settings/AccountFace.h"
+
+#include <QObject>
+#include <QPointer>
+#include <qqmlregistration.h>
+
+namespace zelk {
+
+// One account whose playlists are read. Whether it is connected is the configuration's to say, and its row stays as it
+// is until that changes.
+class AccountLogic : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("made with the window")
+    Q_PROPERTY(QString name READ name CONSTANT)
+    Q_PROPERTY(QString logo READ logo CONSTANT)
+    Q_PROPERTY(QColor accent READ accent CONSTANT)
+    Q_PROPERTY(zelk::AccountFace face READ face NOTIFY changed)
+    // False while the user signs in: a second sign-in would open a second page.
+    Q_PROPERTY(bool canAct READ canAct NOTIFY changed)
+    // Why what was asked for didn't happen; empty for none. A failed sign-in is told by whoever signs in.
+    Q_PROPERTY(QString failure READ failure NOTIFY changed)
+
+public:
+    AccountLogic(AppModel &model, PlaylistSourceId source, QObject *parent = nullptr);
+
+    QString name() const { return Tokens::Source::displayName(m_source); }
+    QString logo() const { return Tokens::Source::logoAsset(m_source); }
+    QColor accent() const { return Tokens::Source::accent(m_source); }
+    AccountFace face() const { return accountFace(isConnected()); }
+    bool canAct() const { return !m_connecting || isConnected(); }
+    QString failure() const { return m_failure; }
+
+    // Does what the face says.
+    Q_INVOKABLE void act();
+
+Q_SIGNALS:
+    void changed();
+
+private:
+    bool isConnected() const;
+    void attach();
+    void dropStoresFailure();
+    void begin(bool connecting);
+    void end(const QString &failure, bool isStoresFailure);
+    QCoro::Task<> signIn();
+    static QCoro::Task<> connectAccount(QPointer<AccountLogic> self);
+    static QCoro::Task<> disconnectAccount(QPointer<AccountLogic> self);
+
+    AppModel &m_model;
+    const PlaylistSourceId m_source;
+    QPointer<SettingsStore> m_settings;
+    bool m_connecting = false;
+    QString m_failure;
+    bool m_isStoresFailure = false; // which goes when the store's does
+};
+
+} // namespace zelk
