@@ -4,12 +4,14 @@
 #include "Styling/Tokens.h"
 
 #include <QObject>
+#include <qqmlregistration.h>
 
 namespace zelk {
 
 // How a source of playlists stands, and what the button beside that does about it.
 struct AccountFace {
     Q_GADGET
+    QML_ANONYMOUS
     Q_PROPERTY(QString state MEMBER state CONSTANT)
     Q_PROPERTY(QString symbol MEMBER symbol CONSTANT)
     Q_PROPERTY(int ink READ inkIndex CONSTANT)
