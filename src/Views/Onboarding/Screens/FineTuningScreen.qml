@@ -67,7 +67,7 @@ Column {
         }
     }
 
-    FolderChooser {
+    FolderQuestion {
         id: chooser
 
         onChosen: folder => screen.choices.takeFolder(folder)

@@ -98,7 +98,7 @@ Column {
         font: Tokens.font.callout
     }
 
-    FolderChooser {
+    FolderQuestion {
         id: chooser
 
         onChosen: folder => screen.choices.takeFolder(folder)
