@@ -89,6 +89,12 @@ void AppModel::setSetupCoordinator(SetupCoordinator *coordinator) {
     if (_setupCoordinator)
         _setupCoordinator->deleteLater();
     _setupCoordinator = coordinator;
+    // A setup that was closed while it stored, to no avail, goes once that is over.
+    if (coordinator)
+        connect(coordinator, &SetupCoordinator::isCommittingChanged, this, [this, coordinator] {
+            if (!coordinator->isCommitting() && !_isOnboardingPresented)
+                setSetupCoordinator(nullptr);
+        });
     Q_EMIT setupCoordinatorChanged();
 }
 

@@ -18,6 +18,8 @@ T.MenuItem {
     font: Tokens.font.body
     Accessible.name: entry.text
     Accessible.onPressAction: {
+        if (!entry.enabled)
+            return;
         if (entry.action)
             entry.action.trigger(entry);
         else

@@ -52,6 +52,11 @@ T.AbstractButton {
     Accessible.onPressAction: button.press()
     Keys.onReturnPressed: button.press()
     Keys.onEnterPressed: button.press()
+    // Hidden, it would keep the keys to itself.
+    onVisibleChanged: {
+        if (!button.visible && button.activeFocus)
+            button.focus = false;
+    }
 
     background: Rectangle {
         color: button.based ? Tokens.color.card : button.fill

@@ -8,6 +8,8 @@ import zelk
 T.TextField {
     id: field
 
+    // There is something for Escape to empty.
+    readonly property bool takesEscape: field.length > 0
     readonly property bool mirrored: field.LayoutMirroring.enabled
     readonly property real leading: glass.width + 2 * Tokens.space.sm // before the text, for the glass
 

@@ -20,5 +20,6 @@ Text {
     font: Tokens.font.body
     Accessible.role: Accessible.StaticText
     Accessible.name: line.text
+    Accessible.focusable: false
     Accessible.ignored: !line.readable || line.text === ""
 }

@@ -28,6 +28,7 @@ Item {
     Accessible.focusable: true
     Accessible.focused: row.activeFocus
     Accessible.onPressAction: row.press()
+    Accessible.onToggleAction: row.press()
     Keys.onSpacePressed: row.press()
     Keys.onReturnPressed: row.press()
     Keys.onEnterPressed: row.press()

@@ -23,13 +23,14 @@ std::optional<StatusBadge> groupBadge(std::optional<Finish> status) {
         return std::nullopt;
     switch (*status) {
     case Finish::ok:
-        return StatusBadge{u"checkmark.circle.fill"_s, Ink::green};
+        return StatusBadge{u"checkmark.circle.fill"_s, Ink::green, QCoreApplication::translate("zelk", "Done")};
     case Finish::lowConfidence:
-        return StatusBadge{u"exclamationmark.triangle.fill"_s, Ink::orange};
+        return StatusBadge{u"exclamationmark.triangle.fill"_s, Ink::orange,
+                           QCoreApplication::translate("zelk", "Low confidence")};
     case Finish::failed:
-        return StatusBadge{u"xmark.circle.fill"_s, Ink::red};
+        return StatusBadge{u"xmark.circle.fill"_s, Ink::red, QCoreApplication::translate("zelk", "Failed")};
     case Finish::skipped:
-        return StatusBadge{u"minus.circle"_s, Ink::secondary};
+        return StatusBadge{u"minus.circle"_s, Ink::secondary, QCoreApplication::translate("zelk", "Skipped")};
     }
     return std::nullopt;
 }

@@ -15,6 +15,7 @@ QString groupCountsLine(int completed, int total, int reviewCount, int failedCou
 struct StatusBadge {
     QString symbol;
     Ink ink = Ink::secondary;
+    QString text; // what the symbol says
     bool operator==(const StatusBadge &) const = default;
 };
 

@@ -16,7 +16,8 @@ Rectangle {
     Accessible.name: qsTr("Review")
 
     Shortcut {
-        enabled: inspector.logic.presented
+        // A filter is emptied first.
+        enabled: inspector.logic.presented && !(inspector.Window.activeFocusItem?.takesEscape ?? false)
         sequences: ["Escape"]
         onActivated: inspector.logic.close()
     }

@@ -89,11 +89,13 @@ Item {
             property real from: 0
 
             function place(mouse: MouseEvent): real {
-                return edge.mapToItem(heads, mouse.x, mouse.y).x;
+                const across = edge.mapToItem(heads, mouse.x, mouse.y).x;
+                return heads.LayoutMirroring.enabled ? heads.width - across : across;
             }
 
             objectName: "columnEdge"
-            x: heads.inset + edge.at - edge.width / 2
+            anchors.left: parent?.left
+            anchors.leftMargin: heads.inset + edge.at - edge.width / 2
             width: Tokens.space.sm
             height: heads.height
             visible: edge.at >= 0

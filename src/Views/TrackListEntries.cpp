@@ -23,6 +23,7 @@ void GroupHeaderEntry::load(const PlaylistGroup &group, const TrackListModel::Pl
     m_fraction = total > 0 ? static_cast<double>(completed) / total : 0;
     const std::optional<StatusBadge> badge = groupBadge(group.status());
     m_badgeSymbol = badge ? badge->symbol : QString();
+    m_badgeText = badge ? badge->text : QString();
     m_badgeInk = static_cast<int>(badge ? badge->ink : Ink::secondary);
     m_collapsed = group.isCollapsed();
     Q_EMIT changed();
@@ -47,7 +48,9 @@ QString GroupHeaderEntry::collapseLabel() const {
 }
 
 QString GroupHeaderEntry::spoken() const {
-    return QStringList{m_sourceName, m_name, m_counts}.join(u", "_s);
+    QStringList parts{m_sourceName, m_name, m_badgeText, m_counts};
+    parts.removeAll(QString());
+    return parts.join(u", "_s);
 }
 
 void TrackRowEntry::load(const TrackModel &track, bool last, bool underReview) {

@@ -42,7 +42,7 @@ Q_SIGNALS:
     void changed();
 
 private:
-    QString m_name, m_placeholderSymbol, m_sourceSymbol, m_sourceName, m_counts, m_badgeSymbol;
+    QString m_name, m_placeholderSymbol, m_sourceSymbol, m_sourceName, m_counts, m_badgeSymbol, m_badgeText;
     ArtworkRef m_artwork;
     QColor m_sourceColor;
     double m_fraction = 0;

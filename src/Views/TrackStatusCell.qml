@@ -103,6 +103,7 @@ Item {
         color: Tokens.color.secondary
         font: Tokens.font.caption
         text: bar.visible ? cell.entry.fittingDetail(width, detail.font) : ""
+        Accessible.name: cell.entry.statusText
     }
 
     PushButton {

@@ -2,6 +2,7 @@
 
 #include "Styling/Symbols.h"
 #include "Styling/TokensSingleton.h"
+#include "Views/ItemAccessibility.h"
 
 #include <QCoreApplication>
 #include <QQmlEngine>
@@ -27,6 +28,7 @@ void installPlurals() {
 void prepareViewEngine(QQmlEngine &engine) {
     qml_register_types_zelk();
     installPlurals();
+    installItemAccessibility();
     engine.addImportPath(u"qrc:/qt/qml"_s);
     engine.addImageProvider(u"symbol"_s, new Symbols::Provider);
 }

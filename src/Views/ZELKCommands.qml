@@ -140,13 +140,13 @@ T.MenuBar {
         MenuDivider {}
 
         MenuEntry {
-            objectName: "menuCheckForUpdates"
-            action: commands.checkForUpdates
+            objectName: "menuAbout"
+            action: commands.about
         }
 
         MenuEntry {
-            objectName: "menuAbout"
-            action: commands.about
+            objectName: "menuCheckForUpdates"
+            action: commands.checkForUpdates
         }
     }
 }

@@ -94,10 +94,11 @@ private Q_SLOTS:
 
     void groupBadges() {
         QCOMPARE(groupBadge({}), std::nullopt);
-        QCOMPARE(groupBadge(Finish::ok), (StatusBadge{u"checkmark.circle.fill"_s, Ink::green}));
-        QCOMPARE(groupBadge(Finish::lowConfidence), (StatusBadge{u"exclamationmark.triangle.fill"_s, Ink::orange}));
-        QCOMPARE(groupBadge(Finish::failed), (StatusBadge{u"xmark.circle.fill"_s, Ink::red}));
-        QCOMPARE(groupBadge(Finish::skipped), (StatusBadge{u"minus.circle"_s, Ink::secondary}));
+        QCOMPARE(groupBadge(Finish::ok), (StatusBadge{u"checkmark.circle.fill"_s, Ink::green, u"Done"_s}));
+        QCOMPARE(groupBadge(Finish::lowConfidence),
+                 (StatusBadge{u"exclamationmark.triangle.fill"_s, Ink::orange, u"Low confidence"_s}));
+        QCOMPARE(groupBadge(Finish::failed), (StatusBadge{u"xmark.circle.fill"_s, Ink::red, u"Failed"_s}));
+        QCOMPARE(groupBadge(Finish::skipped), (StatusBadge{u"minus.circle"_s, Ink::secondary, u"Skipped"_s}));
     }
 
     void percentIsSpokenRounded() {

@@ -69,13 +69,13 @@ private Q_SLOTS:
         QCOMPARE(bench.updateChecks, 1);
     }
 
-    void helpStandsBeforeUpdatesAndWhatThisIs() {
+    void helpStandsBeforeWhatThisIsAndUpdates() {
         WindowBench bench;
         bench.key(Qt::Key_H, Qt::AltModifier);
         QTRY_VERIFY(bench.item("menuHelp"));
         bench.drawFrame();
         double last = -1;
-        for (const char *name : {"menuHelp", "menuCheckForUpdates", "menuAbout"}) {
+        for (const char *name : {"menuHelp", "menuAbout", "menuCheckForUpdates"}) {
             const double top = bench.item(name)->mapToScene(QPointF()).y();
             QVERIFY2(top > last && bench.item(name)->isEnabled(), name);
             last = top;

@@ -89,8 +89,8 @@ private Q_SLOTS:
                                  u"_Help"_s,
                                  u"  zelk Help"_s,
                                  u"  -"_s,
-                                 u"  Check for Updates…"_s,
-                                 u"  About zelk"_s};
+                                 u"  About zelk"_s,
+                                 u"  Check for Updates…"_s};
         QCOMPARE(DesktopBar::lines(bar->layout()), wanted);
     }
 

@@ -21,7 +21,6 @@ ConnectMusicLogic::ConnectMusicLogic(AppModel &model, QObject *parent)
             &ConnectMusicLogic::changed);
     connect(&m_signIns, &SignIns::appleMusicEnded, this, [this] { set(m_connectingApple, false); });
     connect(&m_signIns, &SignIns::spotifyEnded, this, [this] { set(m_connectingSpotify, false); });
-    connect(&m_signIns, &SignIns::localAccessEnded, this, [this] { set(m_unanswered, true); });
     attach();
 }
 
@@ -59,11 +58,11 @@ ConnectMusicLogic::LocalControl ConnectMusicLogic::localAccess() const {
 }
 
 bool ConnectMusicLogic::offersSettings() const {
-    return localAccess() == Denied || (localAccess() == AllowAccess && m_unanswered);
+    return localAccess() == Denied;
 }
 
 void ConnectMusicLogic::begin() {
-    m_connectingApple = m_connectingSpotify = m_unanswered = false;
+    m_connectingApple = m_connectingSpotify = false;
     Q_EMIT changed();
 }
 

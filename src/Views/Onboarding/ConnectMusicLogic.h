@@ -54,7 +54,6 @@ private:
     // Of this showing.
     bool m_connectingApple = false;
     bool m_connectingSpotify = false;
-    bool m_unanswered = false; // asked for the library, to no avail
 };
 
 } // namespace zelk

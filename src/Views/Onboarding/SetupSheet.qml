@@ -78,6 +78,19 @@ T.Popup {
         }
     }
 
+    // What had the keyboard and was shut leaves it to nobody: the sheet's own keys are on the frame.
+    Connections {
+        target: frame.Window.window
+
+        function onActiveFocusItemChanged() {
+            let holder = frame.Window.activeFocusItem;
+            while (holder && holder !== frame)
+                holder = holder.parent;
+            if (sheet.activeFocus && !holder)
+                frame.forceActiveFocus();
+        }
+    }
+
     // The menu's own is behind the sheet, and quitting is nobody's to keep.
     Shortcut {
         sequences: ["Ctrl+Q"]

@@ -3,6 +3,7 @@
 #include "Services/AppleMusicAuthService.h"
 
 #include <QPointer>
+#include <QScopeGuard>
 
 namespace zelk {
 
@@ -52,12 +53,14 @@ void SignIns::start(bool &isRunning, Ended ended, QCoro::Task<> (*task)(QPointer
     startTask(&m_model,
               [self = QPointer(this), model = QPointer(&m_model), running = &isRunning, ended,
                task](std::stop_token) -> QCoro::Task<> {
+                  const auto over = qScopeGuard([self, running, ended] {
+                      if (!self)
+                          return;
+                      *running = false;
+                      Q_EMIT(self->*ended)();
+                  });
                   auto working = task(model);
                   co_await working;
-                  if (!self)
-                      co_return;
-                  *running = false;
-                  Q_EMIT(self->*ended)();
               });
 }
 

@@ -1,5 +1,8 @@
 #include "Views/Settings/DiagnosticsLogic.h"
 
+#include <QCoreApplication>
+
+#include <tuple>
 #include <utility>
 
 using namespace Qt::Literals::StringLiterals;
@@ -8,14 +11,14 @@ namespace zelk {
 
 namespace {
 
-std::pair<QString, Ink> mark(const QString &status) {
+std::tuple<QString, Ink, QString> mark(const QString &status) {
     if (status == u"ok")
-        return {u"checkmark.circle.fill"_s, Ink::green};
+        return {u"checkmark.circle.fill"_s, Ink::green, QCoreApplication::translate("zelk", "OK")};
     if (status == u"warn")
-        return {u"exclamationmark.triangle.fill"_s, Ink::orange};
+        return {u"exclamationmark.triangle.fill"_s, Ink::orange, QCoreApplication::translate("zelk", "Warning")};
     if (status == u"fail")
-        return {u"xmark.circle.fill"_s, Ink::red};
-    return {u"minus.circle"_s, Ink::secondary};
+        return {u"xmark.circle.fill"_s, Ink::red, QCoreApplication::translate("zelk", "Failed")};
+    return {u"minus.circle"_s, Ink::secondary, QCoreApplication::translate("zelk", "Skipped")};
 }
 
 } // namespace
@@ -24,7 +27,7 @@ CheckFace faceOf(const DoctorCheck &check) {
     CheckFace face;
     face.title = check.title.value_or(check.id);
     face.detail = check.detail.value_or(QString());
-    std::tie(face.symbol, face.ink) = mark(check.status);
+    std::tie(face.symbol, face.ink, face.status) = mark(check.status);
     face.fixable = check.fixable.value_or(false);
     return face;
 }

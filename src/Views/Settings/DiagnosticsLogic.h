@@ -18,6 +18,7 @@ struct CheckFace {
     Q_PROPERTY(QString symbol MEMBER symbol CONSTANT)
     Q_PROPERTY(int ink READ inkIndex CONSTANT)
     Q_PROPERTY(bool fixable MEMBER fixable CONSTANT)
+    Q_PROPERTY(QString status MEMBER status CONSTANT)
 
 public:
     QString title;
@@ -25,6 +26,7 @@ public:
     QString symbol;
     Ink ink = Ink::secondary;
     bool fixable = false;
+    QString status; // what the symbol says
 
     int inkIndex() const { return static_cast<int>(ink); }
     bool operator==(const CheckFace &) const = default;

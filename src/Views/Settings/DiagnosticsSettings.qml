@@ -48,6 +48,8 @@ SettingsPage {
                     name: check.face?.symbol ?? ""
                     color: Tokens.color.inks[check.face?.ink ?? 0]
                     size: Tokens.size.bannerSymbol
+                    Accessible.role: Accessible.Graphic
+                    Accessible.name: check.face?.status ?? ""
                 }
 
                 PushButton {
@@ -55,6 +57,7 @@ SettingsPage {
                     visible: check.face?.fixable ?? false
                     enabled: !page.logic.running
                     text: qsTr("Fix")
+                    Accessible.description: check.title
                     onClicked: page.logic.fix(check.index)
                 }
             }

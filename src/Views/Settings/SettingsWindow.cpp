@@ -87,6 +87,7 @@ void SettingsWindow::open() {
         return;
     if (m_place && !opened->isVisible())
         opened->setPosition(*m_place);
+    opened->setWindowStates(opened->windowStates() & ~Qt::WindowMinimized);
     opened->show();
     opened->raise();
     opened->requestActivate();

@@ -54,10 +54,10 @@ private:
     AppModel &m_model;
     const Surroundings m_surroundings;
     QWindow m_none; // never shown: with a window before it, this one doesn't keep the application going
-    std::unique_ptr<QQmlEngine> m_engine;
-    std::unique_ptr<Contents> m_contents; // while it is open; goes before the engine
     int m_tab = 0;
     std::optional<QPoint> m_place;
+    std::unique_ptr<QQmlEngine> m_engine;
+    std::unique_ptr<Contents> m_contents; // while it is open; goes before the engine
 };
 
 } // namespace zelk

@@ -51,9 +51,11 @@ private Q_SLOTS:
     void aRunShowsEachCheckInTheEnginesOrder() {
         Bench bench;
         bench.runAll();
-        QCOMPARE(bench.spokenTree(), (QStringList{u"section: Checks"_s, u"heading: Checks"_s, u"button: Run All"_s,
-                                                  u"text: Engine"_s, u"text: Answering."_s, u"text: yt-dlp"_s,
-                                                  u"button: Fix"_s, u"text: output"_s, u"text: AcoustID"_s}));
+        QCOMPARE(bench.spokenTree(),
+                 (QStringList{u"section: Checks"_s, u"heading: Checks"_s, u"button: Run All"_s, u"picture: OK"_s,
+                              u"text: Engine"_s, u"text: Answering."_s, u"picture: Warning"_s, u"text: yt-dlp"_s,
+                              u"button: Fix"_s, u"picture: Failed"_s, u"text: output"_s, u"picture: Skipped"_s,
+                              u"text: AcoustID"_s}));
         QCOMPARE(bench.marks(), (QStringList{u"checkmark.circle.fill"_s, u"exclamationmark.triangle.fill"_s,
                                              u"xmark.circle.fill"_s, u"minus.circle"_s}));
     }
@@ -80,7 +82,7 @@ private Q_SLOTS:
 
     void onlyWhatIsFixableHasAButton() {
         DoctorCheck check{.id = u"id"_s, .title = u"Title"_s, .status = u"fail"_s, .detail = u"Why"_s, .fixable = true};
-        QCOMPARE(faceOf(check), (CheckFace{u"Title"_s, u"Why"_s, u"xmark.circle.fill"_s, Ink::red, true}));
+        QCOMPARE(faceOf(check), (CheckFace{u"Title"_s, u"Why"_s, u"xmark.circle.fill"_s, Ink::red, true, u"Failed"_s}));
         check.fixable = false;
         QVERIFY(!faceOf(check).fixable);
         check.fixable.reset();

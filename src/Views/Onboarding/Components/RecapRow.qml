@@ -49,6 +49,8 @@ Item {
     }
 
     TextLine {
+        id: words
+
         objectName: "recapValue"
         anchors.left: name.right
         anchors.leftMargin: Tokens.space.lg
@@ -60,6 +62,15 @@ Item {
         text: row.ok ? row.value : qsTr("None yet")
         color: Tokens.color.secondary
         font: Tokens.font.callout
+
+        HoverHandler {
+            id: hover
+        }
+
+        Hint {
+            visible: hover.hovered && words.truncated
+            text: words.text
+        }
     }
 
     PushButton {

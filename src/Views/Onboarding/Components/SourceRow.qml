@@ -51,7 +51,7 @@ Column {
             width: parent.width - x - Tokens.space.lg
             placeholderText: row.info.keyPlaceholder
             text: row.token
-            onTextEdited: row.tokenEdited(text)
+            onTextChanged: row.tokenEdited(text)
         }
 
         Item {

@@ -161,7 +161,7 @@ Column {
                 width: parent.width - x - Tokens.space.lg
                 placeholderText: qsTr("AcoustID API key (optional)")
                 text: screen.choices.acoustidKey
-                onTextEdited: screen.choices.acoustidKey = text
+                onTextChanged: screen.choices.acoustidKey = text
             }
 
             Item {

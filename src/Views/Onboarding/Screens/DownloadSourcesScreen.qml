@@ -61,7 +61,7 @@ Column {
             width: parent.width - x - Tokens.space.lg
             placeholderText: qsTr("Vantrix VPN subscription URL (optional)")
             text: screen.choices.proxySubscription
-            onTextEdited: screen.choices.proxySubscription = text
+            onTextChanged: screen.choices.proxySubscription = text
         }
 
         Item {
