@@ -12,10 +12,10 @@ namespace {
 const QStringList names{u"general"_s, u"accounts"_s, u"sources"_s,      u"quality"_s,
                         u"output"_s,  u"proxy"_s,    u"command-line"_s, u"diagnostics"_s};
 
-const QByteArray checks = R"({"ok":false,"checks":[
-    {"name":"ffmpeg","status":"ok","detail":"6.1"},
-    {"name":"output-folder","status":"fail","detail":"/home/dj/Music/DjayImport is missing","fixable":true},
-    {"name":"disk-space","status":"warn","detail":"3 GB left"}]})";
+const QByteArray checks = R"({"checks": [
+    {"id": "ffmpeg", "title": "ffmpeg", "status": "ok", "detail": "Version 5.1."},
+    {"id": "output", "title": "Output folder", "status": "fail", "detail": "It isn't there.", "fixable": true},
+    {"id": "space", "title": "Disk space", "status": "warn", "detail": "3 GB are left."}]})";
 
 } // namespace
 
@@ -30,6 +30,7 @@ std::vector<Scene> zelk::settingsScenes() {
                               if (bench.item("runAll"))
                                   bench.click("runAll");
                               settle();
+                              QTest::qWait(100);
                               return bench.window()->grabWindow();
                           }});
     return scenes;
