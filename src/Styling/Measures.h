@@ -18,7 +18,7 @@ inline constexpr double mostTextScale = 1.5;
 
 // What a measure of text, or of what holds text, comes to at that scale. Logical pixels.
 constexpr int scaled(int measure, double textScale) {
-    return static_cast<int>(measure * textScale + 0.5);
+    return qRound(measure * textScale);
 }
 
 } // namespace Tokens
