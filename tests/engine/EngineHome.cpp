@@ -122,7 +122,7 @@ QJsonObject EngineChild::call(const QString &method, const QJsonValue &params) {
         request.insert(u"params"_s, params);
     }
     send(QJsonDocument(request).toJson(QJsonDocument::Compact));
-    while (const auto line = readLine(20'000)) {
+    while (const auto line = readLine(60'000)) {
         if (line->value("id"_L1).toString() == id) {
             return *line;
         }
