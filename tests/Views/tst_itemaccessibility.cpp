@@ -98,6 +98,7 @@ private Q_SLOTS:
     void anItemThatGoesTakesItsInterfaceAlong() {
         WindowBench bench;
         bench.loadLibrary();
+        QTRY_VERIFY(!bench.items("playlistRow").isEmpty());
         QQuickItem *row = bench.items("playlistRow").value(0);
         QVERIFY(row && QAccessible::queryAccessibleInterface(row)->isValid());
         bench.model.library()->setSelection({u"peak"_s});

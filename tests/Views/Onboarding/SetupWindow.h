@@ -63,6 +63,11 @@ public:
 
 /// What stands behind the setup's window, and outlives it.
 struct SetupServices {
+    SetupServices() = default;
+    /// A sign-in that still waits keeps all that it needs, itself among it.
+    ~SetupServices() { authorization->refuse(); }
+    Q_DISABLE_COPY_MOVE(SetupServices)
+
     std::shared_ptr<TurnableConsent> consent = std::make_shared<TurnableConsent>();
     std::shared_ptr<CountedSettings> consentSettings = std::make_shared<CountedSettings>();
     AppleMusicLocalAccess access{consent, consentSettings};

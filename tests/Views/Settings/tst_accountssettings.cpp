@@ -3,6 +3,8 @@
 #include "Services/SignInBench.h"
 #include "Services/URLSession.h"
 #include "TabBench.h"
+
+#include "Support/Settle.h"
 #include "Views/Settings/AccountsLogic.h"
 
 #include <QNetworkAccessManager>
@@ -75,6 +77,8 @@ class AccountsSettingsTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    /// What was cancelled with a model ends on the next turn.
+    void cleanup() { settle(); }
     void initTestCase() { QAccessible::setActive(true); }
     void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
 

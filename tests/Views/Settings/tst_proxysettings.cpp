@@ -1,4 +1,6 @@
 #include "TabBench.h"
+
+#include "Support/Settle.h"
 #include "Views/Settings/ProxyLogic.h"
 
 #include <QClipboard>
@@ -58,6 +60,8 @@ class ProxySettingsTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    /// What was cancelled with a model ends on the next turn.
+    void cleanup() { settle(); }
     void initTestCase() { QAccessible::setActive(true); }
     void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
 
