@@ -64,7 +64,8 @@ struct RunSigns {
 
 int run(const Arguments &arguments) {
     const ZELKApp app(arguments.unattended ? ZELKApp::Attendance::unattended : ZELKApp::Attendance::attended);
-    const MainWindow window(app.model(), app.windowSurroundings());
+    const auto surroundings = app.windowSurroundings();
+    const MainWindow window(app.model(), surroundings);
     if (!window.window())
         return EXIT_FAILURE;
     for (const auto &address : arguments.addresses)
@@ -74,7 +75,7 @@ int run(const Arguments &arguments) {
     if (arguments.unattended)
         unattended.emplace(app.model(), *window.window(), arguments.screenshot);
     else
-        signs.emplace(*app.model().sync(), window, app.windowSurroundings().clock);
+        signs.emplace(*app.model().sync(), window, surroundings.clock);
     return QGuiApplication::exec();
 }
 

@@ -1,6 +1,7 @@
 #include "Views/Onboarding/SignIns.h"
 
 #include "Services/AppleMusicAuthService.h"
+#include "Views/LocalAccess.h"
 
 #include <QPointer>
 #include <QScopeGuard>
@@ -23,15 +24,6 @@ QCoro::Task<> signInToSpotify(QPointer<AppModel> model) {
     co_await connecting;
 }
 
-QCoro::Task<> askForLocalAccess(QPointer<AppModel> model) {
-    auto asking = model->automationPermission()->requestAccess();
-    const auto status = co_await asking;
-    if (!model || !model->library() || status != ConsentStatus::authorized)
-        co_return;
-    auto refreshing = model->library()->refresh(PlaylistSourceId::apple);
-    co_await refreshing;
-}
-
 } // namespace
 
 void SignIns::connectAppleMusic() {
@@ -43,7 +35,7 @@ void SignIns::connectSpotify() {
 }
 
 void SignIns::requestLocalAccess() {
-    start(m_localAccess, &SignIns::localAccessEnded, askForLocalAccess);
+    start(m_localAccess, nullptr, zelk::requestLocalAccess);
 }
 
 void SignIns::start(bool &isRunning, Ended ended, QCoro::Task<> (*task)(QPointer<AppModel> model)) {
@@ -57,7 +49,8 @@ void SignIns::start(bool &isRunning, Ended ended, QCoro::Task<> (*task)(QPointer
                       if (!self)
                           return;
                       *running = false;
-                      Q_EMIT(self->*ended)();
+                      if (ended)
+                          Q_EMIT(self->*ended)();
                   });
                   auto working = task(model);
                   co_await working;

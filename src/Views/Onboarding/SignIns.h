@@ -14,7 +14,7 @@ class SignIns : public QObject {
 public:
     explicit SignIns(AppModel &model, QObject *parent = nullptr) : QObject(parent), m_model(model) {}
 
-    // Each says its end. What came of it shows in the model's stores.
+    // These two say their end. What came of each shows in the model's stores.
     void connectAppleMusic();
     void connectSpotify();
     // Asks for the user's own music library.
@@ -23,12 +23,11 @@ public:
 Q_SIGNALS:
     void appleMusicEnded();
     void spotifyEnded();
-    void localAccessEnded();
 
 private:
     using Ended = void (SignIns::*)();
 
-    // Runs `task`, which the model owns, unless it runs already.
+    // Runs `task`, which the model owns, unless it runs already; says `ended` afterwards, if there is anything to say.
     void start(bool &isRunning, Ended ended, QCoro::Task<> (*task)(QPointer<AppModel> model));
 
     AppModel &m_model;

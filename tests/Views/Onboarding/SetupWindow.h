@@ -1,9 +1,9 @@
 #pragma once
 
-#include "Platform/ConsentSettings.h"
 #include "Platform/MusicAuthorization.h"
 #include "Platform/MusicUserTokenProvider.h"
 #include "Services/AppleMusicAuthService.h"
+#include "Services/TurnableConsent.h"
 #include "Services/URLSession.h"
 #include "Support/OneShot.h"
 #include "Support/ScriptedClient.h"
@@ -13,32 +13,9 @@
 
 #include <QCoroFuture>
 
-#include <atomic>
 #include <optional>
 
 namespace zelk {
-
-/// The consent to the user's own library, which answers as the test tells it.
-class TurnableConsent final : public MusicLibraryConsent {
-public:
-    ConsentStatus determine(bool askIfNeeded) override {
-        if (askIfNeeded) {
-            ++asks;
-            status = answer.load();
-        }
-        return status;
-    }
-
-    std::atomic<ConsentStatus> status = ConsentStatus::undetermined;
-    std::atomic<ConsentStatus> answer = ConsentStatus::undetermined; // when it is asked
-    std::atomic_int asks = 0;
-};
-
-class CountedSettings final : public ConsentSettings {
-public:
-    void open() override { ++opened; }
-    int opened = 0;
-};
 
 /// Waits for the test to say no to a sign-in, which is all that the window sees of one.
 class HeldAuthorization final : public MusicAuthorization {

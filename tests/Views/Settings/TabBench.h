@@ -1,38 +1,15 @@
 #pragma once
 
 #include "App/Surroundings.h"
-#include "Platform/ConsentSettings.h"
+#include "Services/TurnableConsent.h"
 #include "Styling/FormBench.h"
 #include "Support/Await.h"
 #include "Support/SampleData.h"
 #include "Support/ScriptedClient.h"
+#include "Support/Settle.h"
 #include "Support/SharedInstance.h"
 
-#include <atomic>
-
 namespace zelk {
-
-// A consent that stands where the test says, before and after it is asked for.
-class GivenAccess final : public MusicLibraryConsent {
-public:
-    ConsentStatus determine(bool askIfNeeded) override {
-        if (askIfNeeded) {
-            ++asks;
-            status = answer.load();
-        }
-        return status;
-    }
-
-    std::atomic<ConsentStatus> status = ConsentStatus::undetermined;
-    std::atomic<ConsentStatus> answer = ConsentStatus::undetermined;
-    std::atomic_int asks = 0;
-};
-
-class CountedSettings final : public ConsentSettings {
-public:
-    void open() override { ++opened; }
-    int opened = 0;
-};
 
 // The model behind a tab of the settings, over an engine that answers as it is told.
 class TabBench {
@@ -42,10 +19,7 @@ public:
         access->answer = consent;
         monitor->recheck();
     }
-    ~TabBench() {
-        for (int i = 0; i < 20; ++i)
-            QCoreApplication::processEvents();
-    }
+    ~TabBench() { settle(); }
     Q_DISABLE_COPY_MOVE(TabBench)
 
     // What the engine will say of its configuration next.
@@ -77,7 +51,7 @@ public:
     }
 
     std::shared_ptr<ScriptedClient> client = std::make_shared<ScriptedClient>();
-    std::shared_ptr<GivenAccess> access = std::make_shared<GivenAccess>();
+    std::shared_ptr<TurnableConsent> access = std::make_shared<TurnableConsent>();
     std::shared_ptr<CountedSettings> permissions = std::make_shared<CountedSettings>();
     AppleMusicLocalAccess localAccess{access, permissions};
     const SharedInstance<AppleMusicLocalAccess> sharedAccess{localAccess};

@@ -4,7 +4,6 @@
 #include "Services/URLSession.h"
 #include "TabBench.h"
 
-#include "Support/Settle.h"
 #include "Views/Settings/AccountsLogic.h"
 
 #include <QNetworkAccessManager>
@@ -294,8 +293,7 @@ private Q_SLOTS:
         QTRY_COMPARE(Bench::says(bench.local()), says);
         if (reads)
             QTRY_COMPARE(bench.sent(), std::vector{Request::listPlaylists(PlaylistSourceId::apple)});
-        for (int i = 0; i < 20; ++i)
-            QCoreApplication::processEvents();
+        settle();
         QCOMPARE(bench.sent().size(), reads ? 1u : 0u);
         QCOMPARE(bench.permissions->opened, 0);
     }

@@ -1,6 +1,5 @@
 #include "TabBench.h"
 
-#include "Support/Settle.h"
 #include "Views/Settings/ProxyLogic.h"
 
 #include <QClipboard>
@@ -115,8 +114,7 @@ private Q_SLOTS:
         QCOMPARE(bench.entered(), u"  "_s);
         QCOMPARE(bench.label(), u"Test"_s);
         bench.tab.key(Qt::Key_Return);
-        for (int i = 0; i < 20; ++i)
-            QCoreApplication::processEvents();
+        settle();
         QVERIFY(bench.sent().empty());
         QCOMPARE(bench.entered(), u"  "_s);
     }
@@ -301,8 +299,7 @@ private Q_SLOTS:
         logic.act();
         QTRY_COMPARE(logic.subscription(), QString());
         logic.runTest();
-        for (int i = 0; i < 20; ++i)
-            QCoreApplication::processEvents();
+        settle();
         QVERIFY(!logic.showsTesting());
         QCOMPARE(logic.outcomeText(), QString());
         QCOMPARE(logic.detail(), QString());
