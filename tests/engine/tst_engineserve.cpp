@@ -1,6 +1,7 @@
 #include "engine/EngineHome.h"
 
 #include <QJsonArray>
+#include <QJsonDocument>
 #include <QTest>
 
 #include <sys/stat.h>
@@ -15,6 +16,13 @@ QString codeOf(const QJsonObject &reply) {
 }
 QString messageOf(const QJsonObject &reply) {
     return reply.value("error"_L1).toObject().value("message"_L1).toString();
+}
+
+QByteArray lineWithRun(const QJsonObject &run) {
+    const QJsonObject patch{{u"run"_s, run}};
+    const QJsonObject request{
+        {u"id"_s, u"q"_s}, {u"method"_s, u"setConfig"_s}, {u"params"_s, QJsonObject{{u"patch"_s, patch}}}};
+    return QJsonDocument(request).toJson(QJsonDocument::Compact);
 }
 
 } // namespace
@@ -69,6 +77,15 @@ private Q_SLOTS:
         QTest::addColumn<QByteArray>("line");
         QTest::addColumn<QString>("code"); // empty: a log event, since there is no id to reply to
         QTest::addColumn<QString>("named");
+        const auto run = [](const char *name, double searchCount, double toleranceSec, double searchTimeoutSec,
+                            double cooloffHours, const QString &field) {
+            QTest::newRow(name) << lineWithRun({{u"searchCount"_s, searchCount},
+                                                {u"concurrency"_s, 4},
+                                                {u"toleranceSec"_s, toleranceSec},
+                                                {u"searchTimeoutSec"_s, searchTimeoutSec},
+                                                {u"cooloffHours"_s, cooloffHours}})
+                                << u"invalid_params"_s << field;
+        };
         QTest::newRow("no JSON") << QByteArray("hello") << QString() << QString();
         QTest::newRow("not UTF-8") << QByteArray("{\"id\":\"q\xff\"}") << QString() << QString();
         QTest::newRow("a list") << QByteArray("[1]") << QString() << QString();
@@ -88,10 +105,17 @@ private Q_SLOTS:
             << QByteArray(
                    R"({"id":"q","method":"startSync","params":{"selection":[{"source":"apple","id":"x"}],"options":{"concurrency":0}}})")
             << u"invalid_params"_s << u"options.concurrency"_s;
-        QTest::newRow("negative tolerance")
-            << QByteArray(
-                   R"({"id":"q","method":"setConfig","params":{"patch":{"run":{"searchCount":5,"concurrency":4,"toleranceSec":-1,"searchTimeoutSec":30,"cooloffHours":24}}}})")
-            << u"invalid_params"_s << u"patch.run.toleranceSec"_s;
+        run("negative tolerance", 5, -1, 30, 24, u"patch.run.toleranceSec"_s);
+        run("a day's tolerance and more", 5, 86401, 30, 24, u"patch.run.toleranceSec"_s);
+        run("no results", 0, 5, 30, 24, u"patch.run.searchCount"_s);
+        run("results beyond 32 bits", 4294967296, 5, 30, 24, u"patch.run.searchCount"_s);
+        run("no time", 5, 5, 0, 24, u"patch.run.searchTimeoutSec"_s);
+        run("all time", 5, 5, 1e300, 24, u"patch.run.searchTimeoutSec"_s);
+        run("a negative rest", 5, 5, 30, -1, u"patch.run.cooloffHours"_s);
+        run("a rest for ever", 5, 5, 30, 1e300, u"patch.run.cooloffHours"_s);
+        QTest::newRow("a folder with an end in it")
+            << QByteArray(R"({"id":"q","method":"setConfig","params":{"patch":{"outputDir":"/tmp/a\u0000b"}}})")
+            << u"invalid_params"_s << u"patch.outputDir"_s;
         QTest::newRow("empty folder") << QByteArray(
                                              R"({"id":"q","method":"setConfig","params":{"patch":{"outputDir":" "}}})")
                                       << u"invalid_params"_s << u"patch.outputDir"_s;
