@@ -9,6 +9,8 @@
 #include <QFileInfo>
 #include <QStorageInfo>
 
+#include <algorithm>
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace zelk::engine {
@@ -30,10 +32,32 @@ DoctorCheck checkFfmpeg() {
                : DoctorCheck{u"ffmpeg"_s, u"ffmpeg"_s, okStatus, program, false};
 }
 
+/// The folder itself, or the nearest one above it, that is there.
+QString nearestThatExists(const QString &folder) {
+    QString existing = folder;
+    while (!QFileInfo::exists(existing) && existing.contains(u'/')) {
+        existing = existing.section(u'/', 0, -2);
+    }
+    return existing.isEmpty() ? u"/"_s : existing;
+}
+
+/// Whether a folder that is missing could be made. A link that leads nowhere stands in the way of one.
+bool canBeMade(const QString &folder) {
+    const QFileInfo parent(nearestThatExists(folder));
+    return parent.isDir() && parent.isWritable() && !QFileInfo(folder).isSymbolicLink();
+}
+
+bool canAllBeMade(const QStringList &folders) {
+    return std::all_of(folders.begin(), folders.end(), canBeMade);
+}
+
 DoctorCheck checkOutput(const QString &folder) {
     DoctorCheck check{u"output-folder"_s, u"Output folder"_s, okStatus, folder, false};
     const QFileInfo info(folder);
-    if (!info.exists()) {
+    if (!info.exists() && !canBeMade(folder)) {
+        check.status = errorStatus;
+        check.detail = u"%1 isn't there and can't be made. Choose another folder in Settings."_s.arg(folder);
+    } else if (!info.exists()) {
         check.status = warningStatus;
         check.detail = u"%1 isn't there yet. It is made at the first sync."_s.arg(folder);
         check.fixable = true;
@@ -64,7 +88,7 @@ DoctorCheck checkPlaylists(const DoctorSubject &subject) {
     if (!missing.isEmpty()) {
         check.status = subject.playlists > 0 ? warningStatus : errorStatus;
         check.detail = u"%1 isn't there. Make it and put your exported playlists into it."_s.arg(missing.join(u", "_s));
-        check.fixable = true;
+        check.fixable = canAllBeMade(missing);
     } else if (subject.playlists == 0) {
         check.status = errorStatus;
         check.detail = u"None found. Put your exported playlists (CSV, M3U) into %1."_s.arg(places);
@@ -80,17 +104,13 @@ DoctorCheck checkCollection(const DoctorSubject &subject) {
     if (!missing.isEmpty()) {
         check.status = missing.size() == subject.config.collectionDirs.size() ? errorStatus : warningStatus;
         check.detail = u"%1 isn't there. Make it and put your audio files into it."_s.arg(missing.join(u", "_s));
-        check.fixable = true;
+        check.fixable = canAllBeMade(missing);
     }
     return check;
 }
 
 DoctorCheck checkSpace(const QString &folder) {
-    QString existing = folder;
-    while (!QFileInfo::exists(existing) && existing.contains(u'/')) {
-        existing = existing.section(u'/', 0, -2);
-    }
-    const QStorageInfo storage(existing.isEmpty() ? u"/"_s : existing);
+    const QStorageInfo storage(nearestThatExists(folder));
     DoctorCheck check{u"disk-space"_s, u"Disk space"_s, okStatus, {}, false};
     if (!storage.isValid() || !storage.isReady()) {
         check.status = warningStatus;

@@ -211,13 +211,16 @@ QStringList Engine::listOrphans(const std::vector<PlaylistSelection> &selection)
     return findOrphans(_database, *_playlists.refresh(scanPatience), ids);
 }
 
-void Engine::trashOrphans(const QStringList &paths) {
+void Engine::trashOrphans(const QStringList &asked) {
+    QStringList paths = asked;
+    paths.removeDuplicates(); // the second of two would no longer be there
     const QStringList orphans = findOrphans(_database, *_playlists.refresh(scanPatience), {});
     for (qsizetype i = 0; i < paths.size(); ++i) {
         if (!orphans.contains(paths[i])) {
             throw MethodError(
                 EngineErrorCode::invalidParams,
-                u"paths[%1]: %2 isn't a leftover file of this engine. Nothing was moved."_s.arg(i).arg(paths[i]));
+                u"paths[%1]: %2 isn't a leftover file of this engine. Nothing was moved."_s.arg(asked.indexOf(paths[i]))
+                    .arg(paths[i]));
         }
     }
     const TrashResult result = moveToTrash(_database, paths);

@@ -236,19 +236,6 @@ private Q_SLOTS:
         QCOMPARE(dataOf(engine.until(u"toolProgress"_s)).value("tool"_L1).toString(), u"yt-dlp"_s);
     }
 
-    void theDoctorMakesAMissingFolder() {
-        const EngineHome home;
-        EngineChild engine(home);
-        QVERIFY(engine.call(u"doctorFix"_s, QJsonObject{{u"checkId"_s, u"output-folder"_s}}).value("ok"_L1).toBool());
-        QVERIFY(QFileInfo(home.output()).isDir());
-        QStringList ids;
-        for (const QJsonValue &check :
-             engine.call(u"runDoctor"_s).value("result"_L1).toObject().value("checks"_L1).toArray()) {
-            ids += check.toObject().value("id"_L1).toString();
-        }
-        QCOMPARE(ids, QStringList({u"ffmpeg"_s, u"output-folder"_s, u"playlists"_s, u"collection"_s, u"disk-space"_s}));
-    }
-
     void aLastLineWithoutALineFeedIsAnsweredBeforeTheEnd() {
         const EngineHome home;
         EngineChild engine(home);
