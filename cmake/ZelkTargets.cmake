@@ -22,7 +22,7 @@ set(zelk_test_launcher "")
 if(ZELK_SANITIZE)
     set(suppressions "${PROJECT_SOURCE_DIR}/tests/sanitizers")
     set(zelk_test_environment
-        "ASAN_OPTIONS=strict_string_checks=1:fast_unwind_on_malloc=0"
+        "ASAN_OPTIONS=strict_string_checks=1"
         "LSAN_OPTIONS=suppressions=${suppressions}/lsan.supp:print_suppressions=0"
         "UBSAN_OPTIONS=print_stacktrace=1"
         "TSAN_OPTIONS=suppressions=${suppressions}/tsan.supp:halt_on_error=1:second_deadlock_stack=1")
