@@ -13,7 +13,7 @@ struct AudioFile {
     QString path;          ///< Absolute.
     qint64 size = 0;       ///< Bytes.
     qint64 modifiedMs = 0; ///< Milliseconds since the epoch.
-    QString format;        ///< As shown: "FLAC", "MP3", "AAC", "ALAC", "WAV", "AIFF", "Ogg", "Opus", …
+    QString format;        ///< As shown: "FLAC", "MP3", "AAC", "ALAC", "WAV", "AIFF", "Ogg", …; see kindOf().
     bool lossless = false;
     int bitrateKbps = 0;    ///< 0 if unknown.
     double durationSec = 0; ///< 0 if unknown.

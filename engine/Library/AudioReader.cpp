@@ -1,27 +1,16 @@
 #include "Library/AudioReader.h"
 
+#include "Library/AudioKind.h"
+
 #include <QFile>
 #include <QFileInfo>
 #include <QRegularExpression>
 #include <QSet>
 
-#include <aifffile.h>
-#include <apefile.h>
-#include <asffile.h>
 #include <fileref.h>
-#include <flacfile.h>
-#include <mp4file.h>
-#include <mpcfile.h>
 #include <mpegfile.h>
-#include <oggflacfile.h>
-#include <opusfile.h>
-#include <speexfile.h>
 #include <sys/stat.h>
 #include <tpropertymap.h>
-#include <trueaudiofile.h>
-#include <vorbisfile.h>
-#include <wavfile.h>
-#include <wavpackfile.h>
 #include <xingheader.h>
 
 #include <cerrno>
@@ -58,37 +47,6 @@ QString textOf(const TagLib::String &tag) {
 QString property(const TagLib::PropertyMap &properties, const char *key) {
     const auto found = properties.find(key);
     return found == properties.end() || found->second.isEmpty() ? QString() : textOf(found->second.toString(", "));
-}
-
-void takeKind(TagLib::File *file, AudioFile &audio) {
-    struct Kind {
-        QString name;
-        bool lossless;
-    };
-    const auto kind = [&]() -> Kind {
-        if (const auto *mp4 = dynamic_cast<TagLib::MP4::File *>(file)) {
-            const bool alac = mp4->audioProperties()->codec() == TagLib::MP4::Properties::ALAC;
-            return {alac ? u"ALAC"_s : u"AAC"_s, alac};
-        }
-        if (const auto *asf = dynamic_cast<TagLib::ASF::File *>(file)) {
-            return {u"WMA"_s, asf->audioProperties()->codec() == TagLib::ASF::Properties::WMA9Lossless};
-        }
-        return dynamic_cast<TagLib::FLAC::File *>(file)          ? Kind{u"FLAC"_s, true}
-               : dynamic_cast<TagLib::MPEG::File *>(file)        ? Kind{u"MP3"_s, false}
-               : dynamic_cast<TagLib::RIFF::WAV::File *>(file)   ? Kind{u"WAV"_s, true}
-               : dynamic_cast<TagLib::RIFF::AIFF::File *>(file)  ? Kind{u"AIFF"_s, true}
-               : dynamic_cast<TagLib::Ogg::Opus::File *>(file)   ? Kind{u"Opus"_s, false}
-               : dynamic_cast<TagLib::Ogg::FLAC::File *>(file)   ? Kind{u"Ogg FLAC"_s, true}
-               : dynamic_cast<TagLib::Ogg::Vorbis::File *>(file) ? Kind{u"Ogg"_s, false}
-               : dynamic_cast<TagLib::Ogg::Speex::File *>(file)  ? Kind{u"Speex"_s, false}
-               : dynamic_cast<TagLib::APE::File *>(file)         ? Kind{u"APE"_s, true}
-               : dynamic_cast<TagLib::WavPack::File *>(file)     ? Kind{u"WavPack"_s, true}
-               : dynamic_cast<TagLib::TrueAudio::File *>(file)   ? Kind{u"TTA"_s, true}
-               : dynamic_cast<TagLib::MPC::File *>(file)         ? Kind{u"Musepack"_s, false}
-                                                                 : Kind{};
-    }();
-    audio.format = kind.name;
-    audio.lossless = kind.lossless;
 }
 
 /// MP3 streams that say how long they are may be shorter; the other formats' readers notice by themselves.
@@ -158,7 +116,9 @@ AudioFile readAudio(const QString &path) {
     audio.path = path;
     audio.size = stamp->size;
     audio.modifiedMs = stamp->modifiedMs;
-    takeKind(file, audio);
+    const AudioKind kind = kindOf(*file);
+    audio.format = kind.format;
+    audio.lossless = kind.lossless;
     audio.bitrateKbps = properties->bitrate();
     audio.durationSec = properties->lengthInMilliseconds() / 1'000.0;
     if (audio.format.isEmpty() || audio.durationSec <= 0) {
