@@ -36,20 +36,24 @@ void PlaylistCatalogue::lookAhead() {
     nextScan();
 }
 
-std::shared_ptr<const PlaylistSnapshot> PlaylistCatalogue::refresh(std::chrono::milliseconds patience) {
-    std::shared_future<Snapshot> result;
+std::shared_ptr<const PlaylistSnapshot> PlaylistCatalogue::refresh(std::chrono::milliseconds patience,
+                                                                   std::stop_token stop) {
+    const auto until = std::chrono::steady_clock::now() + patience;
+    bool isFirstToTell = false;
     {
-        const std::lock_guard lock(_mutex);
+        std::unique_lock lock(_mutex);
         // One that began by itself may already have passed what the asker has just put there.
         const bool isShared = _underWay && _underWay->isAskedFor && _changed.isEmpty();
         const std::shared_ptr<Scan> scan = isShared ? _underWay : nextScan();
         scan->isAskedFor = true;
-        result = scan->result;
+        if (_done.wait_until(lock, stop, until, [&] { return scan->result != nullptr; })) {
+            return scan->result;
+        }
+        isFirstToTell = !stop.stop_requested() && !std::exchange(scan->isToldLate, true);
     }
-    if (result.wait_for(patience) == std::future_status::ready) {
-        return result.get();
+    if (isFirstToTell) {
+        _warn(u"Looking through the playlists takes long; those found so far are shown until it is done."_s);
     }
-    _warn(u"Looking through the playlists takes long; those found so far are shown until it is done."_s);
     return knownSoFar();
 }
 
@@ -111,8 +115,9 @@ void PlaylistCatalogue::carryOut() {
         }
         _growing.reset();
         _underWay.reset();
+        scan->result = std::move(result);
     }
-    scan->promise.set_value(std::move(result));
+    _done.notify_all();
 }
 
 void PlaylistCatalogue::lookThrough(PlaylistSnapshot &snapshot) {

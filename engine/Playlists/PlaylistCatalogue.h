@@ -6,8 +6,9 @@
 #include "Threads/WorkQueue.h"
 
 #include <chrono>
+#include <condition_variable>
 #include <functional>
-#include <future>
+#include <memory>
 #include <mutex>
 #include <stop_token>
 
@@ -34,8 +35,8 @@ public:
     ~PlaylistCatalogue();
 
     /// Scans, for as long as `patience`; then returns what is known, which is never null but says that it isn't
-    /// complete, and warns.
-    std::shared_ptr<const PlaylistSnapshot> refresh(std::chrono::milliseconds patience);
+    /// complete, and warns, once a scan. The same without a warning when it is asked to stop.
+    std::shared_ptr<const PlaylistSnapshot> refresh(std::chrono::milliseconds patience, std::stop_token stop = {});
 
     /// What the last scan found; scans if there was none.
     std::shared_ptr<const PlaylistSnapshot> known(std::chrono::milliseconds patience);
@@ -47,8 +48,8 @@ private:
     using Snapshot = std::shared_ptr<const PlaylistSnapshot>;
     struct Scan {
         bool isAskedFor = false;
-        std::promise<Snapshot> promise;
-        std::shared_future<Snapshot> result = promise.get_future().share();
+        bool isToldLate = false;
+        Snapshot result; // once it is done
     };
 
     std::shared_ptr<Scan> nextScan(); // with the lock held
@@ -63,7 +64,8 @@ private:
     std::stop_source _stop;
     PlaylistFiles _files; // the scan's thread alone
 
-    std::mutex _mutex; // guards all down to _changed
+    std::mutex _mutex; // guards all down to _changed, and each scan
+    std::condition_variable_any _done;
     Snapshot _known;
     std::shared_ptr<PlaylistSnapshot> _growing; // of the scan under way, which changes it under the lock
     std::shared_ptr<Scan> _underWay;

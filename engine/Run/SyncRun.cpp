@@ -43,11 +43,11 @@ void SyncRun::cancel(bool tellDone) {
 }
 
 void SyncRun::execute(const std::function<void()> &rowsDone, const std::function<void()> &over) {
-    QStringList missing;
-    const std::vector<Playlist> playlists = selectedPlaylists(missing);
+    QStringList problems;
+    const std::vector<Playlist> playlists = selectedPlaylists(problems);
     _events.syncStarted(static_cast<qint64>(playlists.size()));
-    for (const QString &name : missing) {
-        _events.error(u"playlists"_s, u"The playlist %1 isn't there any more. Reload the playlists."_s.arg(name));
+    for (const QString &problem : problems) {
+        _events.error(u"playlists"_s, problem);
     }
     try {
         if (!_stop.stop_requested()) {
@@ -75,14 +75,17 @@ void SyncRun::execute(const std::function<void()> &rowsDone, const std::function
     }
 }
 
-std::vector<Playlist> SyncRun::selectedPlaylists(QStringList &missing) {
-    const auto snapshot = _services.playlists.refresh(scanPatience);
+std::vector<Playlist> SyncRun::selectedPlaylists(QStringList &problems) {
+    const auto snapshot = _services.playlists.refresh(scanPatience, _stop.get_token());
     std::vector<Playlist> playlists;
     QSet<QString> seen;
     for (const PlaylistSelection &selected : _request.selection) {
         const Playlist *playlist = snapshot->find(selected.id);
         if (!playlist) {
-            missing += selected.name.value_or(selected.id);
+            const QString problem = snapshot->isComplete
+                                        ? u"The playlist %1 isn't there any more. Reload the playlists."_s
+                                        : u"The playlist %1 hasn't been read yet. Sync again in a minute."_s;
+            problems += problem.arg(selected.name.value_or(selected.id));
         } else if (!playlist->isFolder && !seen.contains(playlist->id)) {
             seen.insert(playlist->id);
             playlists.push_back(*playlist);

@@ -15,7 +15,7 @@ namespace zelk::engine {
 namespace {
 
 /// What a request for playlists waits for their scan, safely below the time after which its reply comes too late.
-constexpr std::chrono::seconds scanPatience{10};
+constexpr std::chrono::milliseconds scanPatience{10'000};
 
 constexpr qint64 mostTracksAtOnce = 64;
 
@@ -143,8 +143,9 @@ void Engine::connectSpotify() {
     orRefuse([&] { _config.setConnected(PlaylistSourceId::spotify, true); });
 }
 
-std::vector<PlaylistDTO> Engine::listPlaylists(std::optional<PlaylistSourceId> source) {
-    const auto snapshot = _playlists.refresh(scanPatience);
+std::vector<PlaylistDTO> Engine::listPlaylists(std::optional<PlaylistSourceId> source,
+                                               std::chrono::milliseconds waited) {
+    const auto snapshot = _playlists.refresh(std::max(scanPatience - waited, std::chrono::milliseconds::zero()));
     const EngineConfig config = _config.current();
     std::vector<PlaylistDTO> playlists;
     for (const Playlist &playlist : snapshot->playlists) {

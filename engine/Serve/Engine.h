@@ -7,6 +7,7 @@
 #include "Store/EnginePaths.h"
 #include "Store/SecretStore.h"
 
+#include <chrono>
 #include <functional>
 #include <memory>
 
@@ -28,7 +29,9 @@ public:
     void connectSpotify(); ///< Waits.
 
     // Playlists; all wait
-    std::vector<PlaylistDTO> listPlaylists(std::optional<PlaylistSourceId> source);
+    /// For a request that has already waited for so long to be taken up.
+    std::vector<PlaylistDTO> listPlaylists(std::optional<PlaylistSourceId> source,
+                                           std::chrono::milliseconds waited = {});
     std::vector<PreviewTrackDTO> playlistTracks(PlaylistSourceId source, const QString &id);
     QStringList listOrphans(const std::vector<PlaylistSelection> &selection);
     void trashOrphans(const QStringList &paths);

@@ -113,7 +113,12 @@ void Server::dispatch(const RequestEnvelope &envelope) {
         },
         [&](const Request::ConnectSpotify &) { answerLater(id, [this] { _engine.connectSpotify(); }); },
         [&](const Request::ListPlaylists &request) {
-            answerLater(id, [this, source = request.source] { return PlaylistsResult{_engine.listPlaylists(source)}; });
+            const auto asked = std::chrono::steady_clock::now();
+            answerLater(id, [this, source = request.source, asked] {
+                const auto waited = std::chrono::steady_clock::now() - asked;
+                return PlaylistsResult{
+                    _engine.listPlaylists(source, std::chrono::duration_cast<std::chrono::milliseconds>(waited))};
+            });
         },
         [&](const Request::GetPlaylistTracks &request) {
             answerLater(id, [this, request] {

@@ -433,6 +433,34 @@ private Q_SLOTS:
         QVERIFY(bench.refresh()->isComplete);
     }
 
+    void aScanThatTakesLongIsSaidToOnce() {
+        const EngineHome home;
+        Bench bench(home);
+        bench.held = true;
+        for (int i = 0; i < 3; ++i) {
+            bench->refresh(std::chrono::milliseconds(20));
+        }
+        QCOMPARE(bench.warnings().size(), 1);
+        bench.held = false;
+        bench.gate.release(10);
+    }
+
+    void whoIsAskedToStopWaitsNoLonger() {
+        const EngineHome home;
+        Bench bench(home);
+        bench.held = true;
+        std::stop_source stop;
+        std::shared_ptr<const PlaylistSnapshot> answer;
+        std::thread asker([&] { answer = bench->refresh(std::chrono::hours(1), stop.get_token()); });
+        bench.begun.acquire();
+        stop.request_stop();
+        asker.join();
+        QVERIFY(answer && !answer->isComplete);
+        QCOMPARE(bench.warnings(), QStringList());
+        bench.held = false;
+        bench.gate.release(10);
+    }
+
     void whoHasWaitedForTheFirstScanGetsNothingRatherThanNoAnswer() {
         const EngineHome home;
         home.addList(u"One.csv"_s, {u"a|b|1"_s});
