@@ -74,7 +74,9 @@ void makeFolder(const QString &path) {
     }
 }
 
-void writePrivateFile(const QString &path, const QByteArray &bytes, FileOps &ops) {
+void writePrivateFile(const QString &named, const QByteArray &bytes, FileOps &ops) {
+    const QString target = QFileInfo(named).canonicalFilePath(); // empty if there is nothing yet
+    const QString path = target.isEmpty() ? named : target;
     const QString folder = QFileInfo(path).absolutePath();
     makeFolder(folder);
     const QString fresh = path + QStringLiteral(".new-%1").arg(::getpid());

@@ -16,7 +16,8 @@ std::optional<QByteArray> readWholeFile(const QString &path);
 void makeFolder(const QString &path);
 
 /// Writes a file that only its owner may read (mode 0600), creating its folder: into a new file beside it, flushed,
-/// then renamed, so that whatever goes wrong the old content or the new one is there. Throws FileProblem.
+/// then renamed, so that whatever goes wrong the old content or the new one is there. A link stays one, and what it
+/// leads to is replaced. Throws FileProblem.
 void writePrivateFile(const QString &path, const QByteArray &bytes, FileOps &ops = FileOps::system());
 
 /// Moves a file that can't be used out of the way, under a name of its own beside it, and returns that name. Nothing is

@@ -60,36 +60,43 @@ EngineConfig configOf(const ConfigDocument &document, const EnginePaths &paths) 
 
 } // namespace
 
-ConfigStore::ConfigStore(EnginePaths paths, const Warn &warn)
-    : _paths(std::move(paths)), _config(configOf({}, _paths)) {
-    load(warn);
+ConfigStore::ConfigStore(EnginePaths paths, Warn warn)
+    : _paths(std::move(paths)), _warn(std::move(warn)), _config(configOf({}, _paths)) {
+    catchUp();
 }
 
-void ConfigStore::load(const Warn &warn) {
+void ConfigStore::catchUp() {
     try {
         const auto bytes = readWholeFile(_paths.configFile);
-        if (!bytes) {
-            return;
+        _readable = true;
+        if (bytes && bytes != _seen) {
+            take(*bytes);
         }
-        try {
-            const JSONValue value = JSONValue::parse(*bytes);
-            const auto document = readJSON<ConfigDocument>(value);
-            ConfigPatch stored;
-            stored.run = document.run;
-            stored.outputDir = document.outputDir;
-            if (const auto objection = objectionTo(stored)) {
-                throw JSONError({}, *objection);
-            }
-            _document = *value.asObject();
-            _config = configOf(document, _paths);
-        } catch (const JSONError &error) {
-            const QString aside = setAside(_paths.configFile);
-            warn(u"The settings in %1 can't be understood (%2). They are kept as %3, and the defaults are used."_s.arg(
-                _paths.configFile, error.description(), aside));
-        }
+        _seen = bytes;
     } catch (const FileProblem &problem) {
-        _readable = false;
-        warn(u"The settings can't be read, and the defaults are used. %1"_s.arg(problem.description()));
+        if (std::exchange(_readable, false)) {
+            _warn(u"The settings can't be read, and those from before are used. %1"_s.arg(problem.description()));
+        }
+    }
+}
+
+void ConfigStore::take(const QByteArray &bytes) {
+    try {
+        const JSONValue value = JSONValue::parse(bytes);
+        const auto document = readJSON<ConfigDocument>(value);
+        ConfigPatch stored;
+        stored.run = document.run;
+        stored.outputDir = document.outputDir;
+        if (const auto objection = objectionTo(stored)) {
+            throw JSONError({}, *objection);
+        }
+        _document = *value.asObject();
+        _config = configOf(document, _paths);
+    } catch (const JSONError &error) {
+        const QString aside = setAside(_paths.configFile);
+        _warn(
+            u"The settings in %1 can't be understood (%2). They are kept as %3, and those from before are used."_s.arg(
+                _paths.configFile, error.description(), aside));
     }
 }
 
@@ -100,6 +107,7 @@ EngineConfig ConfigStore::current() const {
 
 void ConfigStore::apply(const ConfigPatch &patch) {
     const std::lock_guard lock(_mutex);
+    catchUp();
     EngineConfig changed = _config;
     changed.sources = patch.sources.value_or(changed.sources);
     changed.quality = patch.quality.value_or(changed.quality);
@@ -110,8 +118,9 @@ void ConfigStore::apply(const ConfigPatch &patch) {
     write(std::move(changed));
 }
 
-void ConfigStore::setConnected(PlaylistSourceId source, bool connected) {
+void ConfigStore::setConnected(PlaylistSourceId source, std::optional<bool> connected) {
     const std::lock_guard lock(_mutex);
+    catchUp();
     EngineConfig changed = _config;
     (source == PlaylistSourceId::spotify ? changed.spotifyConnected : changed.appleMusicConnected) = connected;
     if (changed != _config) {
@@ -121,6 +130,7 @@ void ConfigStore::setConnected(PlaylistSourceId source, bool connected) {
 
 void ConfigStore::connectAtFirst(PlaylistSourceId source) {
     const std::lock_guard lock(_mutex);
+    catchUp();
     EngineConfig changed = _config;
     auto &connected = source == PlaylistSourceId::spotify ? changed.spotifyConnected : changed.appleMusicConnected;
     if (!connected) {
@@ -149,7 +159,9 @@ void ConfigStore::write(EngineConfig changed) {
         merged.insert(it.key(), it.value());
     }
     const QByteArray compact = JSONValue::object(merged).json();
-    writePrivateFile(_paths.configFile, QJsonDocument::fromJson(compact).toJson(QJsonDocument::Indented));
+    const QByteArray bytes = QJsonDocument::fromJson(compact).toJson(QJsonDocument::Indented);
+    writePrivateFile(_paths.configFile, bytes);
+    _seen = bytes;
     _document = std::move(merged);
     _config = std::move(changed);
 }

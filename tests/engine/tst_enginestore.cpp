@@ -96,6 +96,49 @@ private Q_SLOTS:
         QCOMPARE(ConfigStore(paths, _warn).current().appleMusicConnected, true);
     }
 
+    void whatIsWrittenIntoTheFileMeanwhileIsKept() {
+        const EngineHome home;
+        const EnginePaths paths = pathsIn(home);
+        ConfigStore store(paths, _warn);
+        store.setConnected(PlaylistSourceId::apple, true);
+        home.write(paths.configFile, R"({"playlistDirs":["~/lists"],"sources":["youtube"],"mine":1})");
+        ConfigPatch patch;
+        patch.outputDir = u"/out"_s;
+        store.apply(patch);
+        QCOMPARE(store.current().playlistDirs, QStringList{home.path(u"lists"_s)});
+        QCOMPARE(store.current().sources, std::vector<SourceId>{SourceId::youtube});
+        QCOMPARE(store.current().outputDir, u"/out"_s);
+        QCOMPARE(ConfigStore(paths, _warn).current(), store.current());
+        QVERIFY(home.read(paths.configFile).contains("\"mine\""));
+        QCOMPARE(_warnings, QStringList());
+    }
+
+    void aFileThatIsBrokenMeanwhileIsSetAsideAndTheSettingsHold() {
+        const EngineHome home;
+        const EnginePaths paths = pathsIn(home);
+        ConfigStore store(paths, _warn);
+        ConfigPatch patch;
+        patch.outputDir = u"/out"_s;
+        store.apply(patch);
+        home.write(paths.configFile, "{ half of");
+        store.setConnected(PlaylistSourceId::apple, true);
+        QCOMPARE(home.read(paths.configFile + u".broken-1"_s), QByteArray("{ half of"));
+        QCOMPARE(_warnings.size(), 1);
+        QCOMPARE(ConfigStore(paths, _warn).current().outputDir, u"/out"_s);
+    }
+
+    void aLinkToTheSettingsStaysOne() {
+        const EngineHome home;
+        const EnginePaths paths = pathsIn(home);
+        home.write(home.path(u"dotfiles/engine.json"_s), "{}");
+        QVERIFY(QDir().mkpath(home.path(u"conf"_s)));
+        QVERIFY(QFile::link(home.path(u"dotfiles/engine.json"_s), paths.configFile));
+        ConfigStore store(paths, _warn);
+        store.setConnected(PlaylistSourceId::apple, true);
+        QVERIFY(QFileInfo(paths.configFile).isSymbolicLink());
+        QVERIFY(home.read(home.path(u"dotfiles/engine.json"_s)).contains("appleMusicConnected"));
+    }
+
     void aSettingsFileThatCannotBeReadIsNeverReplaced() {
         const EngineHome home;
         const EnginePaths paths = pathsIn(home);
