@@ -109,23 +109,31 @@ void Engine::storeAccountToken(AccountService service, const QString &token, con
     if (token.trimmed().isEmpty()) {
         throw MethodError(EngineErrorCode::invalidParams, u"token: must not be empty"_s);
     }
-    orRefuse([&] {
-        _secrets.store(service, token, clientId);
-        if (service == AccountService::spotify) {
-            _config.setConnected(PlaylistSourceId::spotify, true);
-        } else if (service == AccountService::applemusic) {
-            _config.setConnected(PlaylistSourceId::apple, true);
-        }
-    });
+    changeAccount(service, true, [&] { _secrets.store(service, token, clientId); });
 }
 
 void Engine::disconnectAccount(AccountService service) {
+    changeAccount(service, false, [&] { _secrets.forget(service); });
+}
+
+void Engine::changeAccount(AccountService service, bool connected, const std::function<void()> &changeSecrets) {
     orRefuse([&] {
-        _secrets.forget(service);
-        if (service == AccountService::spotify) {
-            _config.setConnected(PlaylistSourceId::spotify, false);
-        } else if (service == AccountService::applemusic) {
-            _config.setConnected(PlaylistSourceId::apple, false);
+        const auto source = service == AccountService::spotify      ? std::optional(PlaylistSourceId::spotify)
+                            : service == AccountService::applemusic ? std::optional(PlaylistSourceId::apple)
+                                                                    : std::nullopt;
+        if (!source) {
+            changeSecrets();
+            return;
+        }
+        const EngineConfig before = _config.current();
+        const std::optional<bool> was =
+            *source == PlaylistSourceId::spotify ? before.spotifyConnected : before.appleMusicConnected;
+        _config.setConnected(*source, connected);
+        try {
+            changeSecrets();
+        } catch (...) { // "nothing was changed" must be true
+            _config.setConnected(*source, was);
+            throw;
         }
     });
 }

@@ -52,6 +52,8 @@ public:
 
 private:
     void warn(const QString &message);
+    /// Sets the stored flag of the account's playlists, if it has any, and its secrets: both or none.
+    void changeAccount(AccountService service, bool connected, const std::function<void()> &changeSecrets);
     void noteSources(const PlaylistSnapshot &snapshot);
     DoctorSubject doctorSubject();
     QString outputDir() const { return _paths.expanded(_config.current().outputDir); }

@@ -1,5 +1,6 @@
 #include "engine/EngineHome.h"
 
+#include <QDir>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QTest>
@@ -234,6 +235,21 @@ private Q_SLOTS:
         QCOMPARE(tools[0].toObject().value("status"_L1).toString(), u"ok"_s);
         QVERIFY(tools[1].toObject().value("detail"_L1).toString().contains("\"ffmpeg\""_L1));
         QCOMPARE(dataOf(engine.until(u"toolProgress"_s)).value("tool"_L1).toString(), u"yt-dlp"_s);
+    }
+
+    void anAccountWhoseTokenCannotBeKeptStaysAsItWas() {
+        const EngineHome home;
+        QVERIFY(QDir().mkpath(home.path(u".config/zelk/secrets.json"_s))); // a folder of that name
+        EngineChild engine(home);
+        const auto connected = [&] {
+            const QJsonObject config =
+                engine.call(u"getConfig"_s).value("result"_L1).toObject().value("config"_L1).toObject();
+            return config.value("spotifyConnected"_L1).toBool();
+        };
+        const QJsonObject refused =
+            engine.call(u"storeAccountToken"_s, QJsonObject{{u"service"_s, u"spotify"_s}, {u"token"_s, u"hush"_s}});
+        QVERIFY(messageOf(refused).contains("Nothing was changed"_L1));
+        QVERIFY(!connected());
     }
 
     void aLastLineWithoutALineFeedIsAnsweredBeforeTheEnd() {
