@@ -5,6 +5,7 @@
 #include "Output/Convert.h"
 #include "Run/Orphans.h"
 #include "Run/WriteFailure.h"
+#include "Store/RowMemory.h"
 #include "Transport/HelperProtocolEnvelope.h"
 
 #include <QDateTime>
@@ -108,6 +109,9 @@ void SyncRun::prepareOutput() {
 }
 
 void SyncRun::loadMemory(const std::vector<Playlist> &playlists) {
+    if (!_request.dryRun()) {
+        RowMemory::enter(_services.database, playlists);
+    }
     QStringList own;
     for (const WrittenFile &file : _services.database.writtenFiles()) {
         if (folderOf(file.path) == _output.path()) {

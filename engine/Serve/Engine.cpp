@@ -45,13 +45,20 @@ bool hasExports(const PlaylistSnapshot &snapshot, PlaylistSourceId source) {
 Engine::Engine(EnginePaths paths, EventSink &events)
     : _paths(std::move(paths)), _events(events), _config(_paths, [this](const QString &message) { warn(message); }),
       _secrets(_paths.secretsFile, [this](const QString &message) { warn(message); }),
-      _database(_paths.databaseFile, [this](const QString &message) { warn(message); }),
+      _database(_paths.databaseFile, [this](const QString &message) { warn(message); }), _rows(_database),
       _playlists(
           [this] {
               return PlaylistPlaces{_config.current().playlistDirs, {_paths.libraryFile()}};
           },
           [this](const QString &message) { warn(message); },
-          [this](const PlaylistSnapshot &snapshot) { noteSources(snapshot); }),
+          [this](const PlaylistSnapshot &snapshot) {
+              noteSources(snapshot);
+              try {
+                  _rows.follow(snapshot);
+              } catch (const DatabaseError &error) {
+                  warn(u"The engine's memory can't be written: %1"_s.arg(QString::fromUtf8(error.what())));
+              }
+          }),
       _library(_database, [this](const QString &message) { warn(message); }),
       _runs(std::make_unique<RunController>(RunServices{_database, _playlists, _library, _events}, [this] {
           return ReviewDesk::Settings{outputDir(), _config.current().run.toleranceSec};

@@ -66,6 +66,12 @@ public:
     void recordReview(const PendingReview &review);
     void forgetReviewsOf(const QString &rowKey);
 
+    // Rows by what their lists say of them, whatever the program makes of that
+    /// Keeps which key each row has: spelling to row key.
+    void recordSpellings(const QHash<QString, QString> &rowKeys);
+    /// Makes what is remembered under a key that a row once had known under the one that it has now.
+    void followRows(const QHash<QString, QString> &rowKeys);
+
     // What was read of the collection
     QHash<QString, AudioFile> audioFiles();
     void recordAudioFiles(const std::vector<AudioFile> &read, const QStringList &gone);
@@ -73,7 +79,10 @@ public:
 private:
     template<class Function>
     auto transaction(Function function);
+    QSqlQuery prepared(const QString &statement);
     QSqlQuery query(const QString &statement, const QVariantList &values = {});
+    void follow(const QString &before, const QString &now);
+    void enter(const PendingReview &review);
     void open(const QString &path, const Warn &warn);
     void prepare(const QString &path);
 
