@@ -44,11 +44,11 @@ void SyncRun::cancel(bool tellDone) {
 }
 
 void SyncRun::execute(const std::function<void()> &rowsDone, const std::function<void()> &over) {
-    QStringList missing;
-    const std::vector<Playlist> playlists = selectedPlaylists(missing);
+    QStringList refusals;
+    const std::vector<Playlist> playlists = selectedPlaylists(refusals);
     _events.syncStarted(static_cast<qint64>(playlists.size()));
-    for (const QString &name : missing) {
-        _events.error(u"playlists"_s, u"The playlist %1 isn't there any more. Reload the playlists."_s.arg(name));
+    for (const QString &refusal : refusals) {
+        _events.error(u"playlists"_s, refusal);
     }
     try {
         if (!_stop.stop_requested()) {
@@ -76,14 +76,19 @@ void SyncRun::execute(const std::function<void()> &rowsDone, const std::function
     }
 }
 
-std::vector<Playlist> SyncRun::selectedPlaylists(QStringList &missing) {
+std::vector<Playlist> SyncRun::selectedPlaylists(QStringList &refusals) {
     const auto snapshot = _services.playlists.refresh(scanPatience);
     std::vector<Playlist> playlists;
     QSet<QString> seen;
     for (const PlaylistSelection &selected : _request.selection) {
         const Playlist *playlist = snapshot->find(selected.id);
         if (!playlist) {
-            missing += selected.name.value_or(selected.id);
+            refusals += u"The playlist %1 isn't there any more. Reload the playlists."_s.arg(
+                selected.name.value_or(selected.id));
+        } else if (_request.config.hides(playlist->source)) {
+            refusals +=
+                u"The playlist %1 belongs to an account that is disconnected. Connect it in Settings first."_s.arg(
+                    selected.name.value_or(playlist->name));
         } else if (!playlist->isFolder && !seen.contains(playlist->id)) {
             seen.insert(playlist->id);
             playlists.push_back(*playlist);

@@ -43,7 +43,7 @@ private:
     using RecordingPtr = std::shared_ptr<Recording>;
 
     // Preparation
-    std::vector<Playlist> selectedPlaylists(QStringList &missing);
+    std::vector<Playlist> selectedPlaylists(QStringList &refusals);
     void prepareOutput();
     void loadMemory(const std::vector<Playlist> &playlists);
     const SourceFinder *finder();

@@ -30,11 +30,6 @@ void orRefuse(Function function) {
     }
 }
 
-bool isHidden(const EngineConfig &config, PlaylistSourceId source) {
-    const auto &connected = source == PlaylistSourceId::spotify ? config.spotifyConnected : config.appleMusicConnected;
-    return !connected.value_or(true);
-}
-
 bool hasExports(const PlaylistSnapshot &snapshot, PlaylistSourceId source) {
     return std::any_of(snapshot.playlists.begin(), snapshot.playlists.end(),
                        [source](const Playlist &playlist) { return playlist.source == source && !playlist.isFolder; });
@@ -155,7 +150,7 @@ std::vector<PlaylistDTO> Engine::listPlaylists(std::optional<PlaylistSourceId> s
     const EngineConfig config = _config.current();
     std::vector<PlaylistDTO> playlists;
     for (const Playlist &playlist : snapshot->playlists) {
-        if ((source && playlist.source != *source) || isHidden(config, playlist.source)) {
+        if ((source && playlist.source != *source) || config.hides(playlist.source)) {
             continue;
         }
         PlaylistDTO dto;
@@ -178,7 +173,7 @@ std::vector<PlaylistDTO> Engine::listPlaylists(std::optional<PlaylistSourceId> s
 std::vector<PreviewTrackDTO> Engine::playlistTracks(PlaylistSourceId source, const QString &id) {
     const auto snapshot = _playlists.known(scanPatience);
     const Playlist *playlist = snapshot->find(id);
-    if (!playlist || playlist->source != source || isHidden(_config.current(), source)) {
+    if (!playlist || playlist->source != source || _config.current().hides(source)) {
         throw MethodError(EngineErrorCode::invalidParams,
                           u"id: there is no such playlist any more. Reload the playlists."_s);
     }
