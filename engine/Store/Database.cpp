@@ -356,20 +356,7 @@ void Database::forgetReviewsOf(const QString &rowKey) {
     transaction([&] { query(u"DELETE FROM reviews WHERE row_key = ?"_s, {rowKey}); });
 }
 
-void Database::recordSpellings(const QHash<QString, QString> &rowKeys) {
-    transaction([&] {
-        QSqlQuery entry = prepared(u"INSERT OR REPLACE INTO spellings (spelling, row_key) VALUES (?, ?)"_s);
-        for (auto row = rowKeys.cbegin(); row != rowKeys.cend(); ++row) {
-            entry.bindValue(0, row.key());
-            entry.bindValue(1, row.value());
-            if (!entry.exec()) {
-                throw errorOf(entry.lastError());
-            }
-        }
-    });
-}
-
-void Database::followRows(const QHash<QString, QString> &rowKeys) {
+void Database::followRows(const QHash<QString, QString> &rowKeys, Remember which) {
     transaction([&] {
         QHash<QString, QString> before; // of these rows
         for (QSqlQuery row = query(u"SELECT spelling, row_key FROM spellings"_s); row.next();) {
@@ -377,18 +364,27 @@ void Database::followRows(const QHash<QString, QString> &rowKeys) {
                 before.insert(spelling, row.value(1).toString());
             }
         }
-        QSet<QString> remembered;
-        for (QSqlQuery row = query(u"SELECT row_key FROM wants UNION SELECT row_key FROM decisions"_s); row.next();) {
-            remembered.insert(row.value(0).toString());
+        QSet<QString> met;
+        if (which == Remember::WhatIsMet) {
+            for (QSqlQuery row = query(u"SELECT row_key FROM wants UNION SELECT row_key FROM decisions"_s);
+                 row.next();) {
+                met.insert(row.value(0).toString());
+            }
         }
+        QSqlQuery entry = prepared(u"INSERT OR REPLACE INTO spellings (spelling, row_key) VALUES (?, ?)"_s);
         for (auto row = rowKeys.cbegin(); row != rowKeys.cend(); ++row) {
             const QString key = before.value(row.key());
-            if (!key.isEmpty() && key != *row) {
-                follow(key, *row);
-            } else if (!key.isEmpty() || !remembered.contains(*row)) {
+            if (key.isEmpty() ? which == Remember::WhatIsMet && !met.contains(*row) : key == *row) {
                 continue;
             }
-            query(u"INSERT OR REPLACE INTO spellings (spelling, row_key) VALUES (?, ?)"_s, {row.key(), *row});
+            if (!key.isEmpty()) {
+                follow(key, *row);
+            }
+            entry.bindValue(0, row.key());
+            entry.bindValue(1, *row);
+            if (!entry.exec()) {
+                throw errorOf(entry.lastError());
+            }
         }
     });
 }

@@ -67,10 +67,10 @@ public:
     void forgetReviewsOf(const QString &rowKey);
 
     // Rows by what their lists say of them, whatever the program makes of that
-    /// Keeps which key each row has: spelling to row key.
-    void recordSpellings(const QHash<QString, QString> &rowKeys);
-    /// Makes what is remembered under a key that a row once had known under the one that it has now.
-    void followRows(const QHash<QString, QString> &rowKeys);
+    enum class Remember { All, WhatIsMet };
+    /// Makes what is remembered under a key that a row once had known under the one that it has now, and keeps which
+    /// key each row has, or each of which anything is remembered. `rowKeys` is by spelling.
+    void followRows(const QHash<QString, QString> &rowKeys, Remember which);
 
     // What was read of the collection
     QHash<QString, AudioFile> audioFiles();

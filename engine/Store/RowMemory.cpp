@@ -26,7 +26,7 @@ void RowMemory::follow(const PlaylistSnapshot &snapshot) {
         }
     }
     if (!rowKeys.isEmpty()) {
-        _database.followRows(rowKeys);
+        _database.followRows(rowKeys, Database::Remember::WhatIsMet);
     }
     _seen = std::move(seen);
 }
@@ -36,8 +36,7 @@ void RowMemory::enter(Database &database, const std::vector<Playlist> &playlists
     for (const Playlist &playlist : playlists) {
         addRows(*playlist.tracks, rowKeys);
     }
-    database.followRows(rowKeys);
-    database.recordSpellings(rowKeys);
+    database.followRows(rowKeys, Database::Remember::All);
 }
 
 } // namespace zelk::engine

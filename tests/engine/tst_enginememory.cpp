@@ -149,8 +149,8 @@ private Q_SLOTS:
         Database database(home.path(u"e.db"_s), [](const QString &) {});
         database.recordDecision(u"old"_s, {StoredDecision::Kind::Skip, {}});
         database.recordDecision(u"new"_s, {StoredDecision::Kind::Take, u"/c/x"_s});
-        database.recordSpellings({{u"s"_s, u"old"_s}});
-        database.followRows({{u"s"_s, u"new"_s}});
+        database.followRows({{u"s"_s, u"old"_s}}, Database::Remember::All);
+        database.followRows({{u"s"_s, u"new"_s}}, Database::Remember::WhatIsMet);
         QCOMPARE(database.decision(u"new"_s), (StoredDecision{StoredDecision::Kind::Take, u"/c/x"_s}));
     }
 
@@ -158,8 +158,8 @@ private Q_SLOTS:
         const EngineHome home;
         Database database(home.path(u"e.db"_s), [](const QString &) {});
         database.recordDecision(u"old"_s, {StoredDecision::Kind::Take, u"/c/x"_s});
-        database.recordSpellings({{u"s"_s, u"old"_s}, {u"t"_s, u"old"_s}});
-        database.followRows({{u"s"_s, u"new-s"_s}, {u"t"_s, u"new-t"_s}});
+        database.followRows({{u"s"_s, u"old"_s}, {u"t"_s, u"old"_s}}, Database::Remember::All);
+        database.followRows({{u"s"_s, u"new-s"_s}, {u"t"_s, u"new-t"_s}}, Database::Remember::WhatIsMet);
         QVERIFY(database.decision(u"new-s"_s));
         QVERIFY(database.decision(u"new-t"_s));
     }
