@@ -95,6 +95,10 @@ WrittenFile writeTrack(const WriteOrder &order, const OutputFolder &folder, cons
     written.bitrateKbps = read.bitrateKbps;
     written.lossless = read.lossless;
     written.origin = order.source.origin;
+    written.sourceKbps = order.source.bitrateKbps;
+    if (order.replaces != order.target) {
+        written.replaces = order.replaces;
+    }
     hooks.commit(written);
     try {
         putInPlace(partial.path(), order.target, order.replaces == order.target, ops);

@@ -16,14 +16,6 @@ namespace zelk::engine {
 
 namespace {
 
-QString folderOf(const QString &path) {
-    return path.section(u'/', 0, -2);
-}
-QString stemOf(const QString &path) {
-    const QString name = path.section(u'/', -1);
-    return name.left(std::max<qsizetype>(name.lastIndexOf(u'.'), 0));
-}
-
 /// The local file that a pasted address means; empty if it means none.
 QString localPathOf(const QString &address) {
     QString text = address.trimmed();

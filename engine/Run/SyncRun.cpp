@@ -19,14 +19,6 @@ namespace {
 /// A scan of playlists may take its time inside a run; beyond this, what is known has to do.
 constexpr std::chrono::seconds scanPatience{60};
 
-QString folderOf(const QString &path) {
-    return path.section(u'/', 0, -2);
-}
-QString stemOf(const QString &path) {
-    const QString name = path.section(u'/', -1);
-    return name.left(std::max<qsizetype>(name.lastIndexOf(u'.'), 0));
-}
-
 } // namespace
 
 SyncRun::SyncRun(RunRequest request, RunServices services)
@@ -116,6 +108,7 @@ void SyncRun::prepareOutput() {
 void SyncRun::loadMemory(const std::vector<Playlist> &playlists) {
     if (!_request.dryRun()) {
         RowMemory::enter(_services.database, playlists);
+        finishReplacements();
     }
     QStringList own;
     for (const WrittenFile &file : _services.database.writtenFiles()) {
@@ -151,8 +144,9 @@ const SourceFinder *SyncRun::finder() {
             return nullptr;
         }
         const auto warn = [this](const QString &message) { _events.log(ServerEvent::LogLevel::warn, message); };
-        _finder = std::make_unique<SourceFinder>(index, _request.preferences(),
-                                                 static_cast<int>(_request.config.run.searchCount), warn);
+        const SourceFinder::Limits limits{static_cast<int>(_request.config.run.searchCount),
+                                          _request.config.run.searchTimeoutSec, _services.now};
+        _finder = std::make_unique<SourceFinder>(index, _request.preferences(), limits, warn);
     }
     return _finder.get();
 }
@@ -184,7 +178,7 @@ void SyncRun::playPlaylist(const Playlist &playlist, qint64 index) {
         std::unique_lock lock(_mutex);
         _changed.wait(lock, [this] { return _inHand == 0; });
     }
-    _services.database.recordWants(std::exchange(_wants, {}));
+    keepNotes();
     std::unique_lock lock(_mutex);
     const Finish status = _stop.stop_requested() ? Finish::skipped
                           : _anyFailed           ? Finish::failed
@@ -218,8 +212,20 @@ void SyncRun::takeRow(const RunRow &row) {
         joinRow(row, recording);
         return;
     }
-    std::optional<WrittenFile> earlier = earlierFile(key);
+    const std::optional<WrittenFile> earlier = earlierFile(key);
+    if (const RecordingPtr same = earlier ? _replacedNow.value(earlier->path) : nullptr) {
+        {
+            const std::lock_guard lock(_mutex);
+            _recordings[key] = same;
+        }
+        joinRow(row, same);
+        return;
+    }
     if (earlier && standsWhole(*earlier, _request.config.run.toleranceSec)) {
+        const auto better = betterCopyOf(row, *earlier);
+        if (better && upgrade(row, recording, *earlier, *better)) {
+            return;
+        }
         {
             const std::lock_guard lock(_mutex);
             recording->state = Recording::State::Written;
@@ -337,6 +343,7 @@ void SyncRun::searchRow(const RunRow &row, const RecordingPtr &recording, const 
         review(row, recording, found.candidates);
         return;
     case FoundSource::Kind::Missing:
+    case FoundSource::Kind::Late:
         if (!decision) {
             coolOff(key, found.detail);
         }
@@ -407,15 +414,13 @@ void SyncRun::write(const RunRow &row, const RecordingPtr &recording, const Audi
         settle(row, recording);
         return;
     }
-    WriteOrder order;
-    order.source = source;
     const QString stem = earlier                          ? stemOf(earlier->path)
                          : before != _bySource.constEnd() ? stemOf(before->path)
                                                           : stemOfRow(*row.track);
-    order.target = _output.path() + u'/' + stem + u'.' + targetFormOf(source).extension;
-    order.replaces = earlier ? earlier->path : before != _bySource.constEnd() ? before->path : QString();
-    order.tags = {row.track->title, row.track->artist, row.track->album};
-    order.toleranceSec = _request.config.run.toleranceSec;
+    const WriteOrder order = orderFor(row, source, stem,
+                                      earlier                          ? earlier->path
+                                      : before != _bySource.constEnd() ? before->path
+                                                                       : QString());
     if (_request.dryRun() || !_outputProblem.isEmpty()) {
         {
             const std::lock_guard lock(_mutex);
@@ -426,7 +431,22 @@ void SyncRun::write(const RunRow &row, const RecordingPtr &recording, const Audi
         settle(row, recording);
         return;
     }
-    _bySourceNow.insert(source.path, recording);
+    post(row, recording, order);
+}
+
+WriteOrder SyncRun::orderFor(const RunRow &row, const AudioFile &source, const QString &stem,
+                             const QString &replaces) const {
+    WriteOrder order;
+    order.source = source;
+    order.target = _output.path() + u'/' + stem + u'.' + targetFormOf(source).extension;
+    order.replaces = replaces;
+    order.tags = {row.track->title, row.track->artist, row.track->album};
+    order.toleranceSec = _request.config.run.toleranceSec;
+    return order;
+}
+
+void SyncRun::post(const RunRow &row, const RecordingPtr &recording, const WriteOrder &order) {
+    _bySourceNow.insert(order.source.path, recording);
     {
         const std::lock_guard lock(_mutex);
         ++_inHand;
@@ -437,6 +457,13 @@ void SyncRun::write(const RunRow &row, const RecordingPtr &recording, const Audi
 void SyncRun::addWant(const WrittenFile &file, const QString &rowKey, const QString &playlistId) {
     if (!_request.dryRun()) {
         _wants.push_back({file.id, rowKey, playlistId});
+    }
+}
+
+void SyncRun::keepNotes() {
+    _services.database.recordWants(std::exchange(_wants, {}));
+    if (!_looked.empty() && !_request.dryRun()) {
+        _services.database.recordLooks(std::exchange(_looked, {}), _finder->fingerprint());
     }
 }
 

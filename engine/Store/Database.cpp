@@ -42,11 +42,15 @@ WrittenFile writtenFileOf(const QSqlQuery &row) {
     file.bitrateKbps = row.value(7).toInt();
     file.lossless = row.value(8).toBool();
     file.origin = fromWireName<SourceId>(QStringView(row.value(9).toString()));
+    file.sourceKbps = row.value(10).toInt();
+    file.replaces = row.value(11).toString();
+    file.lookedWith = row.value(12).toString();
     return file;
 }
 
 constexpr auto fileColumns = "files.id, files.path, files.source_path, files.size, files.modified, files.duration,"
-                             " files.format, files.bitrate, files.lossless, files.origin"_L1;
+                             " files.format, files.bitrate, files.lossless, files.origin, files.source_bitrate,"
+                             " files.replaces, files.looked_with"_L1;
 
 /// SQLite's own codes: a plain error, which a foreign schema gives, a damaged file, and a file that is no database.
 constexpr int codeOfError = 1;
@@ -242,14 +246,17 @@ QMultiHash<QString, WrittenFile> Database::writtenFor(const QStringList &rowKeys
 
 qint64 Database::recordWritten(const WrittenFile &file, const QString &rowKey, const QString &playlistId) {
     return transaction([&] {
-        QSqlQuery stored = query(
-            u"INSERT INTO files (path, source_path, size, modified, duration, format, bitrate, lossless, origin)"
-            " VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?) ON CONFLICT (path) DO UPDATE SET source_path = excluded.source_path,"
-            " size = excluded.size, modified = excluded.modified, duration = excluded.duration,"
-            " format = excluded.format, bitrate = excluded.bitrate, lossless = excluded.lossless,"
-            " origin = excluded.origin RETURNING id"_s,
-            {file.path, text(file.sourcePath), file.size, file.modifiedMs, file.durationSec, text(file.format),
-             file.bitrateKbps, file.lossless, originValue(file.origin)});
+        QSqlQuery stored =
+            query(u"INSERT INTO files (path, source_path, size, modified, duration, format, bitrate, lossless, origin,"
+                  " source_bitrate, replaces, looked_with) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)"
+                  " ON CONFLICT (path) DO UPDATE SET source_path = excluded.source_path, size = excluded.size,"
+                  " modified = excluded.modified, duration = excluded.duration, format = excluded.format,"
+                  " bitrate = excluded.bitrate, lossless = excluded.lossless, origin = excluded.origin,"
+                  " source_bitrate = excluded.source_bitrate, replaces = excluded.replaces,"
+                  " looked_with = excluded.looked_with RETURNING id"_s,
+                  {file.path, text(file.sourcePath), file.size, file.modifiedMs, file.durationSec, text(file.format),
+                   file.bitrateKbps, file.lossless, originValue(file.origin), file.sourceKbps, text(file.replaces),
+                   text(file.lookedWith)});
         stored.next();
         const qint64 id = stored.value(0).toLongLong();
         stored.finish();
@@ -264,8 +271,62 @@ qint64 Database::recordWritten(const WrittenFile &file, const QString &rowKey, c
 void Database::recordWants(const std::vector<Want> &wants) {
     transaction([&] {
         for (const Want &want : wants) {
-            query(u"INSERT OR IGNORE INTO wants (file_id, row_key, playlist_id) VALUES (?, ?, ?)"_s,
-                  {want.fileId, want.rowKey, want.playlistId});
+            query(
+                u"INSERT OR IGNORE INTO wants (file_id, row_key, playlist_id) SELECT id, ?, ? FROM files WHERE id = ?"_s,
+                {want.rowKey, want.playlistId, want.fileId});
+        }
+    });
+}
+
+void Database::recordReplacing(const QString &path, const QString &replaces) {
+    transaction([&] { query(u"UPDATE files SET replaces = ? WHERE path = ?"_s, {text(replaces), path}); });
+}
+
+qint64 Database::finishReplacing(const QString &path, KeptId kept) {
+    return transaction([&]() -> qint64 {
+        QSqlQuery row =
+            query(u"SELECT new.id, old.id FROM files AS new LEFT JOIN files AS old ON old.path = new.replaces"
+                  " AND old.id <> new.id WHERE new.path = ?"_s,
+                  {path});
+        if (!row.next()) {
+            return 0;
+        }
+        const QVariant fresh = row.value(0);
+        const QVariant old = row.value(1);
+        row.finish();
+        query(u"UPDATE files SET replaces = '' WHERE id = ?"_s, {fresh});
+        if (old.isNull()) {
+            return fresh.toLongLong();
+        }
+        const auto [stays, goes] = kept == KeptId::Old ? std::pair(old, fresh) : std::pair(fresh, old);
+        query(u"INSERT OR IGNORE INTO wants (file_id, row_key, playlist_id)"
+              " SELECT ?, row_key, playlist_id FROM wants WHERE file_id = ?"_s,
+              {stays, goes});
+        if (kept == KeptId::Old) {
+            query(u"UPDATE files SET path = path || ' ' WHERE id = ?"_s, {fresh}); // a path is one row's
+            query(u"UPDATE files SET (path, source_path, size, modified, duration, format, bitrate, lossless, origin,"
+                  " source_bitrate, replaces, looked_with) = (SELECT ?, source_path, size, modified, duration, format,"
+                  " bitrate, lossless, origin, source_bitrate, '', looked_with FROM files WHERE id = ?) WHERE id = ?"_s,
+                  {path, fresh, old});
+        }
+        query(u"DELETE FROM files WHERE id = ?"_s, {goes});
+        return stays.toLongLong();
+    });
+}
+
+bool Database::isDecided(qint64 fileId) {
+    return transaction([&] {
+        return query(
+                   u"SELECT 1 FROM wants JOIN decisions ON decisions.row_key = wants.row_key WHERE file_id = ? LIMIT 1"_s,
+                   {fileId})
+            .next();
+    });
+}
+
+void Database::recordLooks(const std::vector<qint64> &fileIds, const QString &fingerprint) {
+    transaction([&] {
+        for (const qint64 id : fileIds) {
+            query(u"UPDATE files SET looked_with = ? WHERE id = ?"_s, {text(fingerprint), id});
         }
     });
 }

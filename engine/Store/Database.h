@@ -48,6 +48,16 @@ public:
     qint64 recordWritten(const WrittenFile &file, const QString &rowKey, const QString &playlistId);
     void recordWants(const std::vector<Want> &wants);
     void forgetFile(const QString &path);
+    /// Says that a file takes the place of another one, which goes next.
+    void recordReplacing(const QString &path, const QString &replaces);
+    enum class KeptId { Old, New };
+    /// Makes the file that has taken another's place, and the one that is gone, one entry wanted by the rows of both.
+    /// Returns its id.
+    qint64 finishReplacing(const QString &path, KeptId kept);
+    /// Whether the user has decided about any row that wants this file.
+    bool isDecided(qint64 fileId);
+    /// Keeps that nothing better than these files was found in the collection of that fingerprint.
+    void recordLooks(const std::vector<qint64> &fileIds, const QString &fingerprint);
 
     // Decisions and cool-offs
     std::optional<StoredDecision> decision(const QString &rowKey);

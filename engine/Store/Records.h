@@ -22,6 +22,9 @@ struct WrittenFile {
     int bitrateKbps = 0;
     bool lossless = false;
     std::optional<SourceId> origin;
+    int sourceKbps = 0; ///< Of what it was made from, which a conversion changes.
+    QString replaces;   ///< A file of ours that is to go once this one stands; empty if there is none.
+    QString lookedWith; ///< The fingerprint of the last search for a better copy that found none.
 
     bool operator==(const WrittenFile &) const = default;
 };

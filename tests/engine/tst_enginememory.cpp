@@ -1,11 +1,9 @@
 #include "Store/Database.h"
 #include "Store/Schema.h"
+#include "engine/DatabaseEdit.h"
 #include "engine/EngineHome.h"
 
 #include <QJsonArray>
-#include <QSqlDatabase>
-#include <QSqlError>
-#include <QSqlQuery>
 #include <QTest>
 
 using namespace Qt::Literals::StringLiterals;
@@ -14,28 +12,6 @@ using namespace zelk::engine;
 using namespace zelk::engine::testing;
 
 namespace {
-
-/// Changes a home's database behind the engine's back, and returns the last statement's first value.
-QVariant change(const EngineHome &home, const QStringList &statements) {
-    const QString connection = u"behind"_s;
-    QVariant value;
-    {
-        QSqlDatabase database = QSqlDatabase::addDatabase(u"QSQLITE"_s, connection);
-        database.setDatabaseName(home.path(u".local/share/zelk/engine.db"_s));
-        if (!database.open()) {
-            qFatal("a test's database can't be opened");
-        }
-        for (const QString &statement : statements) {
-            QSqlQuery query(database);
-            if (!query.exec(statement)) {
-                qFatal("%s: %s", qPrintable(statement), qPrintable(query.lastError().text()));
-            }
-            value = query.next() ? query.value(0) : QVariant();
-        }
-    }
-    QSqlDatabase::removeDatabase(connection);
-    return value;
-}
 
 /// As if titles had been read otherwise when all this was remembered.
 void ageKeys(const EngineHome &home) {
