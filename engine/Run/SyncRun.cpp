@@ -327,7 +327,8 @@ void SyncRun::searchRow(const RunRow &row, const RecordingPtr &recording, const 
         conclude(Recording::State::Skipped, {});
         return;
     }
-    const auto cooling = decision ? std::nullopt : _services.database.coolOff(key);
+    const bool rests = !decision && _request.config.run.cooloffHours > 0;
+    const auto cooling = rests ? _services.database.coolOff(key) : std::nullopt;
     if (cooling && cooling->untilMs > QDateTime::currentMSecsSinceEpoch() &&
         cooling->fingerprint == search->fingerprint()) {
         conclude(Recording::State::Failed, cooling->detail);
