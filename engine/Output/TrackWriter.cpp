@@ -87,7 +87,7 @@ WrittenFile writeTrack(const WriteOrder &order, const OutputFolder &folder, cons
 
     WrittenFile written;
     written.path = order.target;
-    written.sourcePath = order.source.path;
+    written.sourcePath = order.madeFrom.isEmpty() ? order.source.path : order.madeFrom;
     written.size = read.size;
     written.modifiedMs = read.modifiedMs;
     written.durationSec = read.durationSec;

@@ -15,7 +15,8 @@ namespace zelk::engine {
 /// One file to be written.
 struct WriteOrder {
     AudioFile source;
-    QString target; ///< Absolute, with the extension of targetFormOf(source).
+    QString madeFrom; ///< What is remembered as its source, where that isn't the source's path.
+    QString target;   ///< Absolute, with the extension of targetFormOf(source).
     /// A file of ours that the new one takes the place of, perhaps under another name; empty if there is none.
     QString replaces;
     Tags tags;

@@ -17,6 +17,7 @@ struct RunServices {
     PlaylistCatalogue &playlists;
     AudioLibrary &library;
     EventSink &events;
+    QString downloads; ///< The folder that downloads wait in; absolute.
     FileOps &files = FileOps::system();
     SourceFinder::Now now = [] { return std::chrono::steady_clock::now(); };
 };

@@ -1,5 +1,6 @@
 #include "Run/SourceFinder.h"
 
+#include "Files/Download.h"
 #include "Library/AudioReader.h"
 #include "Playlists/RowIdentity.h"
 #include "Run/RunEvents.h"
@@ -70,6 +71,11 @@ std::optional<AudioFile> SourceFinder::readNamed(const QString &path) const {
 FoundSource SourceFinder::find(const ListedTrack &track, const std::optional<StoredDecision> &decision) const {
     FoundSource found;
     if (decision && decision->kind == StoredDecision::Kind::Take) {
+        if (isWebAddress(decision->path)) { // what it is shows when it has been downloaded
+            found.kind = FoundSource::Kind::Found;
+            found.file.path = decision->path;
+            return found;
+        }
         if (const auto file = readNamed(decision->path)) {
             found.kind = FoundSource::Kind::Found;
             found.file = *file;

@@ -76,7 +76,7 @@ private:
     void addWant(const WrittenFile &file, const QString &rowKey, const QString &playlistId);
 
     // Endings, on any thread
-    void writeFile(const RunRow &row, const RecordingPtr &recording, const WriteOrder &order);
+    void writeFile(const RunRow &row, const RecordingPtr &recording, WriteOrder order);
     qint64 finished(const WrittenFile &file, qint64 id);
     void settle(const RunRow &row, const RecordingPtr &recording);
     void rememberWant(const Want &want);

@@ -1,4 +1,5 @@
 // How the rows and recordings of a run end; for the threads that write as well as for the one that executes the run.
+#include "Run/FetchSource.h"
 #include "Run/Orphans.h"
 #include "Run/SyncRun.h"
 #include "Run/WriteFailure.h"
@@ -9,7 +10,7 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace zelk::engine {
 
-void SyncRun::writeFile(const RunRow &row, const RecordingPtr &recording, const WriteOrder &order) {
+void SyncRun::writeFile(const RunRow &row, const RecordingPtr &recording, WriteOrder order) {
     ProgressMeter meter(_events, row.trackId);
     WriteHooks hooks;
     qint64 id = 0;
@@ -29,6 +30,7 @@ void SyncRun::writeFile(const RunRow &row, const RecordingPtr &recording, const 
     WrittenFile file;
     QString detail;
     try {
+        const auto fetched = fetchSource(order, hooks, _services, _stop.get_token());
         file = writeTrack(order, _output, hooks, _stop.get_token(), _services.files);
         file.id = finished(file, id);
         state = Recording::State::Written;

@@ -55,9 +55,10 @@ Engine::Engine(EnginePaths paths, EventSink &events)
               }
           }),
       _library(_database, [this](const QString &message) { warn(message); }),
-      _runs(std::make_unique<RunController>(RunServices{_database, _playlists, _library, _events}, [this] {
-          return ReviewDesk::Settings{outputDir(), _config.current().run.toleranceSec};
-      })) {
+      _runs(std::make_unique<RunController>(
+          RunServices{_database, _playlists, _library, _events, _paths.dataFolder + u"/downloads"_s}, [this] {
+              return ReviewDesk::Settings{outputDir(), _config.current().run.toleranceSec};
+          })) {
     // The application will ask in a moment; and so the accounts whose exports are there soon count as connected.
     _playlists.lookAhead();
 }
