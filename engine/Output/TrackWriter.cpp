@@ -79,7 +79,14 @@ WrittenFile writeTrack(const WriteOrder &order, const OutputFolder &folder, cons
     }
     heed(stop);
     hooks.step(Phase::tagging);
-    writeTags(partial.path(), order.tags, coverBeside(order.source.path));
+    std::optional<Cover> cover = coverIn(order.source.path); // a conversion drops it
+    if (!cover) {
+        cover = coverBeside(order.source.path);
+    }
+    if (!cover && order.cover) {
+        cover = order.cover();
+    }
+    writeTags(partial.path(), order.tags, cover);
     heed(stop);
     hooks.step(Phase::verifying);
     const AudioFile read = verified(partial.path(), order, form.converted);

@@ -20,6 +20,8 @@ struct WriteOrder {
     /// A file of ours that the new one takes the place of, perhaps under another name; empty if there is none.
     QString replaces;
     Tags tags;
+    /// Asked for a cover if the source has none and none lies beside it. May be absent.
+    std::function<std::optional<Cover>()> cover;
     double toleranceSec = 5; ///< By how much the written file's length may differ from its source's.
 };
 

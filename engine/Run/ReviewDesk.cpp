@@ -69,7 +69,7 @@ QString pathTaken(const PendingReview &review, const ReviewDecision &decision, Q
 } // namespace
 
 ReviewDesk::ReviewDesk(RunServices services, std::function<Settings()> settings)
-    : _services(services), _settings(std::move(settings)) {}
+    : _services(services), _settings(std::move(settings)), _covers(_stop.get_token()) {}
 
 void ReviewDesk::decide(const QString &trackId, const ReviewDecision &decision, std::shared_ptr<SyncRun> run) {
     _queue.post([this, trackId, decision, run = std::move(run)] {
@@ -247,6 +247,11 @@ WrittenFile ReviewDesk::write(const PendingReview &row, const Taken &taken, cons
     order.target = folder.path() + u'/' + freeStem(row, folder) + u'.' + targetFormOf(taken.source).extension;
     order.tags = {row.title, row.artist, row.album};
     order.toleranceSec = toleranceSec;
+    const CoverHints hints{row.artworkUrl.value_or(QString()), row.location.value_or(QString())};
+    order.cover = [this, hints] { return _covers.take(hints); };
+    if (!coverIn(taken.source.path) && !coverBeside(taken.source.path)) {
+        _covers.want(hints); // comes while the file is copied
+    }
     qint64 id = 0;
     WriteHooks hooks;
     hooks.progress = [&](qint64 done, qint64 total) {

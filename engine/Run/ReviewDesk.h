@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Output/TrackWriter.h"
+#include "Run/CoverDesk.h"
 #include "Run/RunTypes.h"
 #include "Run/SyncRun.h"
 
@@ -55,6 +56,7 @@ private:
     RunServices _services;
     const std::function<Settings()> _settings;
     std::stop_source _stop;
+    CoverDesk _covers;
     WorkQueue _queue; // last, so that its thread ends before what it uses
 };
 

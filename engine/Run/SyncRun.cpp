@@ -23,7 +23,8 @@ constexpr std::chrono::seconds scanPatience{60};
 
 SyncRun::SyncRun(RunRequest request, RunServices services)
     : _request(std::move(request)), _services(services), _events(services.events, _request.runId, _stop.get_token()),
-      _output(_request.outputDir, services.files), _writers(std::make_unique<WorkQueue>(_request.concurrency())) {}
+      _output(_request.outputDir, services.files), _covers(_stop.get_token()),
+      _writers(std::make_unique<WorkQueue>(_request.concurrency())) {}
 
 void SyncRun::cancel(bool tellDone) {
     {
@@ -370,6 +371,12 @@ void SyncRun::review(const RunRow &row, const RecordingPtr &recording, const std
     pending.album = row.track->album;
     pending.durationSec = row.track->durationSec;
     pending.candidates = candidates;
+    if (!row.track->artworkUrl.isEmpty()) {
+        pending.artworkUrl = row.track->artworkUrl;
+    }
+    if (!row.track->location.isEmpty()) {
+        pending.location = row.track->location;
+    }
     {
         const std::lock_guard lock(_mutex);
         recording->state = Recording::State::Doubtful;

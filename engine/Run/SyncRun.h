@@ -3,6 +3,7 @@
 #include "Output/FileNames.h"
 #include "Output/OutputFolder.h"
 #include "Output/TrackWriter.h"
+#include "Run/CoverDesk.h"
 #include "Run/Recording.h"
 #include "Run/RunTypes.h"
 #include "Run/SourceFinder.h"
@@ -92,6 +93,7 @@ private:
     std::stop_source _stop;
     RunEvents _events;
     OutputFolder _output;
+    CoverDesk _covers;
 
     // The executing thread's own
     QString _outputProblem;

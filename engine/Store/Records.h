@@ -68,9 +68,12 @@ struct PendingReview {
     QString album;
     double durationSec = 0;
     std::vector<CandidateDTO> candidates; ///< The best first; their urls are file URLs.
+    std::optional<QString> artworkUrl;    ///< As the list says it.
+    std::optional<QString> location;      ///< The file that the list itself names.
 
     bool operator==(const PendingReview &) const = default;
 };
-ZELK_JSON_FIELDS(PendingReview, trackId, runId, playlistId, rowKey, stem, title, artist, album, durationSec, candidates)
+ZELK_JSON_FIELDS(PendingReview, trackId, runId, playlistId, rowKey, stem, title, artist, album, durationSec, candidates,
+                 artworkUrl, location)
 
 } // namespace zelk::engine

@@ -264,10 +264,9 @@ private Q_SLOTS:
         const EngineHome home;
         syncedOnce(home);
         // As if the engine had been killed at that moment.
-        change(home,
-               {u"INSERT INTO files (path, source_path, size, modified, duration, format, bitrate, lossless,"
-                " replaces) SELECT replace(path, '.mp3', '.flac'), 'x', 1, 1, 2, 'FLAC', 1, 1, path FROM files"_s,
-                u"INSERT INTO wants SELECT 2, row_key, playlist_id FROM wants"_s});
+        change(home, {u"INSERT INTO files (path, source_path, size, modified, duration, format, bitrate, lossless,"
+                      " replaces) SELECT replace(path, '.mp3', '.flac'), 'x', 1, 1, 2, 'FLAC', 1, 1, path FROM files"_s,
+                      u"INSERT INTO wants SELECT 2, row_key, playlist_id FROM wants"_s});
         if (isInPlace) {
             home.write(home.output(u"/Ann - One.flac"_s), home.read(QStringLiteral(AUDIO_FIXTURES "/tone.flac")));
         }
