@@ -104,8 +104,8 @@ private Q_SLOTS:
             QCOMPARE(dataOf(event).value("trackId"_L1), track);
         }
         QCOMPARE(home.outputFiles(), QStringList{u"Ines - Slow Burn.flac"_s});
-        QVERIFY(nothingLeft(home));
         QCOMPARE(endings(engine.syncAll()).values(), QStringList{u"present"_s});
+        QVERIFY(nothingLeft(home));
     }
 
     void progressIsToldAtMostTenTimesASecond() {

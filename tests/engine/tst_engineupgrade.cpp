@@ -1,3 +1,4 @@
+#include "Run/SyncRun.h"
 #include "engine/DatabaseEdit.h"
 #include "engine/EngineHome.h"
 #include "engine/TinyAudio.h"
@@ -7,10 +8,30 @@
 #include <QJsonArray>
 #include <QTest>
 
+#include <cerrno>
+
 using namespace Qt::Literals::StringLiterals;
+using namespace zelk;
+using namespace zelk::engine;
 using namespace zelk::engine::testing;
 
 namespace {
+
+/// A disk that suddenly lets nothing be renamed.
+class FrozenOps : public FileOps {
+public:
+    bool isFrozen = false;
+
+    int rename(const QByteArray &from, const QByteArray &to) override {
+        errno = EROFS;
+        return isFrozen ? -1 : FileOps::rename(from, to);
+    }
+};
+
+class SilentSink : public EventSink {
+public:
+    void send(const ServerEvent &) override {}
+};
 
 QJsonObject summaryOf(const QList<QJsonObject> &events) {
     return events.isEmpty() ? QJsonObject() : dataOf(events.last()).value("summary"_L1).toObject();
@@ -177,7 +198,7 @@ private Q_SLOTS:
         engine.syncAll();
         home.write(home.collection(u"Ann - One.mp3"_s), tinyMp3(320, 60));
         QCOMPARE(endings(engine.syncAll()).values(), QStringList{u"ok downloaded"_s});
-        QCOMPARE(zelk::engine::readAudio(home.output(u"/Ann - One.mp3"_s)).bitrateKbps, 320);
+        QCOMPARE(readAudio(home.output(u"/Ann - One.mp3"_s)).bitrateKbps, 320);
         QCOMPARE(endings(engine.syncAll()).values(), QStringList{u"present"_s});
     }
 
@@ -214,6 +235,45 @@ private Q_SLOTS:
         QCOMPARE(home.read(home.output(u"/Ann - One.flac"_s)), QByteArray("mine"));
         QVERIFY(QFile::remove(home.output(u"/Ann - One.flac"_s)));
         QCOMPARE(endings(engine.syncAll()).values(), QStringList{u"ok downloaded"_s}); // tried again
+    }
+
+    void aFailureAtTheLastStepLeavesTheFileAndItsEntryAsTheyWere() {
+        const EngineHome home;
+        const auto warn = [](const QString &) {};
+        Database database(home.path(u"e.db"_s), warn);
+        PlaylistCatalogue lists(
+            [&] {
+                return PlaylistPlaces{{home.playlists({})}, {}};
+            },
+            warn, [](const PlaylistSnapshot &) {});
+        AudioLibrary collection(database, warn);
+        SilentSink sink;
+        FrozenOps ops;
+        home.write(home.collection(u"Ann - One.mp3"_s), tinyMp3(128, 60));
+        home.addList(u"L.csv"_s, {u"One|Ann|60"_s});
+        const auto sync = [&] {
+            RunRequest request;
+            request.runId = u"r"_s;
+            request.selection.push_back(
+                {PlaylistSourceId::spotify, lists.refresh(std::chrono::seconds(20))->playlists.at(0).id, {}});
+            request.config.collectionDirs = {QFileInfo(home.collection(u"x"_s)).path()};
+            request.outputDir = home.output();
+            SyncRun(request, RunServices{database, lists, collection, sink, home.path(u"d"_s), ops})
+                .execute([] {}, [] {});
+        };
+        sync();
+        const QMap<QString, QByteArray> before = home.outputContents();
+        QCOMPARE(before.size(), 1);
+        const WrittenFile entry = database.writtenFiles().at(0);
+        home.write(home.collection(u"Ann - One.mp3"_s), tinyMp3(320, 60));
+        ops.isFrozen = true;
+        sync();
+        QCOMPARE(home.outputContents(), before);
+        QVERIFY(database.writtenFiles() == std::vector<WrittenFile>{entry});
+        ops.isFrozen = false;
+        sync();
+        QCOMPARE(database.writtenFiles().at(0).bitrateKbps, 320);
+        QCOMPARE(database.writtenFiles().at(0).id, entry.id);
     }
 
     void aDryRunTellsAndTouchesNothing() {
