@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <functional>
 #include <tuple>
 
 using namespace Qt::Literals::StringLiterals;
@@ -153,9 +152,15 @@ bool betterCopy(const AudioFile &a, const AudioFile &b, const MatchPreferences &
     return rankOf(a.origin, preferences) < rankOf(b.origin, preferences);
 }
 
-MatchResult findMatch(const Probe &row, const MatchIndex &index, const MatchPreferences &preferences) {
+MatchResult findMatch(const Probe &row, const MatchIndex &index, const MatchPreferences &preferences,
+                      const std::function<void()> &look) {
     MatchResult result;
-    const auto wanted = [&](const AudioFile &file) { return allowed(file, preferences); };
+    const auto wanted = [&](const AudioFile &file) {
+        if (look) {
+            look();
+        }
+        return allowed(file, preferences);
+    };
     std::vector<MatchCandidate> found = fitting(row, index, wanted);
     if (found.empty()) {
         result.shutOut = static_cast<int>(fitting(row, index, std::not_fn(wanted)).size());

@@ -4,6 +4,7 @@
 
 #include <QString>
 
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -42,6 +43,8 @@ bool allowed(const AudioFile &file, const MatchPreferences &preferences);
 /// Whether `a` is the better copy of one recording: lossless, then bitrate, then the order of sources.
 bool betterCopy(const AudioFile &a, const AudioFile &b, const MatchPreferences &preferences);
 
-MatchResult findMatch(const Probe &row, const MatchIndex &index, const MatchPreferences &preferences);
+/// `look` is called again and again while files are looked at; what it throws ends the search.
+MatchResult findMatch(const Probe &row, const MatchIndex &index, const MatchPreferences &preferences,
+                      const std::function<void()> &look = {});
 
 } // namespace zelk::engine

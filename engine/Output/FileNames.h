@@ -3,6 +3,8 @@
 #include <QSet>
 #include <QString>
 
+#include <algorithm>
+
 namespace zelk::engine {
 
 /// The longest name, in bytes of UTF-8, that the common file systems take.
@@ -11,6 +13,15 @@ inline constexpr qsizetype longestFileName = 255;
 /// "Artist - Title" as a file name without extension: composed Unicode, no character that a common file system refuses,
 /// no dot or space at either end, and short enough for a number and an extension behind it.
 QString stemFor(const QString &artist, const QString &title);
+
+/// A path's folder, and its file's name without extension.
+inline QString folderOf(const QString &path) {
+    return path.section(u'/', 0, -2);
+}
+inline QString stemOf(const QString &path) {
+    const QString name = path.section(u'/', -1);
+    return name.left(std::max<qsizetype>(name.lastIndexOf(u'.'), 0));
+}
 
 /// Gives each file a name of its own, without regard to case and extension, since the folder may move to a file system
 /// that has none. The names are given in the order of asking.

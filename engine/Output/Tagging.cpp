@@ -2,9 +2,7 @@
 
 #include "Files/FileProblem.h"
 
-#include <QDir>
 #include <QFile>
-#include <QFileInfo>
 
 #include <aifffile.h>
 #include <attachedpictureframe.h>
@@ -19,15 +17,13 @@
 #include <mpegfile.h>
 #include <tpropertymap.h>
 #include <wavfile.h>
+#include <xiphcomment.h>
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace zelk::engine {
 
 namespace {
-
-/// Larger pictures are scans, and would be copied into every file.
-constexpr qint64 largestCover = 5'000'000;
 
 TagLib::String tagText(const QString &text) {
     return TagLib::String(text.toUtf8().toStdString(), TagLib::String::UTF8);
@@ -48,6 +44,14 @@ void addId3Cover(TagLib::ID3v2::Tag *tag, const Cover &cover) {
     tag->addFrame(frame);
 }
 
+TagLib::FLAC::Picture *pictureOf(const Cover &cover) {
+    auto *picture = new TagLib::FLAC::Picture;
+    picture->setType(TagLib::FLAC::Picture::FrontCover);
+    picture->setMimeType(tagText(cover.mimeType));
+    picture->setData(tagBytes(cover.bytes));
+    return picture;
+}
+
 void addCover(TagLib::File *file, const Cover &cover) {
     if (auto *mpeg = dynamic_cast<TagLib::MPEG::File *>(file)) {
         addId3Cover(mpeg->ID3v2Tag(true), cover);
@@ -57,11 +61,11 @@ void addCover(TagLib::File *file, const Cover &cover) {
         addId3Cover(aiff->tag(), cover);
     } else if (auto *flac = dynamic_cast<TagLib::FLAC::File *>(file)) {
         if (flac->pictureList().isEmpty()) {
-            auto *picture = new TagLib::FLAC::Picture; // the file owns it
-            picture->setType(TagLib::FLAC::Picture::FrontCover);
-            picture->setMimeType(tagText(cover.mimeType));
-            picture->setData(tagBytes(cover.bytes));
-            flac->addPicture(picture);
+            flac->addPicture(pictureOf(cover)); // the file owns it
+        }
+    } else if (auto *xiph = dynamic_cast<TagLib::Ogg::XiphComment *>(file->tag())) {
+        if (xiph->pictureList().isEmpty()) {
+            xiph->addPicture(pictureOf(cover)); // the tag owns it
         }
     } else if (auto *mp4 = dynamic_cast<TagLib::MP4::File *>(file);
                mp4 && mp4->tag() && !mp4->tag()->contains("covr")) {
@@ -73,28 +77,6 @@ void addCover(TagLib::File *file, const Cover &cover) {
 }
 
 } // namespace
-
-std::optional<Cover> coverBeside(const QString &audioPath) {
-    const QDir folder = QFileInfo(audioPath).absoluteDir();
-    for (const auto &[name, mimeType] : {std::pair{"cover.jpg"_L1, "image/jpeg"_L1},
-                                         {"folder.jpg"_L1, "image/jpeg"_L1},
-                                         {"cover.jpeg"_L1, "image/jpeg"_L1},
-                                         {"front.jpg"_L1, "image/jpeg"_L1},
-                                         {"cover.png"_L1, "image/png"_L1},
-                                         {"folder.png"_L1, "image/png"_L1}}) {
-        for (const QString &spelling : {QString(name), QString(name).replace(0, 1, QString(name).left(1).toUpper())}) {
-            QFile file(folder.filePath(spelling));
-            if (!QFileInfo(file).isFile() || file.size() == 0 || file.size() > largestCover ||
-                !file.open(QIODevice::ReadOnly)) {
-                continue;
-            }
-            if (const QByteArray bytes = file.readAll(); !bytes.isEmpty()) {
-                return Cover{bytes, QString(mimeType)};
-            }
-        }
-    }
-    return std::nullopt;
-}
 
 void writeTags(const QString &path, const Tags &tags, const std::optional<Cover> &cover) {
     errno = 0;

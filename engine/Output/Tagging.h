@@ -19,7 +19,16 @@ struct Cover {
     QString mimeType;
 };
 
-/// The picture that lies beside an audio file as its folder's cover, if there is one of sensible size.
+/// Larger pictures are scans, and would be copied into every file.
+inline constexpr qint64 largestCover = 5'000'000;
+
+/// A picture that players show, by what its bytes say: JPEG or PNG of sensible size. Nothing for anything else.
+std::optional<Cover> coverOf(const QByteArray &bytes);
+
+/// The front cover in an audio file's own tags, or its first picture.
+std::optional<Cover> coverIn(const QString &audioPath);
+
+/// The picture that lies beside an audio file as its folder's cover.
 std::optional<Cover> coverBeside(const QString &audioPath);
 
 /// Writes the tags into a file, and the cover if the file has none of its own. Other tags stay. Throws FileProblem with

@@ -79,7 +79,14 @@ WrittenFile writeTrack(const WriteOrder &order, const OutputFolder &folder, cons
     }
     heed(stop);
     hooks.step(Phase::tagging);
-    writeTags(partial.path(), order.tags, coverBeside(order.source.path));
+    std::optional<Cover> cover = coverIn(order.source.path); // a conversion drops it
+    if (!cover) {
+        cover = coverBeside(order.source.path);
+    }
+    if (!cover && order.cover) {
+        cover = order.cover();
+    }
+    writeTags(partial.path(), order.tags, cover);
     heed(stop);
     hooks.step(Phase::verifying);
     const AudioFile read = verified(partial.path(), order, form.converted);
@@ -87,7 +94,7 @@ WrittenFile writeTrack(const WriteOrder &order, const OutputFolder &folder, cons
 
     WrittenFile written;
     written.path = order.target;
-    written.sourcePath = order.source.path;
+    written.sourcePath = order.madeFrom.isEmpty() ? order.source.path : order.madeFrom;
     written.size = read.size;
     written.modifiedMs = read.modifiedMs;
     written.durationSec = read.durationSec;
@@ -95,6 +102,10 @@ WrittenFile writeTrack(const WriteOrder &order, const OutputFolder &folder, cons
     written.bitrateKbps = read.bitrateKbps;
     written.lossless = read.lossless;
     written.origin = order.source.origin;
+    written.sourceKbps = order.source.bitrateKbps;
+    if (order.replaces != order.target) {
+        written.replaces = order.replaces;
+    }
     hooks.commit(written);
     try {
         putInPlace(partial.path(), order.target, order.replaces == order.target, ops);

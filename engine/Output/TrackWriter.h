@@ -15,10 +15,13 @@ namespace zelk::engine {
 /// One file to be written.
 struct WriteOrder {
     AudioFile source;
-    QString target; ///< Absolute, with the extension of targetFormOf(source).
+    QString madeFrom; ///< What is remembered as its source, where that isn't the source's path.
+    QString target;   ///< Absolute, with the extension of targetFormOf(source).
     /// A file of ours that the new one takes the place of, perhaps under another name; empty if there is none.
     QString replaces;
     Tags tags;
+    /// Asked for a cover if the source has none and none lies beside it. May be absent.
+    std::function<std::optional<Cover>()> cover;
     double toleranceSec = 5; ///< By how much the written file's length may differ from its source's.
 };
 

@@ -17,6 +17,14 @@ QString rowKeyOf(const ListedTrack &track, const Probe &probe) {
     return QString::fromLatin1(QCryptographicHash::hash(parts.join(u'\n').toUtf8(), QCryptographicHash::Sha1).toHex());
 }
 
+QString spellingOf(const ListedTrack &track) {
+    QStringList parts{track.title, track.artist, QString::number(std::llround(track.durationSec))};
+    if (track.artist.isEmpty()) {
+        parts += track.location;
+    }
+    return QString::fromLatin1(QCryptographicHash::hash(parts.join(u'\n').toUtf8(), QCryptographicHash::Sha1).toHex());
+}
+
 Probe probeOf(const ListedTrack &track) {
     return makeProbe(track.title, track.artist, track.album, track.durationSec, track.isrc);
 }

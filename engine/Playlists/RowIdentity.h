@@ -9,6 +9,10 @@ namespace zelk::engine {
 /// a hash of the folded title with its version, the artists and the length in whole seconds.
 QString rowKeyOf(const ListedTrack &track, const Probe &probe);
 
+/// A hash of what the list says of a row, as it stands there: the same for as long as the list says the same, while the
+/// key changes with each better reading of titles.
+QString spellingOf(const ListedTrack &track);
+
 Probe probeOf(const ListedTrack &track);
 
 /// "Artist - Title", or the title alone.

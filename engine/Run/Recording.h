@@ -11,9 +11,10 @@ namespace zelk::engine {
 struct Recording {
     enum class State { Working, Written, Doubtful, Unsure, Failed, Skipped };
     State state = State::Working;
-    WrittenFile file;                                ///< Written.
-    PendingReview review;                            ///< Doubtful: as the first row has it.
-    QString detail;                                  ///< Unsure, Failed, Skipped.
+    std::optional<WrittenFile> worse; ///< Working: the file that stands, and is to be replaced by a better.
+    WrittenFile file;                 ///< Written.
+    PendingReview review;             ///< Doubtful: as the first row has it.
+    QString detail;                   ///< Unsure, Failed, Skipped.
     std::vector<std::pair<QString, RunRow>> waiting; ///< Rows, with their keys, that came while it was being worked on.
 };
 

@@ -1,9 +1,11 @@
 #include "Run/ReviewDesk.h"
 
+#include "Files/Download.h"
 #include "Files/FileProblem.h"
 #include "Library/AudioReader.h"
 #include "Output/Convert.h"
 #include "Output/FileNames.h"
+#include "Output/RemoteAudio.h"
 #include "Run/WriteFailure.h"
 #include "Transport/Tagged.h"
 
@@ -16,17 +18,12 @@ namespace zelk::engine {
 
 namespace {
 
-QString folderOf(const QString &path) {
-    return path.section(u'/', 0, -2);
-}
-QString stemOf(const QString &path) {
-    const QString name = path.section(u'/', -1);
-    return name.left(std::max<qsizetype>(name.lastIndexOf(u'.'), 0));
-}
-
-/// The local file that a pasted address means; empty if it means none.
-QString localPathOf(const QString &address) {
+/// The local file or web address that a pasted address means; empty if it means none.
+QString placeOf(const QString &address) {
     QString text = address.trimmed();
+    if (isWebAddress(text)) {
+        return text;
+    }
     if (text.startsWith("file:"_L1, Qt::CaseInsensitive)) {
         return QUrl(text).toLocalFile();
     }
@@ -55,13 +52,12 @@ QString pathTaken(const PendingReview &review, const ReviewDecision &decision, Q
             return QString();
         },
         [&](const ReviewDecision::Url &address) {
-            const QString local = localPathOf(address.url);
-            if (local.isEmpty()) {
-                refusal =
-                    u"This engine takes files of this computer only: give a path or a file:// address. Download %1"
-                    " first."_s.arg(address.url);
+            const QString place = placeOf(address.url);
+            if (place.isEmpty()) {
+                refusal = u"%1 is no place of a file. Give a path, or an address that begins with file://, http:// or"
+                          " https://."_s.arg(address.url);
             }
-            return local;
+            return place;
         },
         [](const ReviewDecision::Skip &) { return QString(); });
     if (path.isEmpty() && refusal.isEmpty()) {
@@ -73,7 +69,7 @@ QString pathTaken(const PendingReview &review, const ReviewDecision &decision, Q
 } // namespace
 
 ReviewDesk::ReviewDesk(RunServices services, std::function<Settings()> settings)
-    : _services(services), _settings(std::move(settings)) {}
+    : _services(services), _settings(std::move(settings)), _covers(_stop.get_token()) {}
 
 void ReviewDesk::decide(const QString &trackId, const ReviewDecision &decision, std::shared_ptr<SyncRun> run) {
     _queue.post([this, trackId, decision, run = std::move(run)] {
@@ -111,20 +107,65 @@ void ReviewDesk::carryOut(const QString &trackId, const ReviewDecision &decision
         refuse(refusal);
         return;
     }
-    AudioFile source;
-    try {
-        source = readAudio(path);
-    } catch (const NotAudio &error) {
-        refuse(u"%1 can't be used: %2. Choose another one."_s.arg(path, QString::fromUtf8(error.what())));
-        return;
+    std::stop_source stop;
+    const auto stopNow = [&stop] { stop.request_stop(); };
+    const std::stop_callback onShutdown(_stop.get_token(), stopNow);
+    const std::stop_callback onCancel(run ? run->stopToken() : std::stop_token(), stopNow);
+    Taken taken;
+    if (isWebAddress(path)) {
+        if (!fetch(rows, path, taken, stop.get_token())) {
+            return;
+        }
+    } else {
+        try {
+            taken.source = readAudio(path);
+        } catch (const NotAudio &error) {
+            refuse(u"%1 can't be used: %2. Choose another one."_s.arg(path, QString::fromUtf8(error.what())));
+            return;
+        }
     }
     for (const CandidateDTO &candidate : review->candidates) {
         if (QUrl(candidate.url.value_or(QString())).toLocalFile() == path && candidate.source) {
-            source.origin = fromWireName<SourceId>(QStringView(*candidate.source));
+            taken.source.origin = fromWireName<SourceId>(QStringView(*candidate.source));
         }
     }
     _services.database.recordDecision(review->rowKey, {StoredDecision::Kind::Take, path});
-    take(rows, source, run);
+    take(rows, taken, run, stop.get_token());
+}
+
+/// False if nothing came of it: the rows then wait again, or have ended with what stopped it.
+bool ReviewDesk::fetch(const std::vector<PendingReview> &rows, const QString &address, Taken &taken,
+                       const std::stop_token &stop) {
+    const auto eventsOf = [&](const PendingReview &row) { return RunEvents(_services.events, row.runId, stop); };
+    taken.madeFrom = address;
+    if (standing(address, _settings())) { // it has been downloaded before
+        taken.source.path = address;
+        return true;
+    }
+    const RunEvents events = eventsOf(rows.front());
+    ProgressMeter meter(events, rows.front().trackId);
+    QString problem;
+    try {
+        taken.fetched = fetchAudio(
+            address, _services.downloads, [&meter](qint64 done, qint64 total) { meter(done, total); }, stop,
+            _services.files);
+        taken.source = *taken.fetched;
+        return true;
+    } catch (const Stopped &) { // not known to be any good, so the next run asks again
+        for (const PendingReview &row : rows) {
+            eventsOf(row).finished(row.trackId, Finish::skipped, {});
+        }
+        return false;
+    } catch (const FileProblem &error) {
+        problem = u"%1 can't be downloaded: %2"_s.arg(address, error.description());
+    } catch (const DownloadFailed &error) {
+        problem = QString::fromUtf8(error.what());
+    }
+    refuse(problem);
+    for (const PendingReview &row : rows) { // progress has made it look as if it were being worked on
+        eventsOf(row).needsReview(row);
+    }
+    return false;
 }
 
 std::vector<PendingReview> ReviewDesk::rowsOf(const PendingReview &review) {
@@ -150,26 +191,20 @@ void ReviewDesk::skip(const std::vector<PendingReview> &rows, const std::shared_
     }
 }
 
-void ReviewDesk::take(const std::vector<PendingReview> &rows, const AudioFile &source,
-                      const std::shared_ptr<SyncRun> &run) {
-    std::stop_source stop;
-    const auto stopNow = [&stop] { stop.request_stop(); };
-    const std::stop_callback onShutdown(_stop.get_token(), stopNow);
-    const std::stop_callback onCancel(run ? run->stopToken() : std::stop_token(), stopNow);
+void ReviewDesk::take(const std::vector<PendingReview> &rows, const Taken &taken, const std::shared_ptr<SyncRun> &run,
+                      const std::stop_token &stop) {
     const Settings settings = _settings();
     OutputFolder folder(settings.outputDir, _services.files);
     const QString &key = rows.front().rowKey;
-    const auto eventsOf = [&](const PendingReview &row) {
-        return RunEvents(_services.events, row.runId, stop.get_token());
-    };
+    const auto eventsOf = [&](const PendingReview &row) { return RunEvents(_services.events, row.runId, stop); };
     WrittenFile file;
     bool fresh = false;
     try {
-        if (const auto before = standing(source, settings)) {
+        if (const auto before = standing(taken.name(), settings)) {
             file = *before;
         } else {
             folder.prepare();
-            file = write(rows.front(), source, folder, settings.toleranceSec, stop.get_token());
+            file = write(rows.front(), taken, folder, settings.toleranceSec, stop);
             fresh = true;
         }
         std::vector<Want> wants;
@@ -186,7 +221,7 @@ void ReviewDesk::take(const std::vector<PendingReview> &rows, const AudioFile &s
         return;
     } catch (const std::exception &error) {
         _services.database.forgetReviewsOf(key);
-        const QString detail = explainWriteFailure(error, source.path, settings.outputDir).detail;
+        const QString detail = explainWriteFailure(error, taken.source.path, settings.outputDir).detail;
         for (const PendingReview &row : rows) {
             eventsOf(row).finished(row.trackId, Finish::failed, detail);
         }
@@ -202,18 +237,28 @@ void ReviewDesk::take(const std::vector<PendingReview> &rows, const AudioFile &s
     }
 }
 
-WrittenFile ReviewDesk::write(const PendingReview &row, const AudioFile &source, const OutputFolder &folder,
+WrittenFile ReviewDesk::write(const PendingReview &row, const Taken &taken, const OutputFolder &folder,
                               double toleranceSec, std::stop_token stop) {
     const RunEvents events(_services.events, row.runId, stop);
     ProgressMeter meter(events, row.trackId);
     WriteOrder order;
-    order.source = source;
-    order.target = folder.path() + u'/' + freeStem(row, folder) + u'.' + targetFormOf(source).extension;
+    order.source = taken.source;
+    order.madeFrom = taken.madeFrom;
+    order.target = folder.path() + u'/' + freeStem(row, folder) + u'.' + targetFormOf(taken.source).extension;
     order.tags = {row.title, row.artist, row.album};
     order.toleranceSec = toleranceSec;
+    const CoverHints hints{row.artworkUrl.value_or(QString()), row.location.value_or(QString())};
+    order.cover = [this, hints] { return _covers.take(hints); };
+    if (!coverIn(taken.source.path) && !coverBeside(taken.source.path)) {
+        _covers.want(hints); // comes while the file is copied
+    }
     qint64 id = 0;
     WriteHooks hooks;
-    hooks.progress = [&meter](qint64 done, qint64 total) { meter(done, total); };
+    hooks.progress = [&](qint64 done, qint64 total) {
+        if (!taken.fetched) { // the way from there to its place is no second download
+            meter(done, total);
+        }
+    };
     hooks.step = [&](Phase phase) { events.step(row.trackId, phase); };
     hooks.commit = [&](const WrittenFile &file) {
         id = _services.database.recordWritten(file, row.rowKey, row.playlistId);
@@ -224,9 +269,9 @@ WrittenFile ReviewDesk::write(const PendingReview &row, const AudioFile &source,
     return file;
 }
 
-std::optional<WrittenFile> ReviewDesk::standing(const AudioFile &source, const Settings &settings) {
+std::optional<WrittenFile> ReviewDesk::standing(const QString &madeFrom, const Settings &settings) {
     for (const WrittenFile &file : _services.database.writtenFiles()) {
-        if (file.sourcePath == source.path && folderOf(file.path) == settings.outputDir &&
+        if (file.sourcePath == madeFrom && folderOf(file.path) == settings.outputDir &&
             standsWhole(file, settings.toleranceSec)) {
             return file;
         }

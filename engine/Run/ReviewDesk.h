@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Output/TrackWriter.h"
+#include "Run/CoverDesk.h"
 #include "Run/RunTypes.h"
 #include "Run/SyncRun.h"
 
@@ -30,12 +31,24 @@ public:
     void stop();
 
 private:
+    /// What a decision takes.
+    struct Taken {
+        AudioFile source;
+        QString madeFrom;                         ///< The address it was downloaded from; empty for a file of ours.
+        std::shared_ptr<const AudioFile> fetched; ///< Keeps the download.
+
+        const QString &name() const { return madeFrom.isEmpty() ? source.path : madeFrom; }
+    };
+
     void carryOut(const QString &trackId, const ReviewDecision &decision, const std::shared_ptr<SyncRun> &run);
     void skip(const std::vector<PendingReview> &rows, const std::shared_ptr<SyncRun> &run);
-    void take(const std::vector<PendingReview> &rows, const AudioFile &source, const std::shared_ptr<SyncRun> &run);
-    WrittenFile write(const PendingReview &row, const AudioFile &source, const OutputFolder &folder,
-                      double toleranceSec, std::stop_token stop);
-    std::optional<WrittenFile> standing(const AudioFile &source, const Settings &settings);
+    bool fetch(const std::vector<PendingReview> &rows, const QString &address, Taken &taken,
+               const std::stop_token &stop);
+    void take(const std::vector<PendingReview> &rows, const Taken &taken, const std::shared_ptr<SyncRun> &run,
+              const std::stop_token &stop);
+    WrittenFile write(const PendingReview &row, const Taken &taken, const OutputFolder &folder, double toleranceSec,
+                      std::stop_token stop);
+    std::optional<WrittenFile> standing(const QString &madeFrom, const Settings &settings);
     std::vector<PendingReview> rowsOf(const PendingReview &review);
     QString freeStem(const PendingReview &row, const OutputFolder &folder);
     void refuse(const QString &message);
@@ -43,6 +56,7 @@ private:
     RunServices _services;
     const std::function<Settings()> _settings;
     std::stop_source _stop;
+    CoverDesk _covers;
     WorkQueue _queue; // last, so that its thread ends before what it uses
 };
 

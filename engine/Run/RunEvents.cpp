@@ -64,12 +64,15 @@ void RunEvents::step(const QString &trackId, Phase phase) const {
 }
 
 void RunEvents::progress(const QString &trackId, qint64 done, qint64 total, double bytesPerSecond) const {
-    const double percent = total > 0 ? 100.0 * static_cast<double>(done) / static_cast<double>(total) : 100.0;
+    const double percent = total > 0   ? 100.0 * static_cast<double>(done) / static_cast<double>(total)
+                           : total < 0 ? 0.0 // nobody has said how much there is
+                                       : 100.0;
     std::optional<QString> speed;
     if (std::isfinite(bytesPerSecond) && bytesPerSecond > 0) {
         speed = sizeText(bytesPerSecond) + "/s"_L1;
     }
-    send(ServerEvent::DownloadProgress{_runId, trackId, percent, sizeText(static_cast<double>(total)), speed});
+    send(ServerEvent::DownloadProgress{_runId, trackId, percent,
+                                       sizeText(static_cast<double>(total < 0 ? done : total)), speed});
 }
 
 void RunEvents::needsReview(const PendingReview &review) const {

@@ -5,6 +5,7 @@
 #include "Matching/Matcher.h"
 #include "Playlists/PlaylistCatalogue.h"
 #include "Run/EventSink.h"
+#include "Run/SourceFinder.h"
 #include "Store/Database.h"
 #include "Store/EngineConfig.h"
 
@@ -16,7 +17,9 @@ struct RunServices {
     PlaylistCatalogue &playlists;
     AudioLibrary &library;
     EventSink &events;
+    QString downloads; ///< The folder that downloads wait in; absolute.
     FileOps &files = FileOps::system();
+    SourceFinder::Now now = [] { return std::chrono::steady_clock::now(); };
 };
 
 /// What a run is asked to do, with the settings as they were then.
@@ -29,6 +32,7 @@ struct RunRequest {
 
     bool dryRun() const { return options.dryRun.value_or(false); }
     bool asksForReview() const { return options.review.value_or(true); }
+    bool upgrades() const { return options.upgrade.value_or(config.quality.upgradeEnabled); }
     int concurrency() const;
     MatchPreferences preferences() const;
 };

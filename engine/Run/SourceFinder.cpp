@@ -1,5 +1,6 @@
 #include "Run/SourceFinder.h"
 
+#include "Files/Download.h"
 #include "Library/AudioReader.h"
 #include "Playlists/RowIdentity.h"
 #include "Run/RunEvents.h"
@@ -13,15 +14,16 @@ namespace zelk::engine {
 
 namespace {
 
-QString fingerprintOf(const MatchIndex &index, const MatchPreferences &preferences) {
+QString fingerprintOf(const MatchIndex &index, const MatchPreferences &preferences, double seconds) {
     QCryptographicHash hash(QCryptographicHash::Sha1);
     for (int i = 0; i < index.size(); ++i) {
         const AudioFile &file = index.file(i);
         hash.addData(u"%1\n%2 %3\n"_s.arg(file.path).arg(file.size).arg(file.modifiedMs).toUtf8());
     }
-    QString wishes = u"%1 %2 %3"_s.arg(QString(wireName(preferences.floor)))
+    QString wishes = u"%1 %2 %3 %4"_s.arg(QString(wireName(preferences.floor)))
                          .arg(preferences.losslessOnly)
-                         .arg(preferences.bestQuality);
+                         .arg(preferences.bestQuality)
+                         .arg(seconds);
     for (const SourceId source : preferences.sources) {
         wishes += u' ' + QString(wireName(source));
     }
@@ -40,12 +42,15 @@ QString existingSpelling(const QString &path) {
     return {};
 }
 
+/// A search took longer than it may.
+class Late : public std::exception {};
+
 } // namespace
 
-SourceFinder::SourceFinder(std::shared_ptr<const MatchIndex> index, MatchPreferences preferences, int mostCandidates,
+SourceFinder::SourceFinder(std::shared_ptr<const MatchIndex> index, MatchPreferences preferences, Limits limits,
                            Warn warn)
-    : _index(std::move(index)), _preferences(std::move(preferences)), _mostCandidates(mostCandidates),
-      _warn(std::move(warn)), _fingerprint(fingerprintOf(*_index, _preferences)) {}
+    : _index(std::move(index)), _preferences(std::move(preferences)), _limits(std::move(limits)),
+      _warn(std::move(warn)), _fingerprint(fingerprintOf(*_index, _preferences, _limits.seconds)) {}
 
 std::optional<AudioFile> SourceFinder::readNamed(const QString &path) const {
     const QString spelling = existingSpelling(path);
@@ -66,6 +71,11 @@ std::optional<AudioFile> SourceFinder::readNamed(const QString &path) const {
 FoundSource SourceFinder::find(const ListedTrack &track, const std::optional<StoredDecision> &decision) const {
     FoundSource found;
     if (decision && decision->kind == StoredDecision::Kind::Take) {
+        if (isWebAddress(decision->path)) { // what it is shows when it has been downloaded
+            found.kind = FoundSource::Kind::Found;
+            found.file.path = decision->path;
+            return found;
+        }
         if (const auto file = readNamed(decision->path)) {
             found.kind = FoundSource::Kind::Found;
             found.file = *file;
@@ -75,19 +85,46 @@ FoundSource SourceFinder::find(const ListedTrack &track, const std::optional<Sto
             u"The file you chose, %1, is gone or can't be read. Put it back and sync again."_s.arg(decision->path);
         return found;
     }
-    if (const auto file = readNamed(track.location); file && allowed(*file, _preferences)) {
-        found.kind = FoundSource::Kind::Found;
-        found.file = *file;
+    return search(track, _preferences);
+}
+
+FoundSource SourceFinder::findBest(const ListedTrack &track) const {
+    MatchPreferences preferences = _preferences;
+    preferences.bestQuality = true;
+    return search(track, preferences);
+}
+
+FoundSource SourceFinder::search(const ListedTrack &track, const MatchPreferences &preferences) const {
+    const auto begun = _limits.now();
+    const auto look = [&] {
+        if (std::chrono::duration<double>(_limits.now() - begun).count() > _limits.seconds) {
+            throw Late();
+        }
+    };
+    FoundSource found;
+    MatchResult match;
+    try {
+        const auto file = readNamed(track.location);
+        look();
+        if (file && allowed(*file, preferences)) {
+            found.kind = FoundSource::Kind::Found;
+            found.file = *file;
+            return found;
+        }
+        match = findMatch(probeOf(track), *_index, preferences, look);
+    } catch (const Late &) {
+        found.kind = FoundSource::Kind::Late;
+        found.detail = u"The search took longer than %1 s. Raise the search timeout in Settings and sync again."_s.arg(
+            _limits.seconds);
         return found;
     }
-    const MatchResult match = findMatch(probeOf(track), *_index, _preferences);
     if (match.band == MatchResult::Band::Accepted) {
         found.kind = FoundSource::Kind::Found;
         found.file = _index->file(match.candidates.front().position);
         return found;
     }
     for (const MatchCandidate &candidate : match.candidates) {
-        if (static_cast<int>(found.candidates.size()) >= _mostCandidates) {
+        if (static_cast<int>(found.candidates.size()) >= _limits.candidates) {
             break;
         }
         found.candidates.push_back(

@@ -5,6 +5,7 @@
 #include "Output/Convert.h"
 #include "Run/Orphans.h"
 #include "Run/WriteFailure.h"
+#include "Store/RowMemory.h"
 #include "Transport/HelperProtocolEnvelope.h"
 
 #include <QDateTime>
@@ -18,19 +19,12 @@ namespace {
 /// A scan of playlists may take its time inside a run; beyond this, what is known has to do.
 constexpr std::chrono::seconds scanPatience{60};
 
-QString folderOf(const QString &path) {
-    return path.section(u'/', 0, -2);
-}
-QString stemOf(const QString &path) {
-    const QString name = path.section(u'/', -1);
-    return name.left(std::max<qsizetype>(name.lastIndexOf(u'.'), 0));
-}
-
 } // namespace
 
 SyncRun::SyncRun(RunRequest request, RunServices services)
     : _request(std::move(request)), _services(services), _events(services.events, _request.runId, _stop.get_token()),
-      _output(_request.outputDir, services.files), _writers(std::make_unique<WorkQueue>(_request.concurrency())) {}
+      _output(_request.outputDir, services.files), _covers(_stop.get_token()),
+      _writers(std::make_unique<WorkQueue>(_request.concurrency())) {}
 
 void SyncRun::cancel(bool tellDone) {
     {
@@ -43,11 +37,11 @@ void SyncRun::cancel(bool tellDone) {
 }
 
 void SyncRun::execute(const std::function<void()> &rowsDone, const std::function<void()> &over) {
-    QStringList problems;
-    const std::vector<Playlist> playlists = selectedPlaylists(problems);
+    QStringList refusals;
+    const std::vector<Playlist> playlists = selectedPlaylists(refusals);
     _events.syncStarted(static_cast<qint64>(playlists.size()));
-    for (const QString &problem : problems) {
-        _events.error(u"playlists"_s, problem);
+    for (const QString &refusal : refusals) {
+        _events.error(u"playlists"_s, refusal);
     }
     try {
         if (!_stop.stop_requested()) {
@@ -75,17 +69,21 @@ void SyncRun::execute(const std::function<void()> &rowsDone, const std::function
     }
 }
 
-std::vector<Playlist> SyncRun::selectedPlaylists(QStringList &problems) {
+std::vector<Playlist> SyncRun::selectedPlaylists(QStringList &refusals) {
     const auto snapshot = _services.playlists.refresh(scanPatience, _stop.get_token());
     std::vector<Playlist> playlists;
     QSet<QString> seen;
     for (const PlaylistSelection &selected : _request.selection) {
         const Playlist *playlist = snapshot->find(selected.id);
         if (!playlist) {
-            const QString problem = snapshot->isComplete
+            const QString refusal = snapshot->isComplete
                                         ? u"The playlist %1 isn't there any more. Reload the playlists."_s
                                         : u"The playlist %1 hasn't been read yet. Sync again in a minute."_s;
-            problems += problem.arg(selected.name.value_or(selected.id));
+            refusals += refusal.arg(selected.name.value_or(selected.id));
+        } else if (_request.config.hides(playlist->source)) {
+            refusals +=
+                u"The playlist %1 belongs to an account that is disconnected. Connect it in Settings first."_s.arg(
+                    selected.name.value_or(playlist->name));
         } else if (!playlist->isFolder && !seen.contains(playlist->id)) {
             seen.insert(playlist->id);
             playlists.push_back(*playlist);
@@ -111,6 +109,10 @@ void SyncRun::prepareOutput() {
 }
 
 void SyncRun::loadMemory(const std::vector<Playlist> &playlists) {
+    if (!_request.dryRun()) {
+        RowMemory::enter(_services.database, playlists);
+        finishReplacements();
+    }
     QStringList own;
     for (const WrittenFile &file : _services.database.writtenFiles()) {
         if (folderOf(file.path) == _output.path()) {
@@ -145,8 +147,9 @@ const SourceFinder *SyncRun::finder() {
             return nullptr;
         }
         const auto warn = [this](const QString &message) { _events.log(ServerEvent::LogLevel::warn, message); };
-        _finder = std::make_unique<SourceFinder>(index, _request.preferences(),
-                                                 static_cast<int>(_request.config.run.searchCount), warn);
+        const SourceFinder::Limits limits{static_cast<int>(_request.config.run.searchCount),
+                                          _request.config.run.searchTimeoutSec, _services.now};
+        _finder = std::make_unique<SourceFinder>(index, _request.preferences(), limits, warn);
     }
     return _finder.get();
 }
@@ -178,7 +181,7 @@ void SyncRun::playPlaylist(const Playlist &playlist, qint64 index) {
         std::unique_lock lock(_mutex);
         _changed.wait(lock, [this] { return _inHand == 0; });
     }
-    _services.database.recordWants(std::exchange(_wants, {}));
+    keepNotes();
     std::unique_lock lock(_mutex);
     const Finish status = _stop.stop_requested() ? Finish::skipped
                           : _anyFailed           ? Finish::failed
@@ -212,8 +215,20 @@ void SyncRun::takeRow(const RunRow &row) {
         joinRow(row, recording);
         return;
     }
-    std::optional<WrittenFile> earlier = earlierFile(key);
+    const std::optional<WrittenFile> earlier = earlierFile(key);
+    if (const RecordingPtr same = earlier ? _replacedNow.value(earlier->path) : nullptr) {
+        {
+            const std::lock_guard lock(_mutex);
+            _recordings[key] = same;
+        }
+        joinRow(row, same);
+        return;
+    }
     if (earlier && standsWhole(*earlier, _request.config.run.toleranceSec)) {
+        const auto better = betterCopyOf(row, *earlier);
+        if (better && upgrade(row, recording, *earlier, *better)) {
+            return;
+        }
         {
             const std::lock_guard lock(_mutex);
             recording->state = Recording::State::Written;
@@ -315,7 +330,8 @@ void SyncRun::searchRow(const RunRow &row, const RecordingPtr &recording, const 
         conclude(Recording::State::Skipped, {});
         return;
     }
-    const auto cooling = decision ? std::nullopt : _services.database.coolOff(key);
+    const bool rests = !decision && _request.config.run.cooloffHours > 0;
+    const auto cooling = rests ? _services.database.coolOff(key) : std::nullopt;
     if (cooling && cooling->untilMs > QDateTime::currentMSecsSinceEpoch() &&
         cooling->fingerprint == search->fingerprint()) {
         conclude(Recording::State::Failed, cooling->detail);
@@ -331,6 +347,7 @@ void SyncRun::searchRow(const RunRow &row, const RecordingPtr &recording, const 
         review(row, recording, found.candidates);
         return;
     case FoundSource::Kind::Missing:
+    case FoundSource::Kind::Late:
         if (!decision) {
             coolOff(key, found.detail);
         }
@@ -356,6 +373,12 @@ void SyncRun::review(const RunRow &row, const RecordingPtr &recording, const std
     pending.album = row.track->album;
     pending.durationSec = row.track->durationSec;
     pending.candidates = candidates;
+    if (!row.track->artworkUrl.isEmpty()) {
+        pending.artworkUrl = row.track->artworkUrl;
+    }
+    if (!row.track->location.isEmpty()) {
+        pending.location = row.track->location;
+    }
     {
         const std::lock_guard lock(_mutex);
         recording->state = Recording::State::Doubtful;
@@ -401,15 +424,13 @@ void SyncRun::write(const RunRow &row, const RecordingPtr &recording, const Audi
         settle(row, recording);
         return;
     }
-    WriteOrder order;
-    order.source = source;
     const QString stem = earlier                          ? stemOf(earlier->path)
                          : before != _bySource.constEnd() ? stemOf(before->path)
                                                           : stemOfRow(*row.track);
-    order.target = _output.path() + u'/' + stem + u'.' + targetFormOf(source).extension;
-    order.replaces = earlier ? earlier->path : before != _bySource.constEnd() ? before->path : QString();
-    order.tags = {row.track->title, row.track->artist, row.track->album};
-    order.toleranceSec = _request.config.run.toleranceSec;
+    const WriteOrder order = orderFor(row, source, stem,
+                                      earlier                          ? earlier->path
+                                      : before != _bySource.constEnd() ? before->path
+                                                                       : QString());
     if (_request.dryRun() || !_outputProblem.isEmpty()) {
         {
             const std::lock_guard lock(_mutex);
@@ -420,7 +441,22 @@ void SyncRun::write(const RunRow &row, const RecordingPtr &recording, const Audi
         settle(row, recording);
         return;
     }
-    _bySourceNow.insert(source.path, recording);
+    post(row, recording, order);
+}
+
+WriteOrder SyncRun::orderFor(const RunRow &row, const AudioFile &source, const QString &stem,
+                             const QString &replaces) const {
+    WriteOrder order;
+    order.source = source;
+    order.target = _output.path() + u'/' + stem + u'.' + targetFormOf(source).extension;
+    order.replaces = replaces;
+    order.tags = {row.track->title, row.track->artist, row.track->album};
+    order.toleranceSec = _request.config.run.toleranceSec;
+    return order;
+}
+
+void SyncRun::post(const RunRow &row, const RecordingPtr &recording, const WriteOrder &order) {
+    _bySourceNow.insert(order.source.path, recording);
     {
         const std::lock_guard lock(_mutex);
         ++_inHand;
@@ -431,6 +467,13 @@ void SyncRun::write(const RunRow &row, const RecordingPtr &recording, const Audi
 void SyncRun::addWant(const WrittenFile &file, const QString &rowKey, const QString &playlistId) {
     if (!_request.dryRun()) {
         _wants.push_back({file.id, rowKey, playlistId});
+    }
+}
+
+void SyncRun::keepNotes() {
+    _services.database.recordWants(std::exchange(_wants, {}));
+    if (!_looked.empty() && !_request.dryRun()) {
+        _services.database.recordLooks(std::exchange(_looked, {}), _finder->fingerprint());
     }
 }
 

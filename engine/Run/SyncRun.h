@@ -3,6 +3,7 @@
 #include "Output/FileNames.h"
 #include "Output/OutputFolder.h"
 #include "Output/TrackWriter.h"
+#include "Run/CoverDesk.h"
 #include "Run/Recording.h"
 #include "Run/RunTypes.h"
 #include "Run/SourceFinder.h"
@@ -43,8 +44,9 @@ private:
     using RecordingPtr = std::shared_ptr<Recording>;
 
     // Preparation
-    std::vector<Playlist> selectedPlaylists(QStringList &problems);
+    std::vector<Playlist> selectedPlaylists(QStringList &refusals);
     void prepareOutput();
+    void finishReplacements();
     void loadMemory(const std::vector<Playlist> &playlists);
     const SourceFinder *finder();
 
@@ -60,12 +62,23 @@ private:
     void write(const RunRow &row, const RecordingPtr &recording, const AudioFile &source,
                const std::optional<WrittenFile> &earlier);
     QString stemOfRow(const ListedTrack &track);
+    WriteOrder orderFor(const RunRow &row, const AudioFile &source, const QString &stem, const QString &replaces) const;
+    void post(const RunRow &row, const RecordingPtr &recording, const WriteOrder &order);
+
+    // Better copies, on the executing thread
+    std::optional<AudioFile> betterCopyOf(const RunRow &row, const WrittenFile &standing);
+    bool upgrade(const RunRow &row, const RecordingPtr &recording, const WrittenFile &standing,
+                 const AudioFile &source);
+    void takeOver(const RunRow &row, const RecordingPtr &recording, const WrittenFile &standing,
+                  const WrittenFile &better);
+    void keepNotes();
     std::optional<WrittenFile> earlierFile(const QString &rowKey) const;
     void addReview(const RunRow &row, const PendingReview &like);
     void addWant(const WrittenFile &file, const QString &rowKey, const QString &playlistId);
 
     // Endings, on any thread
-    void writeFile(const RunRow &row, const RecordingPtr &recording, const WriteOrder &order);
+    void writeFile(const RunRow &row, const RecordingPtr &recording, WriteOrder order);
+    qint64 finished(const WrittenFile &file, qint64 id);
     void settle(const RunRow &row, const RecordingPtr &recording);
     void rememberWant(const Want &want);
     void endRow(const RunRow &row, Finish status, const QString &detail);
@@ -80,6 +93,7 @@ private:
     std::stop_source _stop;
     RunEvents _events;
     OutputFolder _output;
+    CoverDesk _covers;
 
     // The executing thread's own
     QString _outputProblem;
@@ -89,7 +103,9 @@ private:
     QHash<QString, QString> _reserved; // stems of rows that still wait for a decision, by row key
     std::unique_ptr<SourceFinder> _finder;
     QHash<QString, RecordingPtr> _bySourceNow; // of this run
+    QHash<QString, RecordingPtr> _replacedNow; // by the path of the worse file
     std::vector<Want> _wants;                  // of rows whose files stood, to be entered together
+    std::vector<qint64> _looked;               // files that nothing better was found for, the same
 
     mutable std::mutex _mutex; // guards all below
     std::condition_variable _changed;

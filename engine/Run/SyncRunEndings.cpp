@@ -1,4 +1,5 @@
 // How the rows and recordings of a run end; for the threads that write as well as for the one that executes the run.
+#include "Run/FetchSource.h"
 #include "Run/Orphans.h"
 #include "Run/SyncRun.h"
 #include "Run/WriteFailure.h"
@@ -9,29 +10,34 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace zelk::engine {
 
-void SyncRun::writeFile(const RunRow &row, const RecordingPtr &recording, const WriteOrder &order) {
+void SyncRun::writeFile(const RunRow &row, const RecordingPtr &recording, WriteOrder order) {
     ProgressMeter meter(_events, row.trackId);
     WriteHooks hooks;
     qint64 id = 0;
     hooks.progress = [&meter](qint64 done, qint64 total) { meter(done, total); };
     hooks.step = [&](Phase phase) { _events.step(row.trackId, phase); };
+    const CoverHints hints{row.track->artworkUrl, row.track->location};
+    order.cover = [this, hints] { return _covers.take(hints); };
+    if (!coverIn(order.source.path) && !coverBeside(order.source.path)) {
+        _covers.want(hints); // comes while the file is copied
+    }
     hooks.commit = [&](const WrittenFile &file) {
         id = _services.database.recordWritten(file, row.track->rowKey, row.playlistId);
     };
     hooks.rollback = [&](const WrittenFile &file) {
         if (order.replaces != file.path) {
             _services.database.forgetFile(file.path);
+        } else if (recording->worse) { // which stands as before
+            _services.database.recordWritten(*recording->worse, row.track->rowKey, row.playlistId);
         }
     };
     Recording::State state = Recording::State::Failed;
     WrittenFile file;
     QString detail;
     try {
+        const auto fetched = fetchSource(order, hooks, _services, _stop.get_token());
         file = writeTrack(order, _output, hooks, _stop.get_token(), _services.files);
-        file.id = id;
-        if (!order.replaces.isEmpty() && order.replaces != order.target) {
-            _services.database.forgetFile(order.replaces);
-        }
+        file.id = finished(file, id);
         state = Recording::State::Written;
     } catch (const Stopped &) {
         state = Recording::State::Skipped;
@@ -42,6 +48,13 @@ void SyncRun::writeFile(const RunRow &row, const RecordingPtr &recording, const 
             failOutput(detail);
         }
     }
+    const bool isKept = state == Recording::State::Failed && recording->worse;
+    if (isKept) {
+        _events.log(ServerEvent::LogLevel::warn, u"%1 stays as it is, though %2 is better: %3"_s.arg(
+                                                     recording->worse->path, order.source.path, detail));
+        state = Recording::State::Written;
+        file = *recording->worse;
+    }
     std::vector<std::pair<QString, RunRow>> waiting;
     {
         const std::lock_guard lock(_mutex);
@@ -49,8 +62,9 @@ void SyncRun::writeFile(const RunRow &row, const RecordingPtr &recording, const 
         recording->file = file;
         recording->detail = detail;
         waiting = std::exchange(recording->waiting, {});
+        _summary.upgraded += state == Recording::State::Written && recording->worse && !isKept ? 1 : 0;
     }
-    if (state == Recording::State::Written) {
+    if (state == Recording::State::Written && !isKept) {
         endWritten(row, file, ServerEvent::TrackFinishKind::downloaded);
     } else {
         settle(row, recording);
@@ -61,6 +75,19 @@ void SyncRun::writeFile(const RunRow &row, const RecordingPtr &recording, const 
     const std::lock_guard lock(_mutex);
     --_inHand;
     _changed.notify_all();
+}
+
+qint64 SyncRun::finished(const WrittenFile &file, qint64 id) {
+    if (file.replaces.isEmpty()) {
+        return id;
+    }
+    try {
+        return _services.database.finishReplacing(file.path, Database::KeptId::Old);
+    } catch (const DatabaseError &error) { // the next run does it
+        _events.log(ServerEvent::LogLevel::warn,
+                    u"The engine's memory can't be written: %1"_s.arg(QString::fromUtf8(error.what())));
+        return id;
+    }
 }
 
 void SyncRun::settle(const RunRow &row, const RecordingPtr &recording) {

@@ -30,11 +30,6 @@ void orRefuse(Function function) {
     }
 }
 
-bool isHidden(const EngineConfig &config, PlaylistSourceId source) {
-    const auto &connected = source == PlaylistSourceId::spotify ? config.spotifyConnected : config.appleMusicConnected;
-    return !connected.value_or(true);
-}
-
 bool hasExports(const PlaylistSnapshot &snapshot, PlaylistSourceId source) {
     return std::any_of(snapshot.playlists.begin(), snapshot.playlists.end(),
                        [source](const Playlist &playlist) { return playlist.source == source && !playlist.isFolder; });
@@ -45,17 +40,25 @@ bool hasExports(const PlaylistSnapshot &snapshot, PlaylistSourceId source) {
 Engine::Engine(EnginePaths paths, EventSink &events)
     : _paths(std::move(paths)), _events(events), _config(_paths, [this](const QString &message) { warn(message); }),
       _secrets(_paths.secretsFile, [this](const QString &message) { warn(message); }),
-      _database(_paths.databaseFile, [this](const QString &message) { warn(message); }),
+      _database(_paths.databaseFile, [this](const QString &message) { warn(message); }), _rows(_database),
       _playlists(
           [this] {
               return PlaylistPlaces{_config.current().playlistDirs, {_paths.libraryFile()}};
           },
           [this](const QString &message) { warn(message); },
-          [this](const PlaylistSnapshot &snapshot) { noteSources(snapshot); }),
+          [this](const PlaylistSnapshot &snapshot) {
+              noteSources(snapshot);
+              try {
+                  _rows.follow(snapshot);
+              } catch (const DatabaseError &error) {
+                  warn(u"The engine's memory can't be written: %1"_s.arg(QString::fromUtf8(error.what())));
+              }
+          }),
       _library(_database, [this](const QString &message) { warn(message); }),
-      _runs(std::make_unique<RunController>(RunServices{_database, _playlists, _library, _events}, [this] {
-          return ReviewDesk::Settings{outputDir(), _config.current().run.toleranceSec};
-      })) {
+      _runs(std::make_unique<RunController>(
+          RunServices{_database, _playlists, _library, _events, _paths.dataFolder + u"/downloads"_s}, [this] {
+              return ReviewDesk::Settings{outputDir(), _config.current().run.toleranceSec};
+          })) {
     // The application will ask in a moment; and so the accounts whose exports are there soon count as connected.
     _playlists.lookAhead();
 }
@@ -157,7 +160,7 @@ std::vector<PlaylistDTO> Engine::listPlaylists(std::optional<PlaylistSourceId> s
     const EngineConfig config = _config.current();
     std::vector<PlaylistDTO> playlists;
     for (const Playlist &playlist : snapshot->playlists) {
-        if ((source && playlist.source != *source) || isHidden(config, playlist.source)) {
+        if ((source && playlist.source != *source) || config.hides(playlist.source)) {
             continue;
         }
         PlaylistDTO dto;
@@ -180,7 +183,7 @@ std::vector<PlaylistDTO> Engine::listPlaylists(std::optional<PlaylistSourceId> s
 std::vector<PreviewTrackDTO> Engine::playlistTracks(PlaylistSourceId source, const QString &id) {
     const auto snapshot = _playlists.known(scanPatience);
     const Playlist *playlist = snapshot->find(id);
-    if (!playlist || playlist->source != source || isHidden(_config.current(), source)) {
+    if (!playlist || playlist->source != source || _config.current().hides(source)) {
         throw MethodError(EngineErrorCode::invalidParams,
                           u"id: there is no such playlist any more. Reload the playlists."_s);
     }

@@ -5,6 +5,7 @@
 #include "Serve/MethodError.h"
 #include "Store/ConfigStore.h"
 #include "Store/EnginePaths.h"
+#include "Store/RowMemory.h"
 #include "Store/SecretStore.h"
 
 #include <chrono>
@@ -63,6 +64,7 @@ private:
     ConfigStore _config;
     SecretStore _secrets;
     Database _database;
+    RowMemory _rows; // the scan's thread alone
     PlaylistCatalogue _playlists;
     AudioLibrary _library;
     std::unique_ptr<RunController> _runs; // last, so that runs end before what they use

@@ -2,12 +2,14 @@
 
 #include "Files/FileProblem.h"
 #include "Files/PrivateFile.h"
+#include "Store/Schema.h"
 #include "Transport/JSONReader.h"
 #include "Transport/JSONWriter.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QSet>
 #include <QSqlError>
 #include <QSqlQuery>
 #include <QUuid>
@@ -18,28 +20,6 @@ using namespace Qt::Literals::StringLiterals;
 namespace zelk::engine {
 
 namespace {
-
-const QStringList &schema() {
-    static const QStringList statements = {
-        u"CREATE TABLE IF NOT EXISTS files (id INTEGER PRIMARY KEY, path TEXT NOT NULL UNIQUE, source_path TEXT NOT "
-        u"NULL,"
-        " size INTEGER NOT NULL, modified INTEGER NOT NULL, duration REAL NOT NULL, format TEXT NOT NULL,"
-        " bitrate INTEGER NOT NULL, lossless INTEGER NOT NULL, origin TEXT)"_s,
-        u"CREATE TABLE IF NOT EXISTS wants (file_id INTEGER NOT NULL REFERENCES files(id) ON DELETE CASCADE,"
-        " row_key TEXT NOT NULL, playlist_id TEXT NOT NULL, PRIMARY KEY (row_key, file_id, playlist_id)) WITHOUT ROWID"_s,
-        u"CREATE INDEX IF NOT EXISTS wants_by_file ON wants (file_id)"_s,
-        u"CREATE TABLE IF NOT EXISTS decisions (row_key TEXT PRIMARY KEY, kind TEXT NOT NULL, path TEXT NOT NULL)"_s,
-        u"CREATE TABLE IF NOT EXISTS cooloffs (row_key TEXT PRIMARY KEY, until_ms INTEGER NOT NULL,"
-        " fingerprint TEXT NOT NULL, detail TEXT NOT NULL)"_s,
-        u"CREATE TABLE IF NOT EXISTS playlists (id TEXT PRIMARY KEY, origin TEXT NOT NULL)"_s,
-        u"CREATE TABLE IF NOT EXISTS reviews (track_id TEXT PRIMARY KEY, row_key TEXT NOT NULL, record TEXT NOT NULL)"_s,
-        u"CREATE INDEX IF NOT EXISTS reviews_by_row ON reviews (row_key)"_s,
-        u"CREATE TABLE IF NOT EXISTS audio (path TEXT PRIMARY KEY, size INTEGER NOT NULL, modified INTEGER NOT NULL,"
-        " format TEXT NOT NULL, lossless INTEGER NOT NULL, bitrate INTEGER NOT NULL, duration REAL NOT NULL,"
-        " title TEXT NOT NULL, artist TEXT NOT NULL, album TEXT NOT NULL, isrc TEXT NOT NULL) WITHOUT ROWID"_s,
-        u"PRAGMA user_version = 1"_s};
-    return statements;
-}
 
 QVariant originValue(const std::optional<SourceId> &origin) {
     return origin ? QVariant(QString(wireName(*origin))) : QVariant();
@@ -62,11 +42,15 @@ WrittenFile writtenFileOf(const QSqlQuery &row) {
     file.bitrateKbps = row.value(7).toInt();
     file.lossless = row.value(8).toBool();
     file.origin = fromWireName<SourceId>(QStringView(row.value(9).toString()));
+    file.sourceKbps = row.value(10).toInt();
+    file.replaces = row.value(11).toString();
+    file.lookedWith = row.value(12).toString();
     return file;
 }
 
 constexpr auto fileColumns = "files.id, files.path, files.source_path, files.size, files.modified, files.duration,"
-                             " files.format, files.bitrate, files.lossless, files.origin"_L1;
+                             " files.format, files.bitrate, files.lossless, files.origin, files.source_bitrate,"
+                             " files.replaces, files.looked_with"_L1;
 
 /// SQLite's own codes: a plain error, which a foreign schema gives, a damaged file, and a file that is no database.
 constexpr int codeOfError = 1;
@@ -154,20 +138,37 @@ void Database::prepare(const QString &path) {
     if (QSqlQuery check = query(u"PRAGMA quick_check(1)"_s); check.next() && check.value(0).toString() != "ok"_L1) {
         throw DatabaseError(check.value(0).toString().toStdString(), codeOfDamage);
     }
-    for (const QString &statement : schema()) {
+    const auto stepsLeft = [this] {
+        QSqlQuery version = query(u"PRAGMA user_version"_s);
+        version.next();
+        return schemaSteps(version.value(0).toInt());
+    };
+    if (stepsLeft().isEmpty()) {
+        return;
+    }
+    query(u"BEGIN IMMEDIATE"_s); // all or nothing; and of two engines that start together, one does it
+    for (const QString &statement : stepsLeft()) {
         query(statement);
     }
+    query(u"COMMIT"_s);
+}
+
+/// To be carried out many times: there may be 100,000.
+QSqlQuery Database::prepared(const QString &statement) {
+    QSqlQuery query(QSqlDatabase::database(_connection, false));
+    query.setForwardOnly(true);
+    if (!query.prepare(statement)) {
+        throw errorOf(query.lastError());
+    }
+    return query;
 }
 
 QSqlQuery Database::query(const QString &statement, const QVariantList &values) {
-    QSqlQuery query(QSqlDatabase::database(_connection, false));
-    query.setForwardOnly(true);
-    bool ok = query.prepare(statement);
+    QSqlQuery query = prepared(statement);
     for (const QVariant &value : values) {
         query.addBindValue(value);
     }
-    ok = ok && query.exec();
-    if (!ok) {
+    if (!query.exec()) {
         throw errorOf(query.lastError());
     }
     return query;
@@ -224,13 +225,9 @@ std::vector<Want> Database::wants() {
 QMultiHash<QString, WrittenFile> Database::writtenFor(const QStringList &rowKeys) {
     return transaction([&] {
         QMultiHash<QString, WrittenFile> files;
-        QSqlQuery row(QSqlDatabase::database(_connection, false));
-        row.setForwardOnly(true);
-        if (!row.prepare(
-                u"SELECT DISTINCT %1 FROM wants JOIN files ON files.id = wants.file_id WHERE row_key = ?"_s.arg(
-                    fileColumns))) {
-            throw errorOf(row.lastError());
-        }
+        QSqlQuery row =
+            prepared(u"SELECT DISTINCT %1 FROM wants JOIN files ON files.id = wants.file_id WHERE row_key = ?"_s.arg(
+                fileColumns));
         for (const QString &rowKey : rowKeys) {
             if (files.contains(rowKey)) {
                 continue;
@@ -249,14 +246,17 @@ QMultiHash<QString, WrittenFile> Database::writtenFor(const QStringList &rowKeys
 
 qint64 Database::recordWritten(const WrittenFile &file, const QString &rowKey, const QString &playlistId) {
     return transaction([&] {
-        QSqlQuery stored = query(
-            u"INSERT INTO files (path, source_path, size, modified, duration, format, bitrate, lossless, origin)"
-            " VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?) ON CONFLICT (path) DO UPDATE SET source_path = excluded.source_path,"
-            " size = excluded.size, modified = excluded.modified, duration = excluded.duration,"
-            " format = excluded.format, bitrate = excluded.bitrate, lossless = excluded.lossless,"
-            " origin = excluded.origin RETURNING id"_s,
-            {file.path, text(file.sourcePath), file.size, file.modifiedMs, file.durationSec, text(file.format),
-             file.bitrateKbps, file.lossless, originValue(file.origin)});
+        QSqlQuery stored =
+            query(u"INSERT INTO files (path, source_path, size, modified, duration, format, bitrate, lossless, origin,"
+                  " source_bitrate, replaces, looked_with) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)"
+                  " ON CONFLICT (path) DO UPDATE SET source_path = excluded.source_path, size = excluded.size,"
+                  " modified = excluded.modified, duration = excluded.duration, format = excluded.format,"
+                  " bitrate = excluded.bitrate, lossless = excluded.lossless, origin = excluded.origin,"
+                  " source_bitrate = excluded.source_bitrate, replaces = excluded.replaces,"
+                  " looked_with = excluded.looked_with RETURNING id"_s,
+                  {file.path, text(file.sourcePath), file.size, file.modifiedMs, file.durationSec, text(file.format),
+                   file.bitrateKbps, file.lossless, originValue(file.origin), file.sourceKbps, text(file.replaces),
+                   text(file.lookedWith)});
         stored.next();
         const qint64 id = stored.value(0).toLongLong();
         stored.finish();
@@ -271,8 +271,62 @@ qint64 Database::recordWritten(const WrittenFile &file, const QString &rowKey, c
 void Database::recordWants(const std::vector<Want> &wants) {
     transaction([&] {
         for (const Want &want : wants) {
-            query(u"INSERT OR IGNORE INTO wants (file_id, row_key, playlist_id) VALUES (?, ?, ?)"_s,
-                  {want.fileId, want.rowKey, want.playlistId});
+            query(
+                u"INSERT OR IGNORE INTO wants (file_id, row_key, playlist_id) SELECT id, ?, ? FROM files WHERE id = ?"_s,
+                {want.rowKey, want.playlistId, want.fileId});
+        }
+    });
+}
+
+void Database::recordReplacing(const QString &path, const QString &replaces) {
+    transaction([&] { query(u"UPDATE files SET replaces = ? WHERE path = ?"_s, {text(replaces), path}); });
+}
+
+qint64 Database::finishReplacing(const QString &path, KeptId kept) {
+    return transaction([&]() -> qint64 {
+        QSqlQuery row =
+            query(u"SELECT new.id, old.id FROM files AS new LEFT JOIN files AS old ON old.path = new.replaces"
+                  " AND old.id <> new.id WHERE new.path = ?"_s,
+                  {path});
+        if (!row.next()) {
+            return 0;
+        }
+        const QVariant fresh = row.value(0);
+        const QVariant old = row.value(1);
+        row.finish();
+        query(u"UPDATE files SET replaces = '' WHERE id = ?"_s, {fresh});
+        if (old.isNull()) {
+            return fresh.toLongLong();
+        }
+        const auto [stays, goes] = kept == KeptId::Old ? std::pair(old, fresh) : std::pair(fresh, old);
+        query(u"INSERT OR IGNORE INTO wants (file_id, row_key, playlist_id)"
+              " SELECT ?, row_key, playlist_id FROM wants WHERE file_id = ?"_s,
+              {stays, goes});
+        if (kept == KeptId::Old) {
+            query(u"UPDATE files SET path = path || ' ' WHERE id = ?"_s, {fresh}); // a path is one row's
+            query(u"UPDATE files SET (path, source_path, size, modified, duration, format, bitrate, lossless, origin,"
+                  " source_bitrate, replaces, looked_with) = (SELECT ?, source_path, size, modified, duration, format,"
+                  " bitrate, lossless, origin, source_bitrate, '', looked_with FROM files WHERE id = ?) WHERE id = ?"_s,
+                  {path, fresh, old});
+        }
+        query(u"DELETE FROM files WHERE id = ?"_s, {goes});
+        return stays.toLongLong();
+    });
+}
+
+bool Database::isDecided(qint64 fileId) {
+    return transaction([&] {
+        return query(
+                   u"SELECT 1 FROM wants JOIN decisions ON decisions.row_key = wants.row_key WHERE file_id = ? LIMIT 1"_s,
+                   {fileId})
+            .next();
+    });
+}
+
+void Database::recordLooks(const std::vector<qint64> &fileIds, const QString &fingerprint) {
+    transaction([&] {
+        for (const qint64 id : fileIds) {
+            query(u"UPDATE files SET looked_with = ? WHERE id = ?"_s, {text(fingerprint), id});
         }
     });
 }
@@ -351,14 +405,67 @@ std::vector<PendingReview> Database::reviews() {
 }
 
 void Database::recordReview(const PendingReview &review) {
-    transaction([&] {
-        query(u"INSERT OR REPLACE INTO reviews (track_id, row_key, record) VALUES (?, ?, ?)"_s,
-              {review.trackId, review.rowKey, QString::fromUtf8(writeJSON(review))});
-    });
+    transaction([&] { enter(review); });
+}
+
+void Database::enter(const PendingReview &review) {
+    query(u"INSERT OR REPLACE INTO reviews (track_id, row_key, record) VALUES (?, ?, ?)"_s,
+          {review.trackId, review.rowKey, QString::fromUtf8(writeJSON(review))});
 }
 
 void Database::forgetReviewsOf(const QString &rowKey) {
     transaction([&] { query(u"DELETE FROM reviews WHERE row_key = ?"_s, {rowKey}); });
+}
+
+void Database::followRows(const QHash<QString, QString> &rowKeys, Remember which) {
+    transaction([&] {
+        QHash<QString, QString> before; // of these rows
+        for (QSqlQuery row = query(u"SELECT spelling, row_key FROM spellings"_s); row.next();) {
+            if (const QString spelling = row.value(0).toString(); rowKeys.contains(spelling)) {
+                before.insert(spelling, row.value(1).toString());
+            }
+        }
+        QSet<QString> met;
+        if (which == Remember::WhatIsMet) {
+            for (QSqlQuery row = query(u"SELECT row_key FROM wants UNION SELECT row_key FROM decisions"_s);
+                 row.next();) {
+                met.insert(row.value(0).toString());
+            }
+        }
+        QSqlQuery entry = prepared(u"INSERT OR REPLACE INTO spellings (spelling, row_key) VALUES (?, ?)"_s);
+        for (auto row = rowKeys.cbegin(); row != rowKeys.cend(); ++row) {
+            const QString key = before.value(row.key());
+            if (key.isEmpty() ? which == Remember::WhatIsMet && !met.contains(*row) : key == *row) {
+                continue;
+            }
+            if (!key.isEmpty()) {
+                follow(key, *row);
+            }
+            entry.bindValue(0, row.key());
+            entry.bindValue(1, *row);
+            if (!entry.exec()) {
+                throw errorOf(entry.lastError());
+            }
+        }
+    });
+}
+
+/// Two rows that had one key may have two now, so what was remembered is copied: the old key is nobody's in the end.
+void Database::follow(const QString &before, const QString &now) {
+    query(u"INSERT OR IGNORE INTO wants (file_id, row_key, playlist_id)"
+          " SELECT file_id, ?, playlist_id FROM wants WHERE row_key = ?"_s,
+          {now, before});
+    query(u"INSERT OR IGNORE INTO decisions (row_key, kind, path)"
+          " SELECT ?, kind, path FROM decisions WHERE row_key = ?"_s,
+          {now, before});
+    std::vector<PendingReview> waiting;
+    for (QSqlQuery row = query(u"SELECT record FROM reviews WHERE row_key = ?"_s, {before}); row.next();) {
+        waiting.push_back(reviewOf(row.value(0).toString()));
+    }
+    for (PendingReview &review : waiting) {
+        review.rowKey = now;
+        enter(review);
+    }
 }
 
 QHash<QString, AudioFile> Database::audioFiles() {
@@ -387,11 +494,8 @@ QHash<QString, AudioFile> Database::audioFiles() {
 
 void Database::recordAudioFiles(const std::vector<AudioFile> &read, const QStringList &gone) {
     transaction([&] {
-        QSqlQuery entry(QSqlDatabase::database(_connection, false)); // prepared once: there may be 100,000
-        if (!entry.prepare(u"INSERT OR REPLACE INTO audio (path, size, modified, format, lossless, bitrate, duration,"
-                           " title, artist, album, isrc) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)"_s)) {
-            throw errorOf(entry.lastError());
-        }
+        QSqlQuery entry = prepared(u"INSERT OR REPLACE INTO audio (path, size, modified, format, lossless, bitrate,"
+                                   " duration, title, artist, album, isrc) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)"_s);
         for (const AudioFile &file : read) {
             const QVariantList values{file.path,         file.size,        file.modifiedMs,  text(file.format),
                                       file.lossless,     file.bitrateKbps, file.durationSec, text(file.title),

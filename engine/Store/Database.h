@@ -48,6 +48,16 @@ public:
     qint64 recordWritten(const WrittenFile &file, const QString &rowKey, const QString &playlistId);
     void recordWants(const std::vector<Want> &wants);
     void forgetFile(const QString &path);
+    /// Says that a file takes the place of another one, which goes next.
+    void recordReplacing(const QString &path, const QString &replaces);
+    enum class KeptId { Old, New };
+    /// Makes the file that has taken another's place, and the one that is gone, one entry wanted by the rows of both.
+    /// Returns its id.
+    qint64 finishReplacing(const QString &path, KeptId kept);
+    /// Whether the user has decided about any row that wants this file.
+    bool isDecided(qint64 fileId);
+    /// Keeps that nothing better than these files was found in the collection of that fingerprint.
+    void recordLooks(const std::vector<qint64> &fileIds, const QString &fingerprint);
 
     // Decisions and cool-offs
     std::optional<StoredDecision> decision(const QString &rowKey);
@@ -66,6 +76,12 @@ public:
     void recordReview(const PendingReview &review);
     void forgetReviewsOf(const QString &rowKey);
 
+    // Rows by what their lists say of them, whatever the program makes of that
+    enum class Remember { All, WhatIsMet };
+    /// Makes what is remembered under a key that a row once had known under the one that it has now, and keeps which
+    /// key each row has, or each of which anything is remembered. `rowKeys` is by spelling.
+    void followRows(const QHash<QString, QString> &rowKeys, Remember which);
+
     // What was read of the collection
     QHash<QString, AudioFile> audioFiles();
     void recordAudioFiles(const std::vector<AudioFile> &read, const QStringList &gone);
@@ -73,7 +89,10 @@ public:
 private:
     template<class Function>
     auto transaction(Function function);
+    QSqlQuery prepared(const QString &statement);
     QSqlQuery query(const QString &statement, const QVariantList &values = {});
+    void follow(const QString &before, const QString &now);
+    void enter(const PendingReview &review);
     void open(const QString &path, const Warn &warn);
     void prepare(const QString &path);
 

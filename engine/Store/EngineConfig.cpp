@@ -39,6 +39,10 @@ std::optional<QString> objectionTo(const SafeConfig::Run &run) {
 
 } // namespace
 
+bool EngineConfig::hides(PlaylistSourceId source) const {
+    return !(source == PlaylistSourceId::spotify ? spotifyConnected : appleMusicConnected).value_or(true);
+}
+
 std::optional<QString> objectionTo(const ConfigPatch &patch) {
     if (patch.run) {
         if (const auto objection = objectionTo(*patch.run)) {

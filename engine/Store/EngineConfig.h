@@ -24,6 +24,9 @@ struct EngineConfig {
     std::optional<bool> spotifyConnected;
     std::optional<bool> appleMusicConnected;
 
+    /// Whether the user has disconnected this source: its playlists are then nobody's to see or sync.
+    bool hides(PlaylistSourceId source) const;
+
     bool operator==(const EngineConfig &) const = default;
 };
 

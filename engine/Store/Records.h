@@ -22,6 +22,9 @@ struct WrittenFile {
     int bitrateKbps = 0;
     bool lossless = false;
     std::optional<SourceId> origin;
+    int sourceKbps = 0; ///< Of what it was made from, which a conversion changes.
+    QString replaces;   ///< A file of ours that is to go once this one stands; empty if there is none.
+    QString lookedWith; ///< The fingerprint of the last search for a better copy that found none.
 
     bool operator==(const WrittenFile &) const = default;
 };
@@ -65,9 +68,12 @@ struct PendingReview {
     QString album;
     double durationSec = 0;
     std::vector<CandidateDTO> candidates; ///< The best first; their urls are file URLs.
+    std::optional<QString> artworkUrl;    ///< As the list says it.
+    std::optional<QString> location;      ///< The file that the list itself names.
 
     bool operator==(const PendingReview &) const = default;
 };
-ZELK_JSON_FIELDS(PendingReview, trackId, runId, playlistId, rowKey, stem, title, artist, album, durationSec, candidates)
+ZELK_JSON_FIELDS(PendingReview, trackId, runId, playlistId, rowKey, stem, title, artist, album, durationSec, candidates,
+                 artworkUrl, location)
 
 } // namespace zelk::engine

@@ -33,4 +33,14 @@ inline QByteArray tinyFlac(int seconds, const QList<std::pair<QByteArray, QByteA
            big(static_cast<quint64>(tags.size()), 3) + tags;
 }
 
+/// The bytes of a silent MP3 file of that constant bitrate: 128 or 320.
+inline QByteArray tinyMp3(int kbps, int seconds) {
+    const int index = kbps == 320 ? 14 : 9;
+    QByteArray frame("\xFF\xFB", 2);
+    frame += static_cast<char>(index << 4);
+    frame += static_cast<char>(0xC0); // mono
+    frame += QByteArray(144 * kbps * 1'000 / 44'100 - frame.size(), 0);
+    return frame.repeated(seconds * 44'100 / 1'152 + 1);
+}
+
 } // namespace zelk::engine::testing

@@ -260,6 +260,25 @@ private Q_SLOTS:
         QVERIFY(engine.process().readAll().contains("\"id\":\"q\",\"ok\":true"));
     }
 
+    void aSyncIsAnsweredBeforeItsListsAreRead() {
+        const EngineHome home;
+        QByteArray list = "Track Name,Artist Name(s)\n";
+        for (int i = 0; i < 60'000; ++i) {
+            list += "Song number " + QByteArray::number(i) + " (feat. Somebody) [Extended Remix],Ann\n";
+        }
+        home.write(home.playlists(u"Long.csv"_s), list);
+        EngineChild engine(home);
+        engine.send("{\"id\":\"list\",\"method\":\"listPlaylists\"}\n"
+                    R"({"id":"sync","method":"startSync","params":{"selection":[{"source":"spotify","id":"x"}]}})");
+        QStringList story;
+        while (story.size() < 3) {
+            const QJsonObject line = engine.next();
+            QVERIFY(!line.isEmpty());
+            story += line.contains("id"_L1) ? line.value("id"_L1).toString() : line.value("event"_L1).toString();
+        }
+        QCOMPARE(story.first(), u"sync"_s);
+    }
+
     void theEndOfTheReaderEndsItCalmly() {
         const EngineHome home;
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();

@@ -115,6 +115,27 @@ private Q_SLOTS:
         QCOMPARE(listed(engine, source).at(0).toObject(), known);
     }
 
+    void aRunTakesNoPlaylistOfADisconnectedSource_data() { bothSources(); }
+    void aRunTakesNoPlaylistOfADisconnectedSource() {
+        QFETCH(QString, source);
+        const EngineHome home;
+        addExport(home, u"spotify"_s);
+        addExport(home, u"apple"_s);
+        home.addAudio(u"a.mp3"_s, u"A1"_s, u"T1"_s);
+        EngineChild engine(home);
+        const QJsonArray all = engine.selectAll();
+        QCOMPARE(all.size(), 2);
+        QVERIFY(isOk(engine.call(u"disconnectAccount"_s, QJsonObject{{u"service"_s, service(source)}})));
+        QVERIFY(isOk(engine.call(u"startSync"_s, QJsonObject{{u"selection"_s, all}})));
+        QCOMPARE(dataOf(engine.until(u"syncStarted"_s)).value("totalPlaylists"_L1).toInt(), 1);
+        const QString said = dataOf(engine.until(u"error"_s)).value("message"_L1).toString();
+        QVERIFY2(said.contains(u"List"_s) && said.contains(u"disconnected"_s), qPrintable(said));
+        const QString played = dataOf(engine.until(u"playlistStarted"_s)).value("playlistId"_L1).toString();
+        QVERIFY2(!played.startsWith(source + u':'), qPrintable(played));
+        QCOMPARE(engine.until(u"playlistFinished"_s).isEmpty(), false);
+        QCOMPARE(engine.next().value("event"_L1).toString(), u"syncDone"_s); // and no other list
+    }
+
     void connectingSaysWhereToPutTheExportsUntilThereAreSome() {
         const EngineHome home;
         addExport(home, u"apple"_s);
