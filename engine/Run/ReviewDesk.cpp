@@ -75,38 +75,70 @@ QString pathTaken(const PendingReview &review, const ReviewDecision &decision, Q
 ReviewDesk::ReviewDesk(RunServices services, std::function<Settings()> settings)
     : _services(services), _settings(std::move(settings)) {}
 
-void ReviewDesk::decide(const QString &trackId, const ReviewDecision &decision, std::shared_ptr<SyncRun> run) {
-    _queue.post([this, trackId, decision, run = std::move(run)] {
+ReviewDesk::~ReviewDesk() {
+    stop();
+    _queue.waitUntilIdle(); // what was decided last is kept too
+}
+
+void ReviewDesk::decide(const QString &trackId, const ReviewDecision &decision) {
+    const std::lock_guard lock(_mutex);
+    _queue.post([this, taken = Taken{trackId, decision, _stop.get_token()}] {
         try {
-            carryOut(trackId, decision, run);
+            carryOut(taken);
         } catch (const std::exception &error) {
             refuse(u"Your decision couldn't be kept: %1"_s.arg(QString::fromUtf8(error.what())));
         }
     });
 }
 
-void ReviewDesk::stop() {
+void ReviewDesk::inTurn(const std::function<void()> &work) {
+    _queue.run([&work] { work(); });
+}
+
+void ReviewDesk::attend(std::shared_ptr<SyncRun> run) {
+    _run = std::move(run);
+    if (_run) {
+        _begun = _run->runId();
+    }
+}
+
+void ReviewDesk::cancel() {
+    const std::lock_guard lock(_mutex);
     _stop.request_stop();
-    _queue.clear();
+    if (!_stopping) {
+        _stop = std::stop_source();
+    }
+}
+
+void ReviewDesk::stop() {
+    const std::lock_guard lock(_mutex);
+    _stopping = true;
+    _stop.request_stop();
+}
+
+/// No event of a run may follow the beginning of a later one, so rows that an earlier run has found doubtful are the
+/// later one's now.
+RunEvents ReviewDesk::eventsOf(const PendingReview &row, const std::stop_token &stop) const {
+    return {_services.events, _begun.isEmpty() ? row.runId : _begun, stop};
 }
 
 void ReviewDesk::refuse(const QString &message) {
     _services.events.send(ServerEvent::Error{std::nullopt, u"review"_s, std::nullopt, message});
 }
 
-void ReviewDesk::carryOut(const QString &trackId, const ReviewDecision &decision, const std::shared_ptr<SyncRun> &run) {
-    const auto review = _services.database.review(trackId);
+void ReviewDesk::carryOut(const Taken &taken) {
+    const auto review = _services.database.review(taken.trackId);
     if (!review) {
         refuse(u"This track isn't waiting for a decision any more. Sync again to see how it stands."_s);
         return;
     }
     const std::vector<PendingReview> rows = rowsOf(*review);
-    if (caseOf<ReviewDecision::Skip>(decision)) {
-        skip(rows, run);
+    if (caseOf<ReviewDecision::Skip>(taken.decision)) {
+        skip(rows, taken.stop);
         return;
     }
     QString refusal;
-    const QString path = pathTaken(*review, decision, refusal);
+    const QString path = pathTaken(*review, taken.decision, refusal);
     if (!refusal.isEmpty()) {
         refuse(refusal);
         return;
@@ -124,7 +156,7 @@ void ReviewDesk::carryOut(const QString &trackId, const ReviewDecision &decision
         }
     }
     _services.database.recordDecision(review->rowKey, {StoredDecision::Kind::Take, path});
-    take(rows, source, run);
+    take(rows, source, taken.stop);
 }
 
 std::vector<PendingReview> ReviewDesk::rowsOf(const PendingReview &review) {
@@ -137,31 +169,23 @@ std::vector<PendingReview> ReviewDesk::rowsOf(const PendingReview &review) {
     return rows;
 }
 
-void ReviewDesk::skip(const std::vector<PendingReview> &rows, const std::shared_ptr<SyncRun> &run) {
+void ReviewDesk::skip(const std::vector<PendingReview> &rows, const std::stop_token &stop) {
     const QString &key = rows.front().rowKey;
     const QString detail = u"You chose to skip this track."_s;
     _services.database.recordDecision(key, {StoredDecision::Kind::Skip, {}});
     _services.database.forgetReviewsOf(key);
-    if (run) {
-        run->noteSkipped(key, detail, static_cast<int>(rows.size()));
+    if (_run) {
+        _run->noteSkipped(key, detail, static_cast<int>(rows.size()));
     }
     for (const PendingReview &row : rows) {
-        RunEvents(_services.events, row.runId, _stop.get_token()).finished(row.trackId, Finish::skipped, detail);
+        eventsOf(row, stop).finished(row.trackId, Finish::skipped, detail);
     }
 }
 
-void ReviewDesk::take(const std::vector<PendingReview> &rows, const AudioFile &source,
-                      const std::shared_ptr<SyncRun> &run) {
-    std::stop_source stop;
-    const auto stopNow = [&stop] { stop.request_stop(); };
-    const std::stop_callback onShutdown(_stop.get_token(), stopNow);
-    const std::stop_callback onCancel(run ? run->stopToken() : std::stop_token(), stopNow);
+void ReviewDesk::take(const std::vector<PendingReview> &rows, const AudioFile &source, const std::stop_token &stop) {
     const Settings settings = _settings();
     OutputFolder folder(settings.outputDir, _services.files);
     const QString &key = rows.front().rowKey;
-    const auto eventsOf = [&](const PendingReview &row) {
-        return RunEvents(_services.events, row.runId, stop.get_token());
-    };
     WrittenFile file;
     bool fresh = false;
     try {
@@ -169,7 +193,7 @@ void ReviewDesk::take(const std::vector<PendingReview> &rows, const AudioFile &s
             file = *before;
         } else {
             folder.prepare();
-            file = write(rows.front(), source, folder, settings.toleranceSec, stop.get_token());
+            file = write(rows.front(), source, folder, settings.toleranceSec, stop);
             fresh = true;
         }
         std::vector<Want> wants;
@@ -181,30 +205,31 @@ void ReviewDesk::take(const std::vector<PendingReview> &rows, const AudioFile &s
     } catch (const Stopped &) { // the decision is kept: the next run carries it out
         _services.database.forgetReviewsOf(key);
         for (const PendingReview &row : rows) {
-            eventsOf(row).finished(row.trackId, Finish::skipped, {});
+            eventsOf(row, stop).finished(row.trackId, Finish::skipped, {});
         }
         return;
     } catch (const std::exception &error) {
         _services.database.forgetReviewsOf(key);
         const QString detail = explainWriteFailure(error, source.path, settings.outputDir).detail;
         for (const PendingReview &row : rows) {
-            eventsOf(row).finished(row.trackId, Finish::failed, detail);
+            eventsOf(row, stop).finished(row.trackId, Finish::failed, detail);
         }
         return;
     }
-    if (run) {
-        run->noteWritten(key, file, static_cast<int>(rows.size()));
+    if (_run) {
+        _run->noteWritten(key, file, static_cast<int>(rows.size()));
     }
     for (std::size_t i = 0; i < rows.size(); ++i) {
-        eventsOf(rows[i]).written(rows[i].trackId, file,
-                                  fresh && i == 0 ? ServerEvent::TrackFinishKind::downloaded
-                                                  : ServerEvent::TrackFinishKind::verified);
+        eventsOf(rows[i], stop)
+            .written(rows[i].trackId, file,
+                     fresh && i == 0 ? ServerEvent::TrackFinishKind::downloaded
+                                     : ServerEvent::TrackFinishKind::verified);
     }
 }
 
 WrittenFile ReviewDesk::write(const PendingReview &row, const AudioFile &source, const OutputFolder &folder,
                               double toleranceSec, std::stop_token stop) {
-    const RunEvents events(_services.events, row.runId, stop);
+    const RunEvents events = eventsOf(row, stop);
     ProgressMeter meter(events, row.trackId);
     WriteOrder order;
     order.source = source;

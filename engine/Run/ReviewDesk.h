@@ -6,11 +6,13 @@
 
 #include <functional>
 #include <memory>
+#include <mutex>
+#include <stop_token>
 
 namespace zelk::engine {
 
 /// Carries out what the user decides about doubtful tracks, during a run, after it, and after a restart of the engine.
-/// One decision after the other, on a thread of its own; any thread may call.
+/// One decision after the other, on a thread of its own, to which runs come at their turns; any thread may call.
 class ReviewDesk {
 public:
     struct Settings {
@@ -19,20 +21,34 @@ public:
     };
 
     ReviewDesk(RunServices services, std::function<Settings()> settings);
+    ~ReviewDesk();
 
-    /// `run` is the one under way, or null. Never fails: what goes wrong is told by events, and a decision that can't
-    /// be carried out leaves the track waiting for another one.
-    void decide(const QString &trackId, const ReviewDecision &decision, std::shared_ptr<SyncRun> run);
+    /// Never fails: what goes wrong is told by events, and a decision that can't be carried out leaves the track
+    /// waiting for another one.
+    void decide(const QString &trackId, const ReviewDecision &decision);
 
-    /// Waits until all decisions taken so far are carried out.
-    void waitUntilIdle() { _queue.waitUntilIdle(); }
-    /// Stops what is under way at its next safe point and drops the rest.
+    /// Does a piece of a run's work behind all decisions taken so far and before those that are taken later, and waits
+    /// for it. What it throws comes out here.
+    void inTurn(const std::function<void()> &work);
+    /// From now on decisions are carried out as a part of this run; of none if null. To be called in turn.
+    void attend(std::shared_ptr<SyncRun> run);
+
+    /// Stops the decisions taken so far at their next safe point. They are kept, and the next run carries them out.
+    void cancel();
+    /// As cancel(), for those to come too.
     void stop();
 
 private:
-    void carryOut(const QString &trackId, const ReviewDecision &decision, const std::shared_ptr<SyncRun> &run);
-    void skip(const std::vector<PendingReview> &rows, const std::shared_ptr<SyncRun> &run);
-    void take(const std::vector<PendingReview> &rows, const AudioFile &source, const std::shared_ptr<SyncRun> &run);
+    struct Taken {
+        QString trackId;
+        ReviewDecision decision;
+        std::stop_token stop;
+    };
+
+    void carryOut(const Taken &taken);
+    void skip(const std::vector<PendingReview> &rows, const std::stop_token &stop);
+    void take(const std::vector<PendingReview> &rows, const AudioFile &source, const std::stop_token &stop);
+    RunEvents eventsOf(const PendingReview &row, const std::stop_token &stop) const;
     WrittenFile write(const PendingReview &row, const AudioFile &source, const OutputFolder &folder,
                       double toleranceSec, std::stop_token stop);
     std::optional<WrittenFile> standing(const AudioFile &source, const Settings &settings);
@@ -42,7 +58,14 @@ private:
 
     RunServices _services;
     const std::function<Settings()> _settings;
-    std::stop_source _stop;
+
+    // The queue's thread's own
+    std::shared_ptr<SyncRun> _run;
+    QString _begun; // the run that began last
+
+    std::mutex _mutex;      // guards the next
+    std::stop_source _stop; // of the decisions taken since the last cancel
+    bool _stopping = false;
     WorkQueue _queue; // last, so that its thread ends before what it uses
 };
 

@@ -42,36 +42,40 @@ void SyncRun::cancel(bool tellDone) {
     _changed.notify_all();
 }
 
-void SyncRun::execute(const std::function<void()> &rowsDone, const std::function<void()> &over) {
+void SyncRun::execute(const RunTurns &turns) {
     QStringList missing;
     const std::vector<Playlist> playlists = selectedPlaylists(missing);
-    _events.syncStarted(static_cast<qint64>(playlists.size()));
-    for (const QString &name : missing) {
-        _events.error(u"playlists"_s, u"The playlist %1 isn't there any more. Reload the playlists."_s.arg(name));
-    }
     try {
-        if (!_stop.stop_requested()) {
-            prepareOutput();
-            loadMemory(playlists);
-        }
+        turns.inTurn([&] {
+            turns.begins();
+            begin(playlists, missing);
+        });
         for (std::size_t i = 0; i < playlists.size() && !_stop.stop_requested(); ++i) {
             playPlaylist(playlists[i], static_cast<qint64>(i));
         }
         if (!_stop.stop_requested()) {
-            rowsDone();
+            turns.inTurn([] {}); // what is decided by now counts
             finish(playlists);
         }
     } catch (const std::exception &error) {
         _events.error(u"run"_s, u"The sync had to stop: %1"_s.arg(QString::fromUtf8(error.what())));
     }
     _writers->waitUntilIdle();
-    over();
-    std::unique_lock lock(_mutex);
-    const bool tell = _tellDone;
-    const SyncSummary summary = _summary;
-    lock.unlock();
-    if (tell) {
-        _events.syncDone(summary);
+    turns.inTurn([&] {
+        turns.over();
+        sendSummary();
+    });
+}
+
+/// In turn, so that the memory it loads and the folder it clears up are nobody else's meanwhile.
+void SyncRun::begin(const std::vector<Playlist> &playlists, const QStringList &missing) {
+    _events.syncStarted(static_cast<qint64>(playlists.size()));
+    for (const QString &name : missing) {
+        _events.error(u"playlists"_s, u"The playlist %1 isn't there any more. Reload the playlists."_s.arg(name));
+    }
+    if (!_stop.stop_requested()) {
+        prepareOutput();
+        loadMemory(playlists);
     }
 }
 

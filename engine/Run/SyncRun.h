@@ -18,6 +18,17 @@
 
 namespace zelk::engine {
 
+/// How a run and the decisions that the user takes meanwhile keep out of each other's way.
+struct RunTurns {
+    /// Does the work behind all decisions taken so far and before those that are taken later, and waits for it.
+    std::function<void(const std::function<void()> &work)> inTurn;
+    /// The run begins. Called in turn, before anything of it is told.
+    std::function<void()> begins;
+    /// Nothing is left but to send the summary, upon which the application may ask for the next run at once. Called in
+    /// turn.
+    std::function<void()> over;
+};
+
 /// One run, from syncStarted to syncDone. Rows are looked at one after the other on the thread that executes the run,
 /// so that names are given in playlist order; the files are written on threads of the run's own, so many at a time as
 /// asked.
@@ -27,13 +38,11 @@ public:
 
     const QString &runId() const { return _request.runId; }
 
-    /// Does it all; never throws. `rowsDone` is called when all rows are through, and may wait; `over` when nothing is
-    /// left but to send the summary, upon which the application may ask for the next run at once.
-    void execute(const std::function<void()> &rowsDone, const std::function<void()> &over);
+    /// Does it all; never throws.
+    void execute(const RunTurns &turns);
 
     /// Ends it at the next safe point. From any thread. With `tellDone` the summary is still sent.
     void cancel(bool tellDone);
-    std::stop_token stopToken() const { return _stop.get_token(); }
 
     /// Takes note of what a decision of the user has made of a recording that this run found doubtful. From any thread.
     void noteWritten(const QString &rowKey, const WrittenFile &file, int rows);
@@ -44,6 +53,7 @@ private:
 
     // Preparation
     std::vector<Playlist> selectedPlaylists(QStringList &missing);
+    void begin(const std::vector<Playlist> &playlists, const QStringList &missing);
     void prepareOutput();
     void loadMemory(const std::vector<Playlist> &playlists);
     const SourceFinder *finder();
@@ -74,6 +84,7 @@ private:
     void coolOff(const QString &rowKey, const QString &detail);
 
     void finish(const std::vector<Playlist> &playlists);
+    void sendSummary();
 
     const RunRequest _request;
     RunServices _services;

@@ -187,4 +187,14 @@ void SyncRun::finish(const std::vector<Playlist> &playlists) {
     }
 }
 
+void SyncRun::sendSummary() {
+    std::unique_lock lock(_mutex);
+    const bool tell = _tellDone;
+    const SyncSummary summary = _summary;
+    lock.unlock();
+    if (tell) {
+        _events.syncDone(summary);
+    }
+}
+
 } // namespace zelk::engine
