@@ -7,6 +7,7 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <cerrno>
 #include <cmath>
 
 using namespace Qt::Literals::StringLiterals;
@@ -95,6 +96,9 @@ WrittenFile writeTrack(const WriteOrder &order, const OutputFolder &folder, cons
     written.bitrateKbps = read.bitrateKbps;
     written.lossless = read.lossless;
     written.origin = order.source.origin;
+    if (order.replaces != order.target && stampOf(order.target)) {
+        throw FileProblem(order.target, EEXIST); // before it is entered over what may be known of that file
+    }
     hooks.commit(written);
     try {
         putInPlace(partial.path(), order.target, order.replaces == order.target, ops);

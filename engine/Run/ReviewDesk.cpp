@@ -132,9 +132,8 @@ void ReviewDesk::carryOut(const Taken &taken) {
         refuse(u"This track isn't waiting for a decision any more. Sync again to see how it stands."_s);
         return;
     }
-    const std::vector<PendingReview> rows = rowsOf(*review);
     if (caseOf<ReviewDecision::Skip>(taken.decision)) {
-        skip(rows, taken.stop);
+        settle(*review, {}, taken.stop, [&](const std::vector<PendingReview> &) { return skip(review->rowKey); });
         return;
     }
     QString refusal;
@@ -156,7 +155,40 @@ void ReviewDesk::carryOut(const Taken &taken) {
         }
     }
     _services.database.recordDecision(review->rowKey, {StoredDecision::Kind::Take, path});
-    take(rows, source, taken.stop);
+    settle(*review, path, taken.stop,
+           [&](const std::vector<PendingReview> &rows) { return take(rows, source, taken.stop); });
+}
+
+void ReviewDesk::settle(const PendingReview &review, const QString &sourcePath, const std::stop_token &stop,
+                        const std::function<DecisionOutcome(const std::vector<PendingReview> &rows)> &work) {
+    // Rows of the run under way that come from here on wait for the outcome; those that came before are all in.
+    const RecordingPtr recording = _run ? _run->takeToDesk(review.rowKey, sourcePath, stop) : nullptr;
+    const std::vector<PendingReview> rows = rowsOf(review);
+    DecisionOutcome outcome;
+    const auto giveBack = [&] {
+        if (_run) {
+            _run->giveBack(recording, sourcePath, rows, outcome);
+        }
+    };
+    try {
+        outcome = work(rows);
+    } catch (...) {
+        giveBack();
+        throw;
+    }
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        const RunEvents events = eventsOf(rows[i], stop);
+        if (outcome.state == Recording::State::Written) {
+            events.written(rows[i].trackId, outcome.file,
+                           outcome.isNew && i == 0 ? ServerEvent::TrackFinishKind::downloaded
+                                                   : ServerEvent::TrackFinishKind::verified);
+        } else {
+            events.finished(rows[i].trackId,
+                            outcome.state == Recording::State::Failed ? Finish::failed : Finish::skipped,
+                            outcome.detail);
+        }
+    }
+    giveBack();
 }
 
 std::vector<PendingReview> ReviewDesk::rowsOf(const PendingReview &review) {
@@ -169,62 +201,40 @@ std::vector<PendingReview> ReviewDesk::rowsOf(const PendingReview &review) {
     return rows;
 }
 
-void ReviewDesk::skip(const std::vector<PendingReview> &rows, const std::stop_token &stop) {
-    const QString &key = rows.front().rowKey;
-    const QString detail = u"You chose to skip this track."_s;
-    _services.database.recordDecision(key, {StoredDecision::Kind::Skip, {}});
-    _services.database.forgetReviewsOf(key);
-    if (_run) {
-        _run->noteSkipped(key, detail, static_cast<int>(rows.size()));
-    }
-    for (const PendingReview &row : rows) {
-        eventsOf(row, stop).finished(row.trackId, Finish::skipped, detail);
-    }
+DecisionOutcome ReviewDesk::skip(const QString &rowKey) {
+    _services.database.recordDecision(rowKey, {StoredDecision::Kind::Skip, {}});
+    _services.database.forgetReviewsOf(rowKey);
+    return {Recording::State::Skipped, {}, false, u"You chose to skip this track."_s};
 }
 
-void ReviewDesk::take(const std::vector<PendingReview> &rows, const AudioFile &source, const std::stop_token &stop) {
+DecisionOutcome ReviewDesk::take(const std::vector<PendingReview> &rows, const AudioFile &source,
+                                 const std::stop_token &stop) {
     const Settings settings = _settings();
     OutputFolder folder(settings.outputDir, _services.files);
     const QString &key = rows.front().rowKey;
-    WrittenFile file;
-    bool fresh = false;
+    DecisionOutcome outcome;
     try {
         if (const auto before = standing(source, settings)) {
-            file = *before;
+            outcome.file = *before;
         } else {
             folder.prepare();
-            file = write(rows.front(), source, folder, settings.toleranceSec, stop);
-            fresh = true;
+            outcome.file = write(rows.front(), source, folder, settings.toleranceSec, stop);
+            outcome.isNew = true;
         }
         std::vector<Want> wants;
         for (const PendingReview &row : rows) {
-            wants.push_back({file.id, row.rowKey, row.playlistId});
+            wants.push_back({outcome.file.id, row.rowKey, row.playlistId});
         }
         _services.database.recordWants(wants);
-        _services.database.forgetReviewsOf(key);
+        outcome.state = Recording::State::Written;
     } catch (const Stopped &) { // the decision is kept: the next run carries it out
-        _services.database.forgetReviewsOf(key);
-        for (const PendingReview &row : rows) {
-            eventsOf(row, stop).finished(row.trackId, Finish::skipped, {});
-        }
-        return;
+        outcome.state = Recording::State::Skipped;
     } catch (const std::exception &error) {
-        _services.database.forgetReviewsOf(key);
-        const QString detail = explainWriteFailure(error, source.path, settings.outputDir).detail;
-        for (const PendingReview &row : rows) {
-            eventsOf(row, stop).finished(row.trackId, Finish::failed, detail);
-        }
-        return;
+        outcome.state = Recording::State::Failed;
+        outcome.detail = explainWriteFailure(error, source.path, settings.outputDir).detail;
     }
-    if (_run) {
-        _run->noteWritten(key, file, static_cast<int>(rows.size()));
-    }
-    for (std::size_t i = 0; i < rows.size(); ++i) {
-        eventsOf(rows[i], stop)
-            .written(rows[i].trackId, file,
-                     fresh && i == 0 ? ServerEvent::TrackFinishKind::downloaded
-                                     : ServerEvent::TrackFinishKind::verified);
-    }
+    _services.database.forgetReviewsOf(key);
+    return outcome;
 }
 
 WrittenFile ReviewDesk::write(const PendingReview &row, const AudioFile &source, const OutputFolder &folder,
@@ -243,7 +253,7 @@ WrittenFile ReviewDesk::write(const PendingReview &row, const AudioFile &source,
     hooks.commit = [&](const WrittenFile &file) {
         id = _services.database.recordWritten(file, row.rowKey, row.playlistId);
     };
-    hooks.rollback = [&](const WrittenFile &file) { _services.database.forgetFile(file.path); };
+    hooks.rollback = [&](const WrittenFile &file) { _services.database.takeBack(file); };
     WrittenFile file = writeTrack(order, folder, hooks, stop, _services.files);
     file.id = id;
     return file;
@@ -274,7 +284,15 @@ QString ReviewDesk::freeStem(const PendingReview &row, const OutputFolder &folde
             names.take(other.stem);
         }
     }
-    return names.claim(row.stem);
+    if (!_run) {
+        return names.claim(row.stem);
+    }
+    // The run may have given names to files that don't stand yet.
+    QString stem = _run->reservedStem(row.rowKey);
+    while (stem.isEmpty() || names.isTaken(stem)) {
+        stem = _run->claimStem(row.stem);
+    }
+    return stem;
 }
 
 } // namespace zelk::engine

@@ -46,8 +46,12 @@ private:
     };
 
     void carryOut(const Taken &taken);
-    void skip(const std::vector<PendingReview> &rows, const std::stop_token &stop);
-    void take(const std::vector<PendingReview> &rows, const AudioFile &source, const std::stop_token &stop);
+    /// Does the work for all rows of a recording and tells what came of it, to the run under way too. `sourcePath` is
+    /// the file that was chosen, if any.
+    void settle(const PendingReview &review, const QString &sourcePath, const std::stop_token &stop,
+                const std::function<DecisionOutcome(const std::vector<PendingReview> &rows)> &work);
+    DecisionOutcome skip(const QString &rowKey);
+    DecisionOutcome take(const std::vector<PendingReview> &rows, const AudioFile &source, const std::stop_token &stop);
     RunEvents eventsOf(const PendingReview &row, const std::stop_token &stop) const;
     WrittenFile write(const PendingReview &row, const AudioFile &source, const OutputFolder &folder,
                       double toleranceSec, std::stop_token stop);

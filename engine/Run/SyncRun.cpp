@@ -174,10 +174,11 @@ void SyncRun::playPlaylist(const Playlist &playlist, qint64 index) {
         } catch (const std::exception &error) {
             failRow(row, explainWriteFailure(error, {}, _output.path()).detail);
         }
+        letGoOfRow();
     }
     {
         std::unique_lock lock(_mutex);
-        _changed.wait(lock, [this] { return _inHand == 0; });
+        _changed.wait(lock, [this] { return _inHand == 0 && _waitingForDesk == 0; });
     }
     _services.database.recordWants(std::exchange(_wants, {}));
     std::unique_lock lock(_mutex);
@@ -195,6 +196,12 @@ bool SyncRun::waitForSlot() {
     return !_stop.stop_requested();
 }
 
+void SyncRun::letGoOfRow() {
+    const std::lock_guard lock(_mutex);
+    _rowInHand.clear();
+    _changed.notify_all();
+}
+
 void SyncRun::takeRow(const RunRow &row) {
     _events.trackStarted(row);
     const QString &key = row.track->rowKey;
@@ -202,6 +209,7 @@ void SyncRun::takeRow(const RunRow &row) {
     bool known = false;
     {
         const std::lock_guard lock(_mutex);
+        _rowInHand = key;
         RecordingPtr &entry = _recordings[key];
         known = entry != nullptr;
         if (!known) {
@@ -232,8 +240,12 @@ void SyncRun::takeRow(const RunRow &row) {
 }
 
 QString SyncRun::stemOfRow(const ListedTrack &track) {
-    const auto reserved = _reserved.constFind(track.rowKey);
-    return reserved != _reserved.constEnd() ? *reserved : _names.claim(stemFor(track.artist, track.title));
+    const std::lock_guard lock(_mutex);
+    QString &stem = _reserved[track.rowKey];
+    if (stem.isEmpty()) {
+        stem = _names.claim(stemFor(track.artist, track.title));
+    }
+    return stem;
 }
 
 void SyncRun::failRow(const RunRow &row, const QString &detail) {
@@ -280,6 +292,7 @@ void SyncRun::endJoined(const RunRow &row, const QString &rowKey, const Recordin
     switch (recording->state) {
     case Recording::State::Working:
         recording->waiting.emplace_back(rowKey, row);
+        _waitingForDesk += recording->atDesk ? 1 : 0;
         return;
     case Recording::State::Doubtful: {
         const PendingReview like = recording->review;
@@ -374,6 +387,7 @@ void SyncRun::addReview(const RunRow &row, const PendingReview &like) {
     {
         const std::lock_guard lock(_mutex);
         ++_summary.flagged;
+        _flagged.insert(row.trackId);
         _anyFlagged = true;
     }
     _events.needsReview(review);
@@ -383,7 +397,7 @@ void SyncRun::write(const RunRow &row, const RecordingPtr &recording, const Audi
                     const std::optional<WrittenFile> &earlier) {
     const QString &key = row.track->rowKey;
     // Another row of this run, or of an earlier one, may have asked for the same file in other words.
-    if (const RecordingPtr same = _bySourceNow.value(source.path); same && same != recording) {
+    if (const RecordingPtr same = _bySourceNow.claim(source.path, recording); same != recording) {
         {
             const std::lock_guard lock(_mutex);
             _recordings[key] = same;
@@ -398,7 +412,6 @@ void SyncRun::write(const RunRow &row, const RecordingPtr &recording, const Audi
             recording->state = Recording::State::Written;
             recording->file = *before;
         }
-        _bySourceNow.insert(source.path, recording);
         settle(row, recording);
         return;
     }
@@ -421,7 +434,6 @@ void SyncRun::write(const RunRow &row, const RecordingPtr &recording, const Audi
         settle(row, recording);
         return;
     }
-    _bySourceNow.insert(source.path, recording);
     {
         const std::lock_guard lock(_mutex);
         ++_inHand;

@@ -44,13 +44,19 @@ public:
     /// Ends it at the next safe point. From any thread. With `tellDone` the summary is still sent.
     void cancel(bool tellDone);
 
-    /// Takes note of what a decision of the user has made of a recording that this run found doubtful. From any thread.
-    void noteWritten(const QString &rowKey, const WrittenFile &file, int rows);
-    void noteSkipped(const QString &rowKey, const QString &detail, int rows);
+    /// Takes a recording out of the run's hands while a decision on it is carried out, and the file that was chosen,
+    /// if any: rows that want either wait for it. Waits itself while the run is at it. From one thread at a time, and
+    /// not the run's. Null if asked to stop meanwhile.
+    RecordingPtr takeToDesk(const QString &rowKey, const QString &sourcePath, const std::stop_token &stop);
+    /// Gives it back, with what came of it for the rows that were decided on.
+    void giveBack(const RecordingPtr &recording, const QString &sourcePath, const std::vector<PendingReview> &rows,
+                  const DecisionOutcome &outcome);
+    /// The name that the run keeps for a recording; empty if it keeps none. From any thread.
+    QString reservedStem(const QString &rowKey) const;
+    /// A name that the run gives to nothing else. From any thread.
+    QString claimStem(const QString &wanted) { return _names.claim(wanted); }
 
 private:
-    using RecordingPtr = std::shared_ptr<Recording>;
-
     // Preparation
     std::vector<Playlist> selectedPlaylists(QStringList &missing);
     void begin(const std::vector<Playlist> &playlists, const QStringList &missing);
@@ -61,6 +67,7 @@ private:
     // Rows, on the executing thread
     void playPlaylist(const Playlist &playlist, qint64 index);
     bool waitForSlot();
+    void letGoOfRow();
     void takeRow(const RunRow &row);
     void failRow(const RunRow &row, const QString &detail);
     void joinRow(const RunRow &row, const RecordingPtr &recording);
@@ -82,6 +89,7 @@ private:
     void endWritten(const RunRow &row, const WrittenFile &file, ServerEvent::TrackFinishKind kind);
     void failOutput(const QString &message);
     void coolOff(const QString &rowKey, const QString &detail);
+    void count(const std::vector<PendingReview> &rows, const DecisionOutcome &outcome);
 
     void finish(const std::vector<Playlist> &playlists);
     void sendSummary();
@@ -97,15 +105,19 @@ private:
     QMultiHash<QString, WrittenFile> _written; // what was written in earlier runs, by row key
     QHash<QString, WrittenFile> _bySource;     // the same, by what it was made from
     NameRegistry _names;
-    QHash<QString, QString> _reserved; // stems of rows that still wait for a decision, by row key
     std::unique_ptr<SourceFinder> _finder;
-    QHash<QString, RecordingPtr> _bySourceNow; // of this run
-    std::vector<Want> _wants;                  // of rows whose files stood, to be entered together
+    RecordingsBySource _bySourceNow; // of this run
+    std::vector<Want> _wants;        // of rows whose files stood, to be entered together
 
     mutable std::mutex _mutex; // guards all below
     std::condition_variable _changed;
     QHash<QString, RecordingPtr> _recordings; // by row key
+    QHash<QString, QString> _reserved; // stems of rows that still wait for a decision, by row key; changed by the
+                                       // executing thread only
+    QString _rowInHand;                // the key of the row that the executing thread is at
+    QSet<QString> _flagged;            // tracks that wait for a decision and count as that
     int _inHand = 0;
+    int _waitingForDesk = 0; // rows
     SyncSummary _summary;
     bool _anyFailed = false;
     bool _anyFlagged = false;

@@ -20,7 +20,7 @@ void SyncRun::writeFile(const RunRow &row, const RecordingPtr &recording, const 
     };
     hooks.rollback = [&](const WrittenFile &file) {
         if (order.replaces != file.path) {
-            _services.database.forgetFile(file.path);
+            _services.database.takeBack(file);
         }
     };
     Recording::State state = Recording::State::Failed;
@@ -136,31 +136,6 @@ void SyncRun::coolOff(const QString &rowKey, const QString &detail) {
         _services.database.recordCoolOff(rowKey,
                                          {QDateTime::currentMSecsSinceEpoch() + rest, _finder->fingerprint(), detail});
     }
-}
-
-void SyncRun::noteWritten(const QString &rowKey, const WrittenFile &file, int rows) {
-    const std::lock_guard lock(_mutex);
-    const RecordingPtr recording = _recordings.value(rowKey);
-    if (!recording || recording->state != Recording::State::Doubtful) {
-        return;
-    }
-    recording->state = Recording::State::Written;
-    recording->file = file;
-    _summary.flagged -= rows;
-    _summary.ok += 1;
-    _summary.present += rows - 1;
-}
-
-void SyncRun::noteSkipped(const QString &rowKey, const QString &detail, int rows) {
-    const std::lock_guard lock(_mutex);
-    const RecordingPtr recording = _recordings.value(rowKey);
-    if (!recording || recording->state != Recording::State::Doubtful) {
-        return;
-    }
-    recording->state = Recording::State::Skipped;
-    recording->detail = detail;
-    _summary.flagged -= rows;
-    _summary.skipped += rows;
 }
 
 void SyncRun::finish(const std::vector<Playlist> &playlists) {

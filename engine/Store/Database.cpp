@@ -281,6 +281,13 @@ void Database::forgetFile(const QString &path) {
     transaction([&] { query(u"DELETE FROM files WHERE path = ?"_s, {path}); });
 }
 
+void Database::takeBack(const WrittenFile &file) {
+    transaction([&] {
+        query(u"DELETE FROM files WHERE path = ? AND source_path = ? AND size = ? AND modified = ?"_s,
+              {file.path, text(file.sourcePath), file.size, file.modifiedMs});
+    });
+}
+
 std::optional<StoredDecision> Database::decision(const QString &rowKey) {
     return transaction([&]() -> std::optional<StoredDecision> {
         QSqlQuery row = query(u"SELECT kind, path FROM decisions WHERE row_key = ?"_s, {rowKey});

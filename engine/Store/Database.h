@@ -48,6 +48,8 @@ public:
     qint64 recordWritten(const WrittenFile &file, const QString &rowKey, const QString &playlistId);
     void recordWants(const std::vector<Want> &wants);
     void forgetFile(const QString &path);
+    /// Forgets a file that couldn't be put in place after all, unless another one has been entered in its place.
+    void takeBack(const WrittenFile &file);
 
     // Decisions and cool-offs
     std::optional<StoredDecision> decision(const QString &rowKey);

@@ -151,6 +151,61 @@ private Q_SLOTS:
         QCOMPARE(summary.value("flagged"_L1).toInt(), 0);
         QCOMPARE(home.outputFiles(), QStringList({u"Ann - Big.wav"_s, u"Ines - Slow Burn.mp3"_s}));
     }
+
+    void rowsThatComeWhileADecisionIsCarriedOutShareItsOutcome_data() {
+        QTest::addColumn<QString>("title");
+        QTest::addColumn<bool>("skip");
+        QTest::newRow("the same words") << u"Big"_s << false;
+        QTest::newRow("other words for the same file") << u"Big (Live)"_s << false;
+        QTest::newRow("skipped") << u"Big"_s << true;
+    }
+
+    void rowsThatComeWhileADecisionIsCarriedOutShareItsOutcome() {
+        QFETCH(QString, title);
+        QFETCH(bool, skip);
+        const EngineHome home;
+        home.addWav(longFile, longSeconds);
+        home.addWav(u"Zed - Other.wav"_s, 1'000);
+        home.addList(u"L.csv"_s, {longRow, u"Other|Zed|1000"_s, u"%1|Ann|%2"_s.arg(title).arg(longSeconds)});
+        EngineChild engine(home);
+        engine.call(u"startSync"_s, QJsonObject{{u"selection"_s, engine.selectAll()},
+                                                {u"options"_s, QJsonObject{{u"concurrency"_s, 1}}}});
+        const QJsonValue track = trackOf(engine.until(u"needsReview"_s));
+        engine.tell(u"reviewDecision"_s, decisionOn(track, skip ? QJsonObject{{u"kind"_s, u"skip"_s}} : accept));
+        const QList<QJsonObject> events = eventsUntil(engine, u"syncDone"_s);
+        const QMap<QString, QString> ends = endings(events);
+        QCOMPARE(ends.size(), 3);
+        QCOMPARE(ends.first(), skip ? u"skipped"_s : u"ok downloaded"_s);
+        QVERIFY2(skip ? ends.last() == "skipped"_L1 : ends.last() == "ok verified"_L1 || ends.last() == "present"_L1,
+                 qPrintable(ends.last()));
+        const QJsonObject summary = summaryOf(events);
+        QCOMPARE(summary.value("flagged"_L1).toInt(), 0);
+        QCOMPARE(summary.value("ok"_L1).toInt(), skip ? 1 : 2);
+        QCOMPARE(summary.value("skipped"_L1).toInt(), skip ? 2 : 0);
+        QCOMPARE(summary.value("present"_L1).toInt(), skip ? 0 : 1);
+        QCOMPARE(home.outputFiles(),
+                 skip ? QStringList{u"Zed - Other.wav"_s} : QStringList({u"Ann - Big.wav"_s, u"Zed - Other.wav"_s}));
+        // The rows that wait for the outcome end before their playlist.
+        qsizetype finished = 0;
+        for (const QJsonObject &event : events) {
+            finished += event.value("event"_L1).toString() == "playlistFinished"_L1 ? finished : 0;
+            finished = std::max<qsizetype>(finished, trackOf(event).toString().endsWith("#2"_L1) ? 1 : 0);
+        }
+        QCOMPARE(finished, 2);
+    }
+
+    void aDecisionForAFileThatTheRunIsCopyingSharesTheCopy() {
+        const EngineHome home;
+        home.addWav(longFile, longSeconds);
+        home.addList(u"L.csv"_s, {u"Big (Live)|Ann|%1"_s.arg(longSeconds), longRow});
+        EngineChild engine(home);
+        engine.call(u"startSync"_s, QJsonObject{{u"selection"_s, engine.selectAll()}});
+        engine.tell(u"reviewDecision"_s, decisionOn(trackOf(engine.until(u"needsReview"_s))));
+        const QList<QJsonObject> events = eventsUntil(engine, u"syncDone"_s);
+        QCOMPARE(endings(events).values(), QStringList({u"ok downloaded"_s, u"ok verified"_s}));
+        QCOMPARE(home.outputFiles(), QStringList{u"Ann - Big (Live).wav"_s});
+        QCOMPARE(summaryOf(events).value("flagged"_L1).toInt(), 0);
+    }
 };
 
 QTEST_GUILESS_MAIN(EngineReviewRuns)

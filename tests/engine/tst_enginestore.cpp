@@ -159,6 +159,19 @@ private Q_SLOTS:
         QVERIFY(_warnings.isEmpty());
     }
 
+    void takingAFileBackLeavesAnotherOneOfItsName() {
+        const EngineHome home;
+        Database database(home.path(u"engine.db"_s), _warn);
+        const WrittenFile file = fileAt(u"/out/a.flac"_s);
+        database.recordWritten(file, u"key"_s, u"list"_s);
+        WrittenFile other = file;
+        other.sourcePath = u"/c/y.flac"_s;
+        database.takeBack(other);
+        QCOMPARE(database.writtenFiles().size(), 1U);
+        database.takeBack(file);
+        QVERIFY(database.writtenFiles().empty());
+    }
+
     void decisionsCoolOffsAndReviewsAreKept() {
         const EngineHome home;
         const QString path = pathsIn(home).databaseFile;
