@@ -141,11 +141,11 @@ void SyncRun::loadMemory(const std::vector<Playlist> &playlists) {
 
 const SourceFinder *SyncRun::finder() {
     if (!_finder) {
-        const auto index = _services.library.refresh(_request.config.collectionDirs, _stop.get_token());
+        const auto warn = [this](const QString &message) { _events.log(ServerEvent::LogLevel::warn, message); };
+        const auto index = _services.library.refresh(_request.config.collectionDirs, _stop.get_token(), warn);
         if (!index) {
             return nullptr;
         }
-        const auto warn = [this](const QString &message) { _events.log(ServerEvent::LogLevel::warn, message); };
         _finder = std::make_unique<SourceFinder>(index, _request.preferences(),
                                                  static_cast<int>(_request.config.run.searchCount), warn);
     }
