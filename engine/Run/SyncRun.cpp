@@ -137,6 +137,9 @@ void SyncRun::loadMemory(const std::vector<Playlist> &playlists) {
         }
     }
     _written = _services.database.writtenFor(keys);
+    for (Want &want : _services.database.wants()) {
+        _wants.insert(std::move(want));
+    }
 }
 
 const SourceFinder *SyncRun::finder() {
@@ -180,7 +183,6 @@ void SyncRun::playPlaylist(const Playlist &playlist, qint64 index) {
         std::unique_lock lock(_mutex);
         _changed.wait(lock, [this] { return _inHand == 0 && _waitingForDesk == 0; });
     }
-    _services.database.recordWants(std::exchange(_wants, {}));
     std::unique_lock lock(_mutex);
     const Finish status = _stop.stop_requested() ? Finish::skipped
                           : _anyFailed           ? Finish::failed
@@ -442,8 +444,10 @@ void SyncRun::write(const RunRow &row, const RecordingPtr &recording, const Audi
 }
 
 void SyncRun::addWant(const WrittenFile &file, const QString &rowKey, const QString &playlistId) {
-    if (!_request.dryRun()) {
-        _wants.push_back({file.id, rowKey, playlistId});
+    const Want want{file.id, rowKey, playlistId};
+    if (!_request.dryRun() && !_wants.contains(want)) {
+        rememberWant(want);
+        _wants.insert(want);
     }
 }
 

@@ -107,7 +107,7 @@ private:
     NameRegistry _names;
     std::unique_ptr<SourceFinder> _finder;
     RecordingsBySource _bySourceNow; // of this run
-    std::vector<Want> _wants;        // of rows whose files stood, to be entered together
+    QSet<Want> _wants; // as they are remembered, so that a row whose file stands costs no transaction each time
 
     mutable std::mutex _mutex; // guards all below
     std::condition_variable _changed;
