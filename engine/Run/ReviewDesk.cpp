@@ -10,6 +10,8 @@
 #include <QDir>
 #include <QUrl>
 
+#include <algorithm>
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace zelk::engine {
@@ -80,13 +82,13 @@ ReviewDesk::~ReviewDesk() {
     _queue.waitUntilIdle(); // what was decided last is kept too
 }
 
-void ReviewDesk::decide(const QString &trackId, const ReviewDecision &decision) {
+void ReviewDesk::decide(const QString &trackId, const ReviewDecision &decision, const std::optional<QString> &runId) {
     const std::lock_guard lock(_mutex);
-    _queue.post([this, taken = Taken{trackId, decision, _stop.get_token()}] {
+    _queue.post([this, taken = Taken{trackId, decision, runId, _stop.get_token()}] {
         try {
             carryOut(taken);
         } catch (const std::exception &error) {
-            refuse(u"Your decision couldn't be kept: %1"_s.arg(QString::fromUtf8(error.what())));
+            refuse(taken.runId, u"Your decision couldn't be kept: %1"_s.arg(QString::fromUtf8(error.what())));
         }
     });
 }
@@ -122,48 +124,85 @@ RunEvents ReviewDesk::eventsOf(const PendingReview &row, const std::stop_token &
     return {_services.events, _begun.isEmpty() ? row.runId : _begun, stop};
 }
 
-void ReviewDesk::refuse(const QString &message) {
-    _services.events.send(ServerEvent::Error{std::nullopt, u"review"_s, std::nullopt, message});
+void ReviewDesk::refuse(const std::optional<QString> &runId, const QString &message) {
+    const auto id = _begun.isEmpty() ? runId : std::optional(_begun);
+    _services.events.send(ServerEvent::Error{id, u"review"_s, std::nullopt, message});
+}
+
+std::optional<AudioFile> ReviewDesk::fileTaken(const PendingReview &review, const ReviewDecision &decision,
+                                               QString &refusal) {
+    const QString path = pathTaken(review, decision, refusal);
+    if (!refusal.isEmpty()) {
+        return std::nullopt;
+    }
+    AudioFile file;
+    try {
+        file = readAudio(path);
+    } catch (const NotAudio &error) {
+        refusal = u"%1 can't be used: %2. Choose another one."_s.arg(path, QString::fromUtf8(error.what()));
+        return std::nullopt;
+    }
+    for (const CandidateDTO &candidate : review.candidates) {
+        if (QUrl(candidate.url.value_or(QString())).toLocalFile() == path && candidate.source) {
+            file.origin = fromWireName<SourceId>(QStringView(*candidate.source));
+        }
+    }
+    return file;
 }
 
 void ReviewDesk::carryOut(const Taken &taken) {
-    const auto review = _services.database.review(taken.trackId);
+    const auto review = reviewOf(taken);
     if (!review) {
-        refuse(u"This track isn't waiting for a decision any more. Sync again to see how it stands."_s);
+        refuse(taken.runId, u"This track isn't waiting for a decision any more. Sync again to see how it stands."_s);
         return;
     }
-    if (caseOf<ReviewDecision::Skip>(taken.decision)) {
-        settle(*review, {}, taken.stop, [&](const std::vector<PendingReview> &) { return skip(review->rowKey); });
-        return;
-    }
-    QString refusal;
-    const QString path = pathTaken(*review, taken.decision, refusal);
-    if (!refusal.isEmpty()) {
-        refuse(refusal);
-        return;
-    }
-    AudioFile source;
-    try {
-        source = readAudio(path);
-    } catch (const NotAudio &error) {
-        refuse(u"%1 can't be used: %2. Choose another one."_s.arg(path, QString::fromUtf8(error.what())));
-        return;
-    }
-    for (const CandidateDTO &candidate : review->candidates) {
-        if (QUrl(candidate.url.value_or(QString())).toLocalFile() == path && candidate.source) {
-            source.origin = fromWireName<SourceId>(QStringView(*candidate.source));
+    std::optional<AudioFile> source;
+    if (!caseOf<ReviewDecision::Skip>(taken.decision)) {
+        QString refusal;
+        source = fileTaken(*review, taken.decision, refusal);
+        if (!source) {
+            refuse(review->runId, refusal);
+            return;
         }
     }
-    _services.database.recordDecision(review->rowKey, {StoredDecision::Kind::Take, path});
-    settle(*review, path, taken.stop,
-           [&](const std::vector<PendingReview> &rows) { return take(rows, source, taken.stop); });
+    const bool mayBeAskedAnew = isSuperseded(*review);
+    if (source || mayBeAskedAnew) { // copying may take long, and whatever happens meanwhile, the user isn't asked again
+        _services.database.recordDecision(review->rowKey, source
+                                                              ? StoredDecision{StoredDecision::Kind::Take, source->path}
+                                                              : StoredDecision{StoredDecision::Kind::Skip, {}});
+    }
+    if (mayBeAskedAnew && isLeftToTheRun(*review, taken.stop)) {
+        return;
+    }
+    settle(*review, source ? source->path : QString(), taken.stop, [&](const std::vector<PendingReview> &rows) {
+        return source ? take(rows, *source, taken.stop) : skip(rows);
+    });
+}
+
+std::optional<PendingReview> ReviewDesk::reviewOf(const Taken &taken) const {
+    const auto before = _run ? _run->superseded(taken.trackId) : std::nullopt;
+    if (before && taken.runId == before->runId) { // sent before the run under way was heard of
+        return before;
+    }
+    const auto review = _services.database.review(taken.trackId);
+    return review ? review : before;
+}
+
+bool ReviewDesk::isSuperseded(const PendingReview &review) const {
+    const auto before = _run ? _run->superseded(review.trackId) : std::nullopt;
+    return before && before->runId == review.runId;
+}
+
+bool ReviewDesk::isLeftToTheRun(const PendingReview &review, const std::stop_token &stop) {
+    _run->letRowPass(review.rowKey, stop);
+    return _services.database.reviewsOf(review.rowKey).empty();
 }
 
 void ReviewDesk::settle(const PendingReview &review, const QString &sourcePath, const std::stop_token &stop,
                         const std::function<DecisionOutcome(const std::vector<PendingReview> &rows)> &work) {
     // Rows of the run under way that come from here on wait for the outcome; those that came before are all in.
     const RecordingPtr recording = _run ? _run->takeToDesk(review.rowKey, sourcePath, stop) : nullptr;
-    const std::vector<PendingReview> rows = rowsOf(review);
+    std::vector<PendingReview> rows{review};
     DecisionOutcome outcome;
     const auto giveBack = [&] {
         if (_run) {
@@ -171,6 +210,7 @@ void ReviewDesk::settle(const PendingReview &review, const QString &sourcePath, 
         }
     };
     try {
+        rows = rowsOf(review);
         outcome = work(rows);
     } catch (...) {
         giveBack();
@@ -191,19 +231,22 @@ void ReviewDesk::settle(const PendingReview &review, const QString &sourcePath, 
     giveBack();
 }
 
+/// All rows that wait for a decision on the recording; the one that it was made for first.
 std::vector<PendingReview> ReviewDesk::rowsOf(const PendingReview &review) {
-    std::vector<PendingReview> rows{review};
-    for (PendingReview &other : _services.database.reviews()) {
-        if (other.rowKey == review.rowKey && other.trackId != review.trackId) {
-            rows.push_back(std::move(other));
-        }
+    std::vector<PendingReview> rows = _services.database.reviewsOf(review.rowKey);
+    const auto isDecided = [&](const PendingReview &row) { return row.trackId == review.trackId; };
+    const auto decided = std::find_if(rows.begin(), rows.end(), isDecided);
+    if (decided != rows.end()) {
+        std::rotate(rows.begin(), decided, decided + 1);
+    } else if (!isSuperseded(review) || rows.empty()) {
+        rows.insert(rows.begin(), review);
     }
     return rows;
 }
 
-DecisionOutcome ReviewDesk::skip(const QString &rowKey) {
-    _services.database.recordDecision(rowKey, {StoredDecision::Kind::Skip, {}});
-    _services.database.forgetReviewsOf(rowKey);
+DecisionOutcome ReviewDesk::skip(const std::vector<PendingReview> &rows) {
+    _services.database.recordDecision(rows.front().rowKey, {StoredDecision::Kind::Skip, {}});
+    _services.database.forgetReviewsOf(rows.front().rowKey);
     return {Recording::State::Skipped, {}, false, u"You chose to skip this track."_s};
 }
 
@@ -211,14 +254,13 @@ DecisionOutcome ReviewDesk::take(const std::vector<PendingReview> &rows, const A
                                  const std::stop_token &stop) {
     const Settings settings = _settings();
     OutputFolder folder(settings.outputDir, _services.files);
-    const QString &key = rows.front().rowKey;
     DecisionOutcome outcome;
     try {
         if (const auto before = standing(source, settings)) {
             outcome.file = *before;
         } else {
             folder.prepare();
-            outcome.file = write(rows.front(), source, folder, settings.toleranceSec, stop);
+            outcome.file = write(rows, source, folder, settings.toleranceSec, stop);
             outcome.isNew = true;
         }
         std::vector<Want> wants;
@@ -233,12 +275,13 @@ DecisionOutcome ReviewDesk::take(const std::vector<PendingReview> &rows, const A
         outcome.state = Recording::State::Failed;
         outcome.detail = explainWriteFailure(error, source.path, settings.outputDir).detail;
     }
-    _services.database.forgetReviewsOf(key);
+    _services.database.forgetReviewsOf(rows.front().rowKey);
     return outcome;
 }
 
-WrittenFile ReviewDesk::write(const PendingReview &row, const AudioFile &source, const OutputFolder &folder,
-                              double toleranceSec, std::stop_token stop) {
+WrittenFile ReviewDesk::write(const std::vector<PendingReview> &rows, const AudioFile &source,
+                              const OutputFolder &folder, double toleranceSec, std::stop_token stop) {
+    const PendingReview &row = rows.front();
     const RunEvents events = eventsOf(row, stop);
     ProgressMeter meter(events, row.trackId);
     WriteOrder order;

@@ -25,7 +25,8 @@ public:
 
     /// Never fails: what goes wrong is told by events, and a decision that can't be carried out leaves the track
     /// waiting for another one.
-    void decide(const QString &trackId, const ReviewDecision &decision);
+    /// `runId` is the run that the decision was made in, if known.
+    void decide(const QString &trackId, const ReviewDecision &decision, const std::optional<QString> &runId);
 
     /// Does a piece of a run's work behind all decisions taken so far and before those that are taken later, and waits
     /// for it. What it throws comes out here.
@@ -42,23 +43,33 @@ private:
     struct Taken {
         QString trackId;
         ReviewDecision decision;
+        std::optional<QString> runId;
         std::stop_token stop;
     };
 
+    /// The file that a decision takes, or, in `refusal`, why it takes none.
+    static std::optional<AudioFile> fileTaken(const PendingReview &review, const ReviewDecision &decision,
+                                              QString &refusal);
+
     void carryOut(const Taken &taken);
+    std::optional<PendingReview> reviewOf(const Taken &taken) const;
+    bool isSuperseded(const PendingReview &review) const;
+    /// Whether no row waits any more because the run under way asks anew or doesn't need to.
+    bool isLeftToTheRun(const PendingReview &review, const std::stop_token &stop);
     /// Does the work for all rows of a recording and tells what came of it, to the run under way too. `sourcePath` is
     /// the file that was chosen, if any.
     void settle(const PendingReview &review, const QString &sourcePath, const std::stop_token &stop,
                 const std::function<DecisionOutcome(const std::vector<PendingReview> &rows)> &work);
-    DecisionOutcome skip(const QString &rowKey);
+    DecisionOutcome skip(const std::vector<PendingReview> &rows);
     DecisionOutcome take(const std::vector<PendingReview> &rows, const AudioFile &source, const std::stop_token &stop);
     RunEvents eventsOf(const PendingReview &row, const std::stop_token &stop) const;
-    WrittenFile write(const PendingReview &row, const AudioFile &source, const OutputFolder &folder,
+    WrittenFile write(const std::vector<PendingReview> &rows, const AudioFile &source, const OutputFolder &folder,
                       double toleranceSec, std::stop_token stop);
     std::optional<WrittenFile> standing(const AudioFile &source, const Settings &settings);
     std::vector<PendingReview> rowsOf(const PendingReview &review);
     QString freeStem(const PendingReview &row, const OutputFolder &folder);
-    void refuse(const QString &message);
+    /// `runId` is for an engine in which no run has begun yet.
+    void refuse(const std::optional<QString> &runId, const QString &message);
 
     RunServices _services;
     const std::function<Settings()> _settings;

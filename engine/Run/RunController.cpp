@@ -45,8 +45,9 @@ void RunController::cancel(const std::optional<QString> &runId) {
     }
 }
 
-void RunController::decide(const QString &trackId, const ReviewDecision &decision) {
-    _desk.decide(trackId, decision);
+void RunController::decide(const QString &trackId, const ReviewDecision &decision,
+                           const std::optional<QString> &runId) {
+    _desk.decide(trackId, decision, runId);
 }
 
 void RunController::stop() {

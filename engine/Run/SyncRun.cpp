@@ -74,6 +74,7 @@ void SyncRun::begin(const std::vector<Playlist> &playlists, const QStringList &m
         _events.error(u"playlists"_s, u"The playlist %1 isn't there any more. Reload the playlists."_s.arg(name));
     }
     if (!_stop.stop_requested()) {
+        supersedeReviews(playlists);
         prepareOutput();
         loadMemory(playlists);
     }
@@ -123,9 +124,12 @@ void SyncRun::loadMemory(const std::vector<Playlist> &playlists) {
     for (const QString &stem : _output.stems(own)) {
         _names.take(stem);
     }
+    const auto snapshot = _services.playlists.known(std::chrono::seconds(0));
     for (const PendingReview &review : _services.database.reviews()) {
-        _names.take(review.stem);
-        _reserved.insert(review.rowKey, review.stem);
+        if (!snapshot->isComplete || snapshot->find(review.playlistId)) { // what is gone needs no name
+            _names.take(review.stem);
+            _reserved.insert(review.rowKey, review.stem);
+        }
     }
     QStringList keys;
     for (const Playlist &playlist : playlists) {
@@ -399,11 +403,13 @@ void SyncRun::write(const RunRow &row, const RecordingPtr &recording, const Audi
                     const std::optional<WrittenFile> &earlier) {
     const QString &key = row.track->rowKey;
     // Another row of this run, or of an earlier one, may have asked for the same file in other words.
-    if (const RecordingPtr same = _bySourceNow.claim(source.path, recording); same != recording) {
-        {
-            const std::lock_guard lock(_mutex);
-            _recordings[key] = same;
-        }
+    RecordingPtr same;
+    {
+        const std::lock_guard lock(_mutex);
+        same = _bySourceNow.claim(source.path, recording);
+        _recordings[key] = same;
+    }
+    if (same != recording) {
         endJoined(row, key, same);
         return;
     }

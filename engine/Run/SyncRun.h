@@ -51,6 +51,11 @@ public:
     /// Gives it back, with what came of it for the rows that were decided on.
     void giveBack(const RecordingPtr &recording, const QString &sourcePath, const std::vector<PendingReview> &rows,
                   const DecisionOutcome &outcome);
+    /// What an earlier run asked for a row of this run's playlists, of which it is no row any more. While this is the
+    /// desk's run.
+    std::optional<PendingReview> superseded(const QString &trackId) const;
+    /// Waits while the run is at a row of that recording.
+    void letRowPass(const QString &rowKey, const std::stop_token &stop);
     /// The name that the run keeps for a recording; empty if it keeps none. From any thread.
     QString reservedStem(const QString &rowKey) const;
     /// A name that the run gives to nothing else. From any thread.
@@ -61,6 +66,7 @@ private:
     std::vector<Playlist> selectedPlaylists(QStringList &missing);
     void begin(const std::vector<Playlist> &playlists, const QStringList &missing);
     void prepareOutput();
+    void supersedeReviews(const std::vector<Playlist> &playlists);
     void loadMemory(const std::vector<Playlist> &playlists);
     const SourceFinder *finder();
 
@@ -102,6 +108,7 @@ private:
 
     // The executing thread's own
     QString _outputProblem;
+    QHash<QString, PendingReview> _superseded; // by track id; set before the desk sees this run
     QMultiHash<QString, WrittenFile> _written; // what was written in earlier runs, by row key
     QHash<QString, WrittenFile> _bySource;     // the same, by what it was made from
     NameRegistry _names;

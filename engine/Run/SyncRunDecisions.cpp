@@ -2,7 +2,33 @@
 #include "Run/SyncRun.h"
 #include "Run/WriteFailure.h"
 
+#include <utility>
+
 namespace zelk::engine {
+
+/// A run looks at each row of its playlists anew, and another track may stand in a row's place by now.
+void SyncRun::supersedeReviews(const std::vector<Playlist> &playlists) {
+    if (_request.dryRun()) {
+        return;
+    }
+    QSet<QString> ids;
+    for (const Playlist &playlist : playlists) {
+        ids.insert(playlist.id);
+    }
+    for (const PendingReview &review : _services.database.takeReviewsOfLists(ids)) {
+        _superseded.insert(review.trackId, review);
+    }
+}
+
+std::optional<PendingReview> SyncRun::superseded(const QString &trackId) const {
+    const auto review = _superseded.constFind(trackId);
+    return review != _superseded.constEnd() ? std::optional(*review) : std::nullopt;
+}
+
+void SyncRun::letRowPass(const QString &rowKey, const std::stop_token &stop) {
+    std::unique_lock lock(_mutex);
+    _changed.wait(lock, [&] { return stop.stop_requested() || _rowInHand != rowKey; });
+}
 
 RecordingPtr SyncRun::takeToDesk(const QString &rowKey, const QString &sourcePath, const std::stop_token &stop) {
     const auto isBusy = [](const RecordingPtr &recording) {

@@ -357,6 +357,32 @@ std::vector<PendingReview> Database::reviews() {
     });
 }
 
+std::vector<PendingReview> Database::reviewsOf(const QString &rowKey) {
+    return transaction([&] {
+        std::vector<PendingReview> reviews;
+        for (QSqlQuery row = query(u"SELECT record FROM reviews WHERE row_key = ? ORDER BY track_id"_s, {rowKey});
+             row.next();) {
+            reviews.push_back(reviewOf(row.value(0).toString()));
+        }
+        return reviews;
+    });
+}
+
+std::vector<PendingReview> Database::takeReviewsOfLists(const QSet<QString> &playlistIds) {
+    return transaction([&] {
+        std::vector<PendingReview> taken;
+        for (QSqlQuery row = query(u"SELECT record FROM reviews"_s); row.next();) {
+            if (PendingReview review = reviewOf(row.value(0).toString()); playlistIds.contains(review.playlistId)) {
+                taken.push_back(std::move(review));
+            }
+        }
+        for (const PendingReview &review : taken) {
+            query(u"DELETE FROM reviews WHERE track_id = ?"_s, {review.trackId});
+        }
+        return taken;
+    });
+}
+
 void Database::recordReview(const PendingReview &review) {
     transaction([&] {
         query(u"INSERT OR REPLACE INTO reviews (track_id, row_key, record) VALUES (?, ?, ?)"_s,

@@ -5,6 +5,7 @@
 #include "Threads/WorkQueue.h"
 
 #include <QHash>
+#include <QSet>
 #include <QSqlDatabase>
 #include <QVariant>
 
@@ -65,6 +66,10 @@ public:
     // Reviews
     std::optional<PendingReview> review(const QString &trackId);
     std::vector<PendingReview> reviews();
+    /// Those of one recording.
+    std::vector<PendingReview> reviewsOf(const QString &rowKey);
+    /// Forgets all reviews of these playlists and returns them.
+    std::vector<PendingReview> takeReviewsOfLists(const QSet<QString> &playlistIds);
     void recordReview(const PendingReview &review);
     void forgetReviewsOf(const QString &rowKey);
 

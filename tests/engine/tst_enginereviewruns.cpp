@@ -1,5 +1,6 @@
 #include "engine/EngineHome.h"
 
+#include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QTest>
@@ -205,6 +206,91 @@ private Q_SLOTS:
         QCOMPARE(endings(events).values(), QStringList({u"ok downloaded"_s, u"ok verified"_s}));
         QCOMPARE(home.outputFiles(), QStringList{u"Ann - Big (Live).wav"_s});
         QCOMPARE(summaryOf(events).value("flagged"_L1).toInt(), 0);
+    }
+
+    void aDecisionIsForTheTrackThatWasAskedAboutWhereverItStandsNow() {
+        const EngineHome home;
+        home.addAudio(u"live.mp3"_s, u"Ines"_s, u"Slow Burn (Live)"_s);
+        home.addAudio(u"one.flac"_s, u"Ann"_s, u"One"_s);
+        home.addWav(u"Zed - Other.wav"_s, longSeconds);
+        home.addList(u"L.csv"_s, {u"Slow Burn|Ines|2"_s, u"One|Ann|2"_s});
+        EngineChild engine(home);
+        QCOMPARE(endings(engine.syncAll()).values(), QStringList({u"review"_s, u"ok downloaded"_s}));
+        home.addList(u"L.csv"_s, {u"One|Ann|2"_s, u"Slow Burn|Ines|2"_s, u"Other|Zed|%1"_s.arg(longSeconds)});
+        engine.call(u"startSync"_s, QJsonObject{{u"selection"_s, engine.selectAll()}});
+        const QJsonObject review = engine.until(u"needsReview"_s);
+        QVERIFY(trackOf(review).toString().endsWith("#1"_L1));
+        engine.tell(u"reviewDecision"_s, decisionOn(trackOf(review), {{u"kind"_s, u"skip"_s}}));
+        const QList<QJsonObject> events = eventsUntil(engine, u"syncDone"_s);
+        QStringList finished;
+        for (const QJsonObject &event : named(events, u"trackFinished"_s)) {
+            QCOMPARE(idOf(event), idOf(review));
+            finished += trackOf(event).toString().right(2);
+        }
+        finished.sort();
+        QCOMPARE(finished, QStringList({u"#1"_s, u"#2"_s}));
+        const QJsonObject summary = summaryOf(events);
+        QCOMPARE(summary.value("flagged"_L1).toInt(), 0);
+        QCOMPARE(summary.value("skipped"_L1).toInt(), 1);
+        const QString first = trackOf(review).toString().chopped(1) + u'0';
+        engine.tell(u"reviewDecision"_s, decisionOn(first));
+        QVERIFY(dataOf(engine.until(u"error"_s)).value("message"_L1).toString().contains("Sync again"_L1));
+    }
+
+    void aDecisionSentBeforeTheNextRunWasHeardOfIsKept() {
+        const EngineHome home;
+        home.addAudio(u"live.mp3"_s, u"Ines"_s, u"Slow Burn (Live)"_s);
+        home.addWav(u"Zed - Other.wav"_s, longSeconds);
+        home.addList(u"L.csv"_s, {u"Slow Burn|Ines|2"_s});
+        EngineChild engine(home);
+        const QList<QJsonObject> first = engine.syncAll();
+        home.addList(u"L.csv"_s, {u"Other|Zed|%1"_s.arg(longSeconds), u"Slow Burn|Ines|2"_s});
+        engine.call(u"startSync"_s, QJsonObject{{u"selection"_s, engine.selectAll()},
+                                                {u"options"_s, QJsonObject{{u"concurrency"_s, 1}}}});
+        engine.until(u"syncStarted"_s);
+        QJsonObject decision = decisionOn(trackOf(named(first, u"needsReview"_s).first()));
+        decision.insert(u"runId"_s, idOf(first.last()));
+        engine.tell(u"reviewDecision"_s, decision);
+        const QList<QJsonObject> events = eventsUntil(engine, u"syncDone"_s);
+        QVERIFY(named(events, u"needsReview"_s).isEmpty());
+        QCOMPARE(endings(events).values(), QStringList({u"ok downloaded"_s, u"ok downloaded"_s}));
+        QCOMPARE(home.outputFiles(), QStringList({u"Ines - Slow Burn.mp3"_s, u"Zed - Other.wav"_s}));
+    }
+
+    void aTrackThatLeftKeepsNoName() {
+        const EngineHome home;
+        home.addAudio(u"live.mp3"_s, u"Ines"_s, u"Slow Burn (Live)"_s);
+        home.addList(u"L.csv"_s, {u"Slow Burn|Ines|2"_s});
+        EngineChild engine(home);
+        QCOMPARE(endings(engine.syncAll()).values(), QStringList{u"review"_s});
+        QVERIFY(QFile::remove(home.playlists(u"L.csv"_s)));
+        home.addWav(u"Ines - Slow Burn.wav"_s, 60);
+        home.addList(u"M.csv"_s, {u"Slow Burn|Ines|60"_s});
+        QCOMPARE(endings(engine.syncAll()).values(), QStringList{u"ok downloaded"_s});
+        QCOMPARE(home.outputFiles(), QStringList{u"Ines - Slow Burn.wav"_s});
+    }
+
+    void allThatARunAndItsDecisionsSayCarriesItsId() {
+        const EngineHome home;
+        home.addAudio(u"live.mp3"_s, u"Ines"_s, u"Slow Burn (Live)"_s);
+        home.write(home.collection(u"junk.flac"_s), QByteArray(5'000, 'x'));
+        home.addList(u"L.csv"_s, {u"Slow Burn|Ines|2"_s});
+        auto engine = std::make_unique<EngineChild>(home);
+        const QList<QJsonObject> events = engine->syncAll();
+        const QString runId = idOf(events.last());
+        const QJsonObject passedOver = named(events, u"log"_s).value(0);
+        QVERIFY(dataOf(passedOver).value("message"_L1).toString().contains("junk.flac"_L1));
+        QCOMPARE(idOf(passedOver), runId);
+        const QJsonValue track = trackOf(named(events, u"needsReview"_s).first());
+        const QJsonObject nowhere{{u"kind"_s, u"url"_s}, {u"url"_s, u"/nowhere/at/all.mp3"_s}};
+        engine->tell(u"reviewDecision"_s, decisionOn(track, nowhere));
+        QCOMPARE(idOf(engine->until(u"error"_s)), runId);
+        QCOMPARE(engine->finish(), 0);
+        engine = std::make_unique<EngineChild>(home);
+        QJsonObject decision = decisionOn(track, nowhere);
+        decision.insert(u"runId"_s, runId);
+        engine->tell(u"reviewDecision"_s, decision);
+        QCOMPARE(idOf(engine->until(u"error"_s)), runId);
     }
 };
 
