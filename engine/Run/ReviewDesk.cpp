@@ -88,7 +88,9 @@ void ReviewDesk::decide(const QString &trackId, const ReviewDecision &decision, 
         try {
             carryOut(taken);
         } catch (const std::exception &error) {
-            refuse(taken.runId, u"Your decision couldn't be kept: %1"_s.arg(QString::fromUtf8(error.what())));
+            refuse(taken.runId,
+                   u"Your decision couldn't be kept (%1). Check the disk of your home folder and decide again."_s.arg(
+                       QString::fromUtf8(error.what())));
         }
     });
 }

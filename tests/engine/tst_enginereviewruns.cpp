@@ -3,7 +3,10 @@
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QSqlDatabase>
+#include <QSqlQuery>
 #include <QTest>
+#include <QUuid>
 
 using namespace Qt::Literals::StringLiterals;
 using namespace zelk::engine::testing;
@@ -14,6 +17,8 @@ namespace {
 constexpr int longSeconds = 6'000;
 constexpr auto longRow = "Big|Ann|6000"_L1;
 constexpr auto longFile = "Ann - Big (Live).wav"_L1;
+
+constexpr auto databaseFile = ".local/share/zelk/engine.db"_L1;
 
 const QJsonObject accept{{u"kind"_s, u"accept"_s}};
 
@@ -58,6 +63,19 @@ QJsonValue trackOf(const QJsonObject &event) {
 
 QJsonObject summaryOf(const QList<QJsonObject> &events) {
     return events.isEmpty() ? QJsonObject() : dataOf(events.last()).value("summary"_L1).toObject();
+}
+
+/// Changes the engine's memory behind its back.
+void alterMemory(const EngineHome &home, const QString &statement) {
+    const QString connection = QUuid::createUuid().toString();
+    {
+        QSqlDatabase database = QSqlDatabase::addDatabase(u"QSQLITE"_s, connection);
+        database.setDatabaseName(home.path(databaseFile));
+        if (!database.open() || QSqlQuery(database).exec(statement) == false) {
+            qFatal("the engine's memory can't be changed");
+        }
+    }
+    QSqlDatabase::removeDatabase(connection);
 }
 
 } // namespace
@@ -291,6 +309,21 @@ private Q_SLOTS:
         decision.insert(u"runId"_s, runId);
         engine->tell(u"reviewDecision"_s, decision);
         QCOMPARE(idOf(engine->until(u"error"_s)), runId);
+    }
+
+    void aDecisionThatCannotBeKeptSaysWhatToDo() {
+        const EngineHome home;
+        home.addAudio(u"live.mp3"_s, u"Ines"_s, u"Slow Burn (Live)"_s);
+        home.addList(u"L.csv"_s, {u"Slow Burn|Ines|2"_s});
+        EngineChild engine(home);
+        const QJsonValue track = trackOf(named(engine.syncAll(), u"needsReview"_s).first());
+        alterMemory(home, u"ALTER TABLE decisions RENAME TO elsewhere"_s);
+        engine.tell(u"reviewDecision"_s, decisionOn(track));
+        const QString message = dataOf(engine.until(u"error"_s)).value("message"_L1).toString();
+        QVERIFY2(message.contains("Check the disk of your home folder and decide again."_L1), qPrintable(message));
+        alterMemory(home, u"ALTER TABLE elsewhere RENAME TO decisions"_s);
+        engine.tell(u"reviewDecision"_s, decisionOn(track));
+        QCOMPARE(dataOf(engine.until(u"trackFinished"_s)).value("status"_L1).toString(), u"ok"_s);
     }
 };
 
