@@ -247,8 +247,7 @@ std::vector<PendingReview> ReviewDesk::rowsOf(const PendingReview &review) {
 }
 
 DecisionOutcome ReviewDesk::skip(const std::vector<PendingReview> &rows) {
-    _services.database.recordDecision(rows.front().rowKey, {StoredDecision::Kind::Skip, {}});
-    _services.database.forgetReviewsOf(rows.front().rowKey);
+    _services.database.recordOutcome(rows, {StoredDecision::Kind::Skip, {}}, nullptr);
     return {Recording::State::Skipped, {}, false, u"You chose to skip this track."_s};
 }
 
@@ -260,17 +259,14 @@ DecisionOutcome ReviewDesk::take(const std::vector<PendingReview> &rows, const A
     try {
         if (const auto before = standing(source, settings)) {
             outcome.file = *before;
+            _services.database.recordOutcome(rows, {StoredDecision::Kind::Take, source.path}, &outcome.file);
         } else {
             folder.prepare();
             outcome.file = write(rows, source, folder, settings.toleranceSec, stop);
             outcome.isNew = true;
         }
-        std::vector<Want> wants;
-        for (const PendingReview &row : rows) {
-            wants.push_back({outcome.file.id, row.rowKey, row.playlistId});
-        }
-        _services.database.recordWants(wants);
         outcome.state = Recording::State::Written;
+        return outcome;
     } catch (const Stopped &) { // the decision is kept: the next run carries it out
         outcome.state = Recording::State::Skipped;
     } catch (const std::exception &error) {
@@ -296,7 +292,7 @@ WrittenFile ReviewDesk::write(const std::vector<PendingReview> &rows, const Audi
     hooks.progress = [&meter](qint64 done, qint64 total) { meter(done, total); };
     hooks.step = [&](Phase phase) { events.step(row.trackId, phase); };
     hooks.commit = [&](const WrittenFile &file) {
-        id = _services.database.recordWritten(file, row.rowKey, row.playlistId);
+        id = _services.database.recordOutcome(rows, {StoredDecision::Kind::Take, source.path}, &file);
     };
     hooks.rollback = [&](const WrittenFile &file) { _services.database.takeBack(file); };
     WrittenFile file = writeTrack(order, folder, hooks, stop, _services.files);

@@ -247,21 +247,49 @@ QMultiHash<QString, WrittenFile> Database::writtenFor(const QStringList &rowKeys
     });
 }
 
+qint64 Database::enterFile(const WrittenFile &file) {
+    QSqlQuery stored =
+        query(u"INSERT INTO files (path, source_path, size, modified, duration, format, bitrate, lossless, origin)"
+              " VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?) ON CONFLICT (path) DO UPDATE SET source_path = excluded.source_path,"
+              " size = excluded.size, modified = excluded.modified, duration = excluded.duration,"
+              " format = excluded.format, bitrate = excluded.bitrate, lossless = excluded.lossless,"
+              " origin = excluded.origin RETURNING id"_s,
+              {file.path, text(file.sourcePath), file.size, file.modifiedMs, file.durationSec, text(file.format),
+               file.bitrateKbps, file.lossless, originValue(file.origin)});
+    stored.next();
+    return stored.value(0).toLongLong();
+}
+
+void Database::enterWant(const Want &want) {
+    query(u"INSERT OR IGNORE INTO wants (file_id, row_key, playlist_id) VALUES (?, ?, ?)"_s,
+          {want.fileId, want.rowKey, want.playlistId});
+}
+
+void Database::enterDecision(const QString &rowKey, const StoredDecision &decision) {
+    const QString kind = decision.kind == StoredDecision::Kind::Take ? u"take"_s : u"skip"_s;
+    query(u"INSERT OR REPLACE INTO decisions (row_key, kind, path) VALUES (?, ?, ?)"_s,
+          {rowKey, kind, text(decision.path)});
+}
+
 qint64 Database::recordWritten(const WrittenFile &file, const QString &rowKey, const QString &playlistId) {
     return transaction([&] {
-        QSqlQuery stored = query(
-            u"INSERT INTO files (path, source_path, size, modified, duration, format, bitrate, lossless, origin)"
-            " VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?) ON CONFLICT (path) DO UPDATE SET source_path = excluded.source_path,"
-            " size = excluded.size, modified = excluded.modified, duration = excluded.duration,"
-            " format = excluded.format, bitrate = excluded.bitrate, lossless = excluded.lossless,"
-            " origin = excluded.origin RETURNING id"_s,
-            {file.path, text(file.sourcePath), file.size, file.modifiedMs, file.durationSec, text(file.format),
-             file.bitrateKbps, file.lossless, originValue(file.origin)});
-        stored.next();
-        const qint64 id = stored.value(0).toLongLong();
-        stored.finish();
-        query(u"INSERT OR IGNORE INTO wants (file_id, row_key, playlist_id) VALUES (?, ?, ?)"_s,
-              {id, rowKey, playlistId});
+        const qint64 id = enterFile(file);
+        enterWant({id, rowKey, playlistId});
+        query(u"DELETE FROM cooloffs WHERE row_key = ?"_s, {rowKey});
+        query(u"DELETE FROM reviews WHERE row_key = ?"_s, {rowKey});
+        return id;
+    });
+}
+
+qint64 Database::recordOutcome(const std::vector<PendingReview> &rows, const StoredDecision &decision,
+                               const WrittenFile *file) {
+    return transaction([&] {
+        const QString &rowKey = rows.front().rowKey;
+        enterDecision(rowKey, decision);
+        const qint64 id = file ? enterFile(*file) : 0;
+        for (std::size_t i = 0; file && i < rows.size(); ++i) {
+            enterWant({id, rowKey, rows[i].playlistId});
+        }
         query(u"DELETE FROM cooloffs WHERE row_key = ?"_s, {rowKey});
         query(u"DELETE FROM reviews WHERE row_key = ?"_s, {rowKey});
         return id;
@@ -271,8 +299,7 @@ qint64 Database::recordWritten(const WrittenFile &file, const QString &rowKey, c
 void Database::recordWants(const std::vector<Want> &wants) {
     transaction([&] {
         for (const Want &want : wants) {
-            query(u"INSERT OR IGNORE INTO wants (file_id, row_key, playlist_id) VALUES (?, ?, ?)"_s,
-                  {want.fileId, want.rowKey, want.playlistId});
+            enterWant(want);
         }
     });
 }
@@ -300,11 +327,7 @@ std::optional<StoredDecision> Database::decision(const QString &rowKey) {
 }
 
 void Database::recordDecision(const QString &rowKey, const StoredDecision &decision) {
-    transaction([&] {
-        const QString kind = decision.kind == StoredDecision::Kind::Take ? u"take"_s : u"skip"_s;
-        query(u"INSERT OR REPLACE INTO decisions (row_key, kind, path) VALUES (?, ?, ?)"_s,
-              {rowKey, kind, text(decision.path)});
-    });
+    transaction([&] { enterDecision(rowKey, decision); });
 }
 
 std::optional<CoolOff> Database::coolOff(const QString &rowKey) {

@@ -72,6 +72,10 @@ public:
     std::vector<PendingReview> takeReviewsOfLists(const QSet<QString> &playlistIds);
     void recordReview(const PendingReview &review);
     void forgetReviewsOf(const QString &rowKey);
+    /// Ends the reviews of one recording with what the user decided and the file that came of it, if any, which all its
+    /// rows want. Returns the file's id, or 0.
+    qint64 recordOutcome(const std::vector<PendingReview> &rows, const StoredDecision &decision,
+                         const WrittenFile *file);
 
     // What was read of the collection
     QHash<QString, AudioFile> audioFiles();
@@ -81,6 +85,10 @@ private:
     template<class Function>
     auto transaction(Function function);
     QSqlQuery query(const QString &statement, const QVariantList &values = {});
+    // Parts of transactions
+    qint64 enterFile(const WrittenFile &file);
+    void enterWant(const Want &want);
+    void enterDecision(const QString &rowKey, const StoredDecision &decision);
     void open(const QString &path, const Warn &warn);
     void prepare(const QString &path);
 
