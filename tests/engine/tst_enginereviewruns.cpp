@@ -1,3 +1,4 @@
+#include "Store/Database.h"
 #include "engine/EngineHome.h"
 
 #include <QFile>
@@ -324,6 +325,107 @@ private Q_SLOTS:
         alterMemory(home, u"ALTER TABLE elsewhere RENAME TO decisions"_s);
         engine.tell(u"reviewDecision"_s, decisionOn(track));
         QCOMPARE(dataOf(engine.until(u"trackFinished"_s)).value("status"_L1).toString(), u"ok"_s);
+    }
+
+    void aRowWhoseFileStandsIsRememberedAtOnce() {
+        const EngineHome home;
+        home.addAudio(u"one.flac"_s, u"Ann"_s, u"One"_s);
+        home.addWav(u"Zed - Other.wav"_s, longSeconds);
+        home.addList(u"L.csv"_s, {u"One|Ann|2"_s});
+        EngineChild engine(home);
+        engine.syncAll();
+        home.addList(u"M.csv"_s, {u"One|Ann|2"_s, u"Other|Zed|%1"_s.arg(longSeconds)});
+        engine.call(u"startSync"_s, QJsonObject{{u"selection"_s, engine.selectAll()}});
+        engine.until(u"downloadProgress"_s);
+        engine.process().kill();
+        QVERIFY(engine.process().waitForFinished());
+        zelk::engine::Database memory(home.path(databaseFile), [](const QString &) {});
+        qint64 one = 0;
+        for (const zelk::engine::WrittenFile &file : memory.writtenFiles()) {
+            one = file.path.endsWith("Ann - One.flac"_L1) ? file.id : one;
+        }
+        int rows = 0;
+        for (const zelk::engine::Want &want : memory.wants()) {
+            rows += want.fileId == one ? 1 : 0;
+        }
+        QCOMPARE(rows, 2);
+    }
+
+    void aCancelStopsTheDecisionsThatAreLinedUpAndKeepsThem() {
+        const EngineHome home;
+        home.addWav(longFile, longSeconds);
+        home.addAudio(u"live.mp3"_s, u"Ines"_s, u"Slow Burn (Live)"_s);
+        home.addList(u"L.csv"_s, {longRow, u"Slow Burn|Ines|2"_s});
+        EngineChild engine(home);
+        const QJsonObject all{{u"selection"_s, engine.selectAll()}};
+        const QList<QJsonObject> reviews = named(engine.syncAll(), u"needsReview"_s);
+        sendTogether(engine, {request(u"reviewDecision"_s, decisionOn(trackOf(reviews.value(0)))),
+                              request(u"reviewDecision"_s, decisionOn(trackOf(reviews.value(1)))),
+                              request(u"startSync"_s, all), request(u"cancelSync"_s, {})});
+        const QList<QJsonObject> events = eventsUntil(engine, u"syncDone"_s);
+        QCOMPARE(endings(events).values(), QStringList({u"skipped"_s, u"skipped"_s}));
+        QVERIFY(home.outputFiles().isEmpty());
+        QCOMPARE(endings(engine.syncAll()).values(), QStringList({u"ok downloaded"_s, u"ok downloaded"_s}));
+    }
+
+    void aCancelStraightBehindTheStartEndsTheRunWithASummary_data() {
+        QTest::addColumn<QJsonObject>("params");
+        QTest::newRow("no id") << QJsonObject();
+        QTest::newRow("another run's id") << QJsonObject{{u"runId"_s, u"run-of-old"_s}};
+    }
+
+    void aCancelStraightBehindTheStartEndsTheRunWithASummary() {
+        QFETCH(QJsonObject, params);
+        const EngineHome home;
+        home.addWav(u"Zed - Other.wav"_s, longSeconds);
+        home.addList(u"L.csv"_s, {u"Other|Zed|%1"_s.arg(longSeconds)});
+        EngineChild engine(home);
+        const QJsonObject all{{u"selection"_s, engine.selectAll()}};
+        sendTogether(engine, {request(u"startSync"_s, all), request(u"cancelSync"_s, params)});
+        const QList<QJsonObject> events = eventsUntil(engine, u"syncDone"_s);
+        QCOMPARE(named(events, u"syncStarted"_s).size(), 1);
+        QCOMPARE(named(events, u"syncDone"_s).size(), 1);
+        QVERIFY(!endings(events).values().contains(u"ok downloaded"_s));
+        QVERIFY(home.outputFiles().isEmpty());
+        QCOMPARE(endings(engine.syncAll()).values(), QStringList{u"ok downloaded"_s});
+    }
+
+    void aCancelThatNamesAnotherRunEndsThisOneWithASummary() {
+        const EngineHome home;
+        QStringList rows;
+        for (int i = 0; i < 20; ++i) {
+            const QString title = QString(QChar(u'A' + i)).repeated(6);
+            home.addWav(u"Ann - %1.wav"_s.arg(title), 400 + i);
+            rows += u"%1|Ann|%2"_s.arg(title).arg(400 + i);
+        }
+        home.addList(u"L.csv"_s, rows);
+        EngineChild engine(home);
+        engine.call(u"startSync"_s, QJsonObject{{u"selection"_s, engine.selectAll()},
+                                                {u"options"_s, QJsonObject{{u"concurrency"_s, 1}}}});
+        engine.until(u"downloadProgress"_s);
+        engine.tell(u"cancelSync"_s, {{u"runId"_s, u"run-of-old"_s}});
+        const QList<QJsonObject> events = eventsUntil(engine, u"syncDone"_s);
+        QCOMPARE(named(events, u"syncDone"_s).size(), 1);
+        QVERIFY(endings(events).values().contains(u"skipped"_s));
+        QVERIFY(home.outputFiles().filter(u"partial"_s).isEmpty());
+    }
+
+    void withoutReviewADoubtfulTrackEndsAsThatAndWaitsForNothing() {
+        const EngineHome home;
+        home.addAudio(u"live.mp3"_s, u"Ines"_s, u"Slow Burn (Live)"_s);
+        home.addList(u"L.csv"_s, {u"Slow Burn|Ines|2"_s});
+        EngineChild engine(home);
+        const QList<QJsonObject> events = engine.syncAll({{u"review"_s, false}});
+        QVERIFY(named(events, u"needsReview"_s).isEmpty());
+        const QJsonObject finished = dataOf(named(events, u"trackFinished"_s).value(0));
+        QCOMPARE(finished.value("status"_L1).toString(), u"low-confidence"_s);
+        QVERIFY(finished.value("detail"_L1).toString().contains("Sync with review"_L1));
+        QCOMPARE(dataOf(named(events, u"playlistFinished"_s).first()).value("status"_L1).toString(),
+                 u"low-confidence"_s);
+        QCOMPARE(summaryOf(events).value("flagged"_L1).toInt(), 1);
+        engine.tell(u"reviewDecision"_s, decisionOn(finished.value("trackId"_L1)));
+        QVERIFY(!dataOf(engine.until(u"error"_s)).value("message"_L1).toString().isEmpty());
+        QVERIFY(home.outputFiles().isEmpty());
     }
 };
 
