@@ -33,10 +33,12 @@ constexpr std::size_t filesPerTransaction = 1'000;
 
 } // namespace
 
-AudioLibrary::AudioLibrary(Database &database, Warn warn) : _database(database), _warn(std::move(warn)) {}
+AudioLibrary::AudioLibrary(Database &database, Warn warn) : _database(database), _ownWarn(std::move(warn)) {}
 
-std::shared_ptr<const MatchIndex> AudioLibrary::refresh(const QStringList &folders, std::stop_token stop) {
+std::shared_ptr<const MatchIndex> AudioLibrary::refresh(const QStringList &folders, std::stop_token stop,
+                                                        const Warn &warn) {
     const std::lock_guard lock(_mutex);
+    _warn = warn ? warn : _ownWarn;
     std::vector<AudioFile> files = scan(folders, stop);
     if (stop.stop_requested()) {
         return nullptr;

@@ -86,12 +86,23 @@ QString stemFor(const QString &artist, const QString &title) {
     return stem.isEmpty() ? u"Untitled"_s : stem;
 }
 
+void NameRegistry::take(const QString &stem) {
+    const std::lock_guard lock(_mutex);
+    _taken.insert(keyOf(stem));
+}
+
+bool NameRegistry::isTaken(const QString &stem) const {
+    const std::lock_guard lock(_mutex);
+    return _taken.contains(keyOf(stem));
+}
+
 QString NameRegistry::claim(const QString &stem) {
+    const std::lock_guard lock(_mutex);
     QString name = stem;
-    for (int i = 2; isTaken(name); ++i) {
+    for (int i = 2; _taken.contains(keyOf(name)); ++i) {
         name = u"%1 (%2)"_s.arg(stem).arg(i);
     }
-    take(name);
+    _taken.insert(keyOf(name));
     return name;
 }
 

@@ -7,6 +7,7 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <cerrno>
 #include <cmath>
 
 using namespace Qt::Literals::StringLiterals;
@@ -105,6 +106,9 @@ WrittenFile writeTrack(const WriteOrder &order, const OutputFolder &folder, cons
     written.sourceKbps = order.source.bitrateKbps;
     if (order.replaces != order.target) {
         written.replaces = order.replaces;
+        if (stampOf(order.target)) {
+            throw FileProblem(order.target, EEXIST); // before it is entered over what may be known of that file
+        }
     }
     hooks.commit(written);
     try {

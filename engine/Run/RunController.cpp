@@ -18,13 +18,17 @@ bool RunController::start(RunRequest request, const std::function<void()> &accep
     _current = run;
     accepted();
     _runs.post([this, run] {
-        run->execute([this] { _desk.waitUntilIdle(); },
-                     [this, &run] {
-                         const std::lock_guard inner(_mutex);
-                         if (_current == run) {
-                             _current.reset();
-                         }
-                     });
+        RunTurns turns;
+        turns.inTurn = [this](const std::function<void()> &work) { _desk.inTurn(work); };
+        turns.begins = [this, &run] { _desk.attend(run); };
+        turns.over = [this, &run] {
+            _desk.attend(nullptr);
+            const std::lock_guard inner(_mutex);
+            if (_current == run) {
+                _current.reset();
+            }
+        };
+        run->execute(turns);
     });
     return true;
 }
@@ -36,13 +40,14 @@ void RunController::cancel(const std::optional<QString> &runId) {
         run = std::exchange(_current, nullptr);
     }
     if (run) {
+        _desk.cancel();
         run->cancel(runId != run->runId());
     }
 }
 
-void RunController::decide(const QString &trackId, const ReviewDecision &decision) {
-    const std::lock_guard lock(_mutex);
-    _desk.decide(trackId, decision, _current);
+void RunController::decide(const QString &trackId, const ReviewDecision &decision,
+                           const std::optional<QString> &runId) {
+    _desk.decide(trackId, decision, runId);
 }
 
 void RunController::stop() {
@@ -51,10 +56,10 @@ void RunController::stop() {
         const std::lock_guard lock(_mutex);
         run = std::exchange(_current, nullptr);
     }
+    _desk.stop();
     if (run) {
         run->cancel(false);
     }
-    _desk.stop();
 }
 
 } // namespace zelk::engine

@@ -23,7 +23,8 @@ public:
     /// Ends the one run, whatever run is named. The summary follows unless the run's own id is given.
     void cancel(const std::optional<QString> &runId);
 
-    void decide(const QString &trackId, const ReviewDecision &decision);
+    /// `runId` is the run that the decision was made in, if known.
+    void decide(const QString &trackId, const ReviewDecision &decision, const std::optional<QString> &runId = {});
 
     /// Lets everything under way stop at its next safe point. Then nothing begins any more.
     void stop();

@@ -42,7 +42,10 @@ public:
     void startSync(const std::vector<PlaylistSelection> &selection, const std::optional<SyncOptions> &options,
                    const std::function<void()> &accepted);
     void cancelSync(const std::optional<QString> &runId) { _runs->cancel(runId); }
-    void reviewDecision(const QString &trackId, const ReviewDecision &decision) { _runs->decide(trackId, decision); }
+    void reviewDecision(const QString &trackId, const ReviewDecision &decision,
+                        const std::optional<QString> &runId = {}) {
+        _runs->decide(trackId, decision, runId);
+    }
     /// Lets everything under way stop at its next safe point.
     void stopRuns() { _runs->stop(); }
 

@@ -244,24 +244,53 @@ QMultiHash<QString, WrittenFile> Database::writtenFor(const QStringList &rowKeys
     });
 }
 
+qint64 Database::enterFile(const WrittenFile &file) {
+    QSqlQuery stored =
+        query(u"INSERT INTO files (path, source_path, size, modified, duration, format, bitrate, lossless, origin,"
+              " source_bitrate, replaces, looked_with) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)"
+              " ON CONFLICT (path) DO UPDATE SET source_path = excluded.source_path, size = excluded.size,"
+              " modified = excluded.modified, duration = excluded.duration, format = excluded.format,"
+              " bitrate = excluded.bitrate, lossless = excluded.lossless, origin = excluded.origin,"
+              " source_bitrate = excluded.source_bitrate, replaces = excluded.replaces,"
+              " looked_with = excluded.looked_with RETURNING id"_s,
+              {file.path, text(file.sourcePath), file.size, file.modifiedMs, file.durationSec, text(file.format),
+               file.bitrateKbps, file.lossless, originValue(file.origin), file.sourceKbps, text(file.replaces),
+               text(file.lookedWith)});
+    stored.next();
+    return stored.value(0).toLongLong();
+}
+
+/// Of a file that is still known.
+void Database::enterWant(const Want &want) {
+    query(u"INSERT OR IGNORE INTO wants (file_id, row_key, playlist_id) SELECT id, ?, ? FROM files WHERE id = ?"_s,
+          {want.rowKey, want.playlistId, want.fileId});
+}
+
+void Database::enterDecision(const QString &rowKey, const StoredDecision &decision) {
+    const QString kind = decision.kind == StoredDecision::Kind::Take ? u"take"_s : u"skip"_s;
+    query(u"INSERT OR REPLACE INTO decisions (row_key, kind, path) VALUES (?, ?, ?)"_s,
+          {rowKey, kind, text(decision.path)});
+}
+
 qint64 Database::recordWritten(const WrittenFile &file, const QString &rowKey, const QString &playlistId) {
     return transaction([&] {
-        QSqlQuery stored =
-            query(u"INSERT INTO files (path, source_path, size, modified, duration, format, bitrate, lossless, origin,"
-                  " source_bitrate, replaces, looked_with) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)"
-                  " ON CONFLICT (path) DO UPDATE SET source_path = excluded.source_path, size = excluded.size,"
-                  " modified = excluded.modified, duration = excluded.duration, format = excluded.format,"
-                  " bitrate = excluded.bitrate, lossless = excluded.lossless, origin = excluded.origin,"
-                  " source_bitrate = excluded.source_bitrate, replaces = excluded.replaces,"
-                  " looked_with = excluded.looked_with RETURNING id"_s,
-                  {file.path, text(file.sourcePath), file.size, file.modifiedMs, file.durationSec, text(file.format),
-                   file.bitrateKbps, file.lossless, originValue(file.origin), file.sourceKbps, text(file.replaces),
-                   text(file.lookedWith)});
-        stored.next();
-        const qint64 id = stored.value(0).toLongLong();
-        stored.finish();
-        query(u"INSERT OR IGNORE INTO wants (file_id, row_key, playlist_id) VALUES (?, ?, ?)"_s,
-              {id, rowKey, playlistId});
+        const qint64 id = enterFile(file);
+        enterWant({id, rowKey, playlistId});
+        query(u"DELETE FROM cooloffs WHERE row_key = ?"_s, {rowKey});
+        query(u"DELETE FROM reviews WHERE row_key = ?"_s, {rowKey});
+        return id;
+    });
+}
+
+qint64 Database::recordOutcome(const std::vector<PendingReview> &rows, const StoredDecision &decision,
+                               const WrittenFile *file) {
+    return transaction([&] {
+        const QString &rowKey = rows.front().rowKey;
+        enterDecision(rowKey, decision);
+        const qint64 id = file ? enterFile(*file) : 0;
+        for (std::size_t i = 0; file && i < rows.size(); ++i) {
+            enterWant({id, rowKey, rows[i].playlistId});
+        }
         query(u"DELETE FROM cooloffs WHERE row_key = ?"_s, {rowKey});
         query(u"DELETE FROM reviews WHERE row_key = ?"_s, {rowKey});
         return id;
@@ -271,9 +300,7 @@ qint64 Database::recordWritten(const WrittenFile &file, const QString &rowKey, c
 void Database::recordWants(const std::vector<Want> &wants) {
     transaction([&] {
         for (const Want &want : wants) {
-            query(
-                u"INSERT OR IGNORE INTO wants (file_id, row_key, playlist_id) SELECT id, ?, ? FROM files WHERE id = ?"_s,
-                {want.rowKey, want.playlistId, want.fileId});
+            enterWant(want);
         }
     });
 }
@@ -335,6 +362,13 @@ void Database::forgetFile(const QString &path) {
     transaction([&] { query(u"DELETE FROM files WHERE path = ?"_s, {path}); });
 }
 
+void Database::takeBack(const WrittenFile &file) {
+    transaction([&] {
+        query(u"DELETE FROM files WHERE path = ? AND source_path = ? AND size = ? AND modified = ?"_s,
+              {file.path, text(file.sourcePath), file.size, file.modifiedMs});
+    });
+}
+
 std::optional<StoredDecision> Database::decision(const QString &rowKey) {
     return transaction([&]() -> std::optional<StoredDecision> {
         QSqlQuery row = query(u"SELECT kind, path FROM decisions WHERE row_key = ?"_s, {rowKey});
@@ -347,11 +381,11 @@ std::optional<StoredDecision> Database::decision(const QString &rowKey) {
 }
 
 void Database::recordDecision(const QString &rowKey, const StoredDecision &decision) {
-    transaction([&] {
-        const QString kind = decision.kind == StoredDecision::Kind::Take ? u"take"_s : u"skip"_s;
-        query(u"INSERT OR REPLACE INTO decisions (row_key, kind, path) VALUES (?, ?, ?)"_s,
-              {rowKey, kind, text(decision.path)});
-    });
+    transaction([&] { enterDecision(rowKey, decision); });
+}
+
+void Database::forgetDecision(const QString &rowKey) {
+    transaction([&] { query(u"DELETE FROM decisions WHERE row_key = ?"_s, {rowKey}); });
 }
 
 std::optional<CoolOff> Database::coolOff(const QString &rowKey) {
@@ -401,6 +435,32 @@ std::vector<PendingReview> Database::reviews() {
             reviews.push_back(reviewOf(row.value(0).toString()));
         }
         return reviews;
+    });
+}
+
+std::vector<PendingReview> Database::reviewsOf(const QString &rowKey) {
+    return transaction([&] {
+        std::vector<PendingReview> reviews;
+        for (QSqlQuery row = query(u"SELECT record FROM reviews WHERE row_key = ? ORDER BY track_id"_s, {rowKey});
+             row.next();) {
+            reviews.push_back(reviewOf(row.value(0).toString()));
+        }
+        return reviews;
+    });
+}
+
+std::vector<PendingReview> Database::takeReviewsOfLists(const QSet<QString> &playlistIds) {
+    return transaction([&] {
+        std::vector<PendingReview> taken;
+        for (QSqlQuery row = query(u"SELECT record FROM reviews"_s); row.next();) {
+            if (PendingReview review = reviewOf(row.value(0).toString()); playlistIds.contains(review.playlistId)) {
+                taken.push_back(std::move(review));
+            }
+        }
+        for (const PendingReview &review : taken) {
+            query(u"DELETE FROM reviews WHERE track_id = ?"_s, {review.trackId});
+        }
+        return taken;
     });
 }
 

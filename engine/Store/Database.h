@@ -5,6 +5,7 @@
 #include "Threads/WorkQueue.h"
 
 #include <QHash>
+#include <QSet>
 #include <QSqlDatabase>
 #include <QVariant>
 
@@ -48,6 +49,8 @@ public:
     qint64 recordWritten(const WrittenFile &file, const QString &rowKey, const QString &playlistId);
     void recordWants(const std::vector<Want> &wants);
     void forgetFile(const QString &path);
+    /// Forgets a file that couldn't be put in place after all, unless another one has been entered in its place.
+    void takeBack(const WrittenFile &file);
     /// Says that a file takes the place of another one, which goes next.
     void recordReplacing(const QString &path, const QString &replaces);
     enum class KeptId { Old, New };
@@ -62,6 +65,7 @@ public:
     // Decisions and cool-offs
     std::optional<StoredDecision> decision(const QString &rowKey);
     void recordDecision(const QString &rowKey, const StoredDecision &decision);
+    void forgetDecision(const QString &rowKey);
     std::optional<CoolOff> coolOff(const QString &rowKey);
     void recordCoolOff(const QString &rowKey, const CoolOff &coolOff);
 
@@ -73,8 +77,16 @@ public:
     // Reviews
     std::optional<PendingReview> review(const QString &trackId);
     std::vector<PendingReview> reviews();
+    /// Those of one recording.
+    std::vector<PendingReview> reviewsOf(const QString &rowKey);
+    /// Forgets all reviews of these playlists and returns them.
+    std::vector<PendingReview> takeReviewsOfLists(const QSet<QString> &playlistIds);
     void recordReview(const PendingReview &review);
     void forgetReviewsOf(const QString &rowKey);
+    /// Ends the reviews of one recording with what the user decided and the file that came of it, if any, which all its
+    /// rows want. Returns the file's id, or 0.
+    qint64 recordOutcome(const std::vector<PendingReview> &rows, const StoredDecision &decision,
+                         const WrittenFile *file);
 
     // Rows by what their lists say of them, whatever the program makes of that
     enum class Remember { All, WhatIsMet };
@@ -91,6 +103,10 @@ private:
     auto transaction(Function function);
     QSqlQuery prepared(const QString &statement);
     QSqlQuery query(const QString &statement, const QVariantList &values = {});
+    // Parts of transactions
+    qint64 enterFile(const WrittenFile &file);
+    void enterWant(const Want &want);
+    void enterDecision(const QString &rowKey, const StoredDecision &decision);
     void follow(const QString &before, const QString &now);
     void enter(const PendingReview &review);
     void open(const QString &path, const Warn &warn);

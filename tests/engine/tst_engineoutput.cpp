@@ -191,6 +191,26 @@ private Q_SLOTS:
         QVERIFY(home.outputFiles().isEmpty());
     }
 
+    void aFileThatHasAppearedIsNeitherTouchedNorEnteredAnew() {
+        const EngineHome home;
+        home.addAudio(u"a.flac"_s, u"Ann"_s, u"One"_s);
+        home.write(home.output(u"/Ann - One.flac"_s), "another's");
+        WriteOrder order;
+        order.source = readAudio(home.collection(u"a.flac"_s));
+        order.target = home.output(u"/Ann - One.flac"_s);
+        Told told;
+        try {
+            writeTrack(order, OutputFolder(home.output()), told.hooks(), {});
+            QFAIL("it was written");
+        } catch (const FileProblem &problem) {
+            QCOMPARE(problem.code(), EEXIST);
+        }
+        QCOMPARE(told.commits, 0);
+        QCOMPARE(told.rollbacks, 0);
+        QCOMPARE(home.read(order.target), QByteArray("another's"));
+        QCOMPARE(home.outputFiles().size(), 1);
+    }
+
     void leftoversOfTheDeadGoAndThoseOfTheLivingStay() {
         const EngineHome home;
         home.write(home.output(u"/.zelk-partial-999999999-1.mp3"_s), "x");

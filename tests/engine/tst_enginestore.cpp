@@ -202,6 +202,57 @@ private Q_SLOTS:
         QVERIFY(_warnings.isEmpty());
     }
 
+    void takingAFileBackLeavesAnotherOneOfItsName() {
+        const EngineHome home;
+        Database database(home.path(u"engine.db"_s), _warn);
+        const WrittenFile file = fileAt(u"/out/a.flac"_s);
+        database.recordWritten(file, u"key"_s, u"list"_s);
+        WrittenFile other = file;
+        other.sourcePath = u"/c/y.flac"_s;
+        database.takeBack(other);
+        QCOMPARE(database.writtenFiles().size(), 1U);
+        database.takeBack(file);
+        QVERIFY(database.writtenFiles().empty());
+    }
+
+    void aDecisionAndWhatCameOfItAreOneStep() {
+        const EngineHome home;
+        const QString path = home.path(u"engine.db"_s);
+        std::vector<PendingReview> rows(2);
+        for (std::size_t i = 0; i < rows.size(); ++i) {
+            rows[i].trackId = u"list%1#0"_s.arg(i);
+            rows[i].playlistId = u"list%1"_s.arg(i);
+            rows[i].rowKey = u"key"_s;
+        }
+        const StoredDecision take{StoredDecision::Kind::Take, u"/c/x.flac"_s};
+        const WrittenFile file = fileAt(u"/out/a.flac"_s);
+        Database database(path, _warn);
+        for (const PendingReview &row : rows) {
+            database.recordReview(row);
+        }
+        database.recordCoolOff(u"key"_s, {1, u"print"_s, u"detail"_s});
+        const auto alter = [&](const QString &statement) {
+            {
+                QSqlDatabase other = QSqlDatabase::addDatabase(u"QSQLITE"_s, u"other"_s);
+                other.setDatabaseName(path);
+                QVERIFY(other.open());
+                QVERIFY(QSqlQuery(other).exec(statement));
+            }
+            QSqlDatabase::removeDatabase(u"other"_s);
+        };
+        alter(u"ALTER TABLE cooloffs RENAME TO elsewhere"_s); // so that it fails on the way
+        QVERIFY_EXCEPTION_THROWN(database.recordOutcome(rows, take, &file), DatabaseError);
+        QVERIFY(!database.decision(u"key"_s));
+        QVERIFY(database.writtenFiles().empty());
+        QCOMPARE(database.reviewsOf(u"key"_s), rows);
+        alter(u"ALTER TABLE elsewhere RENAME TO cooloffs"_s);
+        const qint64 id = database.recordOutcome(rows, take, &file);
+        QCOMPARE(database.decision(u"key"_s), take);
+        QVERIFY(database.reviews().empty());
+        QVERIFY(!database.coolOff(u"key"_s));
+        QCOMPARE(database.wants(), std::vector<Want>({{id, u"key"_s, u"list0"_s}, {id, u"key"_s, u"list1"_s}}));
+    }
+
     void decisionsCoolOffsAndReviewsAreKept() {
         const EngineHome home;
         const QString path = pathsIn(home).databaseFile;
