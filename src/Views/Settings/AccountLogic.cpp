@@ -57,6 +57,11 @@ void AccountLogic::dropStoresFailure() {
     Q_EMIT changed();
 }
 
+void AccountLogic::leave() {
+    m_failure.clear();
+    Q_EMIT changed();
+}
+
 void AccountLogic::act() {
     if (!canAct())
         return;

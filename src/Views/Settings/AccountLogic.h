@@ -36,6 +36,8 @@ public:
 
     // Does what the face says.
     Q_INVOKABLE void act();
+    // Whoever looked is gone: a failure has been seen.
+    void leave();
 
 Q_SIGNALS:
     void changed();

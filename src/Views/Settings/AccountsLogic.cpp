@@ -10,6 +10,11 @@ AccountsLogic::AccountsLogic(AppModel &model, QObject *parent) : QObject(parent)
             &AccountsLogic::localChanged);
 }
 
+void AccountsLogic::leave() {
+    m_appleMusic.leave();
+    m_spotify.leave();
+}
+
 void AccountsLogic::actOnLocal() {
     switch (m_model.automationPermission()->status()) {
     case ConsentStatus::authorized:

@@ -36,10 +36,10 @@ QUrl view(const QString &name) {
 } // namespace
 
 struct SettingsWindow::Contents {
-    Contents(AppModel &model, const Surroundings &around, int tab)
+    Contents(AppModel &model, const Surroundings &around)
         : general(model, *around.updater, around.appearance, around.defaults), accounts(model), sources(model),
           quality(model), output(model, around.folders), proxy(model), cliTool(model, around.installer),
-          diagnostics(model), logic(tabs(), tab) {}
+          diagnostics(model), logic(tabs()) {}
 
     QList<SettingsTab> tabs() {
         return {
@@ -63,7 +63,7 @@ struct SettingsWindow::Contents {
     CLIToolLogic cliTool;
     DiagnosticsLogic diagnostics;
     SettingsLogic logic;
-    std::unique_ptr<QQuickWindow> window; // last: it goes before what it shows
+    std::unique_ptr<QQuickWindow> window; // another with each opening; last: it goes before what it shows
 };
 
 SettingsWindow::SettingsWindow(AppModel &model, Surroundings surroundings)
@@ -98,9 +98,9 @@ void SettingsWindow::make() {
         m_engine = std::make_unique<QQmlEngine>();
         prepareViewEngine(*m_engine);
         m_surroundings.appearance->dress(tokens());
+        m_contents = std::make_unique<Contents>(m_model, m_surroundings);
     }
-    m_contents.reset();
-    m_contents = std::make_unique<Contents>(m_model, m_surroundings, m_tab);
+    m_contents->window.reset();
     QQmlComponent component(m_engine.get(), view(u"SettingsView"_s));
     // 6.4 looks into a component that failed to load.
     std::unique_ptr<QObject> made(component.isReady() ? component.createWithInitialProperties(
@@ -116,15 +116,16 @@ void SettingsWindow::make() {
     window->setTransientParent(&m_none);
     QObject::connect(window, &QWindow::visibleChanged, &m_contents->logic, [this](bool visible) {
         if (!visible)
-            remember();
+            leave();
     });
     if (SettingsStore *const settings = m_model.settings())
         startTask(settings, [settings](const std::stop_token &) { return settings->refresh(); });
 }
 
-void SettingsWindow::remember() {
-    m_tab = m_contents->logic.current();
+void SettingsWindow::leave() {
     m_place = m_contents->window->position();
+    m_contents->accounts.leave();
+    m_contents->proxy.leave();
 }
 
 } // namespace zelk
