@@ -1,7 +1,6 @@
 #include "Views/Settings/AccountsLogic.h"
 
 #include "Services/AppleMusicLocalAccess.h"
-#include "Views/LocalAccess.h"
 
 namespace zelk {
 
@@ -20,8 +19,7 @@ void AccountsLogic::actOnLocal() {
     case ConsentStatus::authorized:
         return;
     case ConsentStatus::undetermined:
-        startTask(&m_model,
-                  [model = QPointer(&m_model)](const std::stop_token &) { return requestLocalAccess(model); });
+        m_model.signIns()->begin(SignIns::Kind::localLibrary);
         return;
     case ConsentStatus::denied:
         AppleMusicLocalAccess::shared().openAutomationSettings();
