@@ -22,6 +22,7 @@ public:
         : _engine(engine), _model(launcherOf(engine), around()),
           _window(_model, {.clock = _clock,
                            .files = std::make_shared<SeenFiles>(),
+                           .folders = std::make_shared<ScriptedFolders>(),
                            .appearance = std::make_shared<Appearance>(_desktop, _defaults),
                            .defaults = _defaults,
                            .openUrl = {},

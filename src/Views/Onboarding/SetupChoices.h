@@ -1,11 +1,13 @@
 #pragma once
 
 #include "App/AppModel.h"
+#include "Platform/FolderPanel.h"
 
 #include <QPointer>
-#include <QUrl>
 #include <QVariantList>
 #include <qqmlregistration.h>
+
+#include <memory>
 
 namespace zelk {
 
@@ -59,7 +61,7 @@ class SetupChoices : public QObject {
     Q_PROPERTY(QString qualityName READ qualityName NOTIFY changed)
 
 public:
-    explicit SetupChoices(AppModel &model, QObject *parent = nullptr);
+    SetupChoices(AppModel &model, std::shared_ptr<FolderPanel> folders, QObject *parent = nullptr);
 
     bool identityEnabled() const { return m_coordinator && m_coordinator->identityEnabled(); }
     void setIdentityEnabled(bool enabled);
@@ -81,10 +83,8 @@ public:
     // Turns a source on or off, which puts the sources back into the order of the catalogue.
     Q_INVOKABLE void setSourceEnabled(int index, bool enabled);
     Q_INVOKABLE void chooseQuality(int index);
-    // Where choosing a folder begins: the one that holds so far, or home while that isn't there.
-    Q_INVOKABLE QUrl folderToShow() const;
-    // Takes the folder that the user has chosen; an address of nothing changes nothing.
-    Q_INVOKABLE void takeFolder(const QUrl &folder);
+    // Lets the user choose where files are saved, from the folder that holds so far on.
+    Q_INVOKABLE void chooseFolder();
 
 Q_SIGNALS:
     void changed();
@@ -94,6 +94,7 @@ private:
     void followSettings();
 
     AppModel &m_model;
+    const std::shared_ptr<FolderPanel> m_folders;
     QPointer<SetupCoordinator> m_coordinator;
 };
 

@@ -32,7 +32,7 @@ Column {
                 symbol: "folder"
                 path: screen.choices.outputDir
                 small: true
-                onChoosing: chooser.ask(screen.choices.folderToShow())
+                onChoosing: screen.choices.chooseFolder()
             }
         }
     }
@@ -65,11 +65,5 @@ Column {
                 onActivated: screen.choices.chooseQuality(index)
             }
         }
-    }
-
-    FolderQuestion {
-        id: chooser
-
-        onChosen: folder => screen.choices.takeFolder(folder)
     }
 }

@@ -81,7 +81,7 @@ Column {
             value: screen.choices.outputDir
             elide: Text.ElideMiddle
             buttonText: qsTr("Change…")
-            onActivated: chooser.ask(screen.choices.folderToShow())
+            onActivated: screen.choices.chooseFolder()
         }
     }
 
@@ -96,11 +96,5 @@ Column {
         horizontalAlignment: Text.AlignHCenter
         text: qsTr("Select playlists in the sidebar and press Sync. Downloads land in your djay watch folder automatically.")
         font: Tokens.font.callout
-    }
-
-    FolderQuestion {
-        id: chooser
-
-        onChosen: folder => screen.choices.takeFolder(folder)
     }
 }
