@@ -108,18 +108,21 @@ void SetupChoices::chooseFolder() {
     });
 }
 
-QString SetupChoices::playlistSummary() const {
+QVariantList SetupChoices::recap() const {
     const auto *settings = m_model.settings();
-    return zelk::playlistSummary(settings && settings->appleMusicConnected(), settings && settings->spotifyConnected(),
-                                 m_model.automationPermission()->status());
-}
-
-QString SetupChoices::sourcesSummary() const {
-    return m_coordinator ? zelk::sourcesSummary(m_coordinator->selectedSources()) : QString();
-}
-
-QString SetupChoices::qualityName() const {
-    return m_coordinator ? ServiceCatalog::qualityProfile(m_coordinator->qualityProfile()).name : QString();
+    Recap recap;
+    recap.playlists =
+        playlistSummary(settings && settings->appleMusicConnected(), settings && settings->spotifyConnected(),
+                        m_model.automationPermission()->status());
+    if (m_coordinator) {
+        recap.sources = sourcesSummary(m_coordinator->selectedSources());
+        recap.quality = ServiceCatalog::qualityProfile(m_coordinator->qualityProfile()).name;
+        recap.folder = m_coordinator->outputDir();
+    }
+    QVariantList rows;
+    for (const RecapFace &each : recapRows(recap))
+        rows += QVariant::fromValue(each);
+    return rows;
 }
 
 } // namespace zelk

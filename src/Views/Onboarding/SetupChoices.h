@@ -55,10 +55,8 @@ class SetupChoices : public QObject {
     // SourceChoices and QualityChoices, always as many, in the order of the catalogue.
     Q_PROPERTY(QVariantList sources READ sources NOTIFY changed)
     Q_PROPERTY(QVariantList qualities READ qualities NOTIFY changed)
-    // How the choices read at the end.
-    Q_PROPERTY(QString playlistSummary READ playlistSummary NOTIFY changed)
-    Q_PROPERTY(QString sourcesSummary READ sourcesSummary NOTIFY changed)
-    Q_PROPERTY(QString qualityName READ qualityName NOTIFY changed)
+    // How the choices read at the end: RecapFaces, always as many.
+    Q_PROPERTY(QVariantList recap READ recap NOTIFY changed)
 
 public:
     SetupChoices(AppModel &model, std::shared_ptr<FolderPanel> folders, QObject *parent = nullptr);
@@ -76,9 +74,7 @@ public:
     QString outputDir() const { return m_coordinator ? m_coordinator->outputDir() : QString(); }
     QVariantList sources() const;
     QVariantList qualities() const;
-    QString playlistSummary() const;
-    QString sourcesSummary() const;
-    QString qualityName() const;
+    QVariantList recap() const;
 
     // Turns a source on or off, which puts the sources back into the order of the catalogue.
     Q_INVOKABLE void setSourceEnabled(int index, bool enabled);

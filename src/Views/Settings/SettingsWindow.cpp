@@ -9,14 +9,15 @@
 #include "Views/Settings/ProxyLogic.h"
 #include "Views/Settings/QualityLogic.h"
 #include "Views/Settings/SettingsLogic.h"
+#include "Views/Settings/SettingsTabs.h"
 #include "Views/Settings/SourcesLogic.h"
 #include "Views/ViewEngine.h"
 
-#include <QCoreApplication>
 #include <QQmlComponent>
 #include <QQmlEngine>
 #include <QQuickWindow>
 
+#include <array>
 #include <utility>
 
 using namespace Qt::Literals::StringLiterals;
@@ -24,10 +25,6 @@ using namespace Qt::Literals::StringLiterals;
 namespace zelk {
 
 namespace {
-
-QString label(const char *text) {
-    return QCoreApplication::translate("SettingsView", text);
-}
 
 QUrl view(const QString &name) {
     return viewUrl(u"Settings/"_s + name);
@@ -42,16 +39,12 @@ struct SettingsWindow::Contents {
           diagnostics(model), logic(tabs()) {}
 
     QList<SettingsTab> tabs() {
-        return {
-            {label("General"), u"gear"_s, view(u"GeneralSettings"_s), &general},
-            {label("Accounts"), u"person.crop.circle"_s, view(u"AccountsSettings"_s), &accounts},
-            {label("Sources"), u"square.stack.3d.up"_s, view(u"SourcesSettings"_s), &sources},
-            {label("Quality"), u"waveform"_s, view(u"QualitySettings"_s), &quality},
-            {label("Output"), u"folder"_s, view(u"OutputSettings"_s), &output},
-            {label("Vantrix VPN"), u"lock.shield"_s, view(u"ProxySettings"_s), &proxy},
-            {label("Command Line"), u"terminal"_s, view(u"CLIToolSettings"_s), &cliTool},
-            {label("Diagnostics"), u"stethoscope"_s, view(u"DiagnosticsSettings"_s), &diagnostics},
-        };
+        const std::array<QObject *, 8> logics{&general, &accounts, &sources, &quality,
+                                              &output,  &proxy,    &cliTool, &diagnostics};
+        QList<SettingsTab> made;
+        for (std::size_t i = 0; const SettingsTabFace &face : settingsTabFaces())
+            made += {face.label, face.symbol, view(face.view), logics.at(i++)};
+        return made;
     }
 
     GeneralLogic general;
