@@ -17,9 +17,7 @@ struct Bench : SetupWindow {
         return part(apple ? "appleMusicLine" : "spotifyLine", name);
     }
     // How often the user has been asked to sign in.
-    int asked(bool apple) const {
-        return apple ? authorization->requests : engine->sentCount(Method::connectSpotify);
-    }
+    int asked(bool apple) const { return apple ? authorization->requests : engine->sentCount(Method::connectSpotify); }
     void refuseBoth() {
         engine->reply(Method::getConfig, wrapped(bare()));
         if (authorization->open.empty())

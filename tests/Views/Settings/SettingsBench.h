@@ -34,6 +34,7 @@ class WantedDesktop final : public DesktopSettings {
 public:
     using DesktopSettings::setColorScheme;
     using DesktopSettings::setIncreasedContrast;
+    using DesktopSettings::setTextScale;
 };
 
 // Counts how often something is said of an update.
