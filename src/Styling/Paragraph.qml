@@ -16,7 +16,7 @@ Text {
     onLineCountChanged: {
         paragraph.lineHeight = paragraph.lineCount > 1 ? Tokens.size.textLineHeight : 1;
         // The layout that counted them ends with the size that it had before.
-        Qt.callLater(paragraph.forceLayout);
+        Qt.callLater(paragraph.forceLayout); // qmllint disable
     }
     Accessible.role: Accessible.StaticText
     Accessible.name: paragraph.text
