@@ -73,7 +73,7 @@ WrittenFile writeTrack(const WriteOrder &order, const OutputFolder &folder, cons
     PartialFile partial(folder.partialPath(form.extension), ops);
     if (form.converted) {
         hooks.step(Phase::converting);
-        convertAudio(order.source, partial.path(), stop);
+        convertAudio(order.source, partial.path(), stop, conversionPatience(order.source));
     } else {
         copyFile(order.source.path, partial.path(), hooks.progress, stop, ops);
     }
