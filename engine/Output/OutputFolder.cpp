@@ -10,7 +10,6 @@
 
 #include <atomic>
 #include <cerrno>
-#include <csignal>
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -21,6 +20,17 @@ namespace zelk::engine {
 namespace {
 
 constexpr auto partialPrefix = ".zelk-partial-"_L1;
+
+/// When a process began, in the system's count, which tells it from a later one of the same number; empty if there is
+/// no such process.
+QString beginningOf(qint64 process) {
+    QFile file(u"/proc/%1/stat"_s.arg(process));
+    if (!file.open(QIODevice::ReadOnly)) {
+        return {};
+    }
+    const QByteArray fields = file.readAll();
+    return QString::fromLatin1(fields.mid(fields.lastIndexOf(')') + 2).split(' ').value(19));
+}
 
 } // namespace
 
@@ -38,15 +48,10 @@ void OutputFolder::prepare() {
 }
 
 void OutputFolder::removeLeftovers() {
-    static const QRegularExpression form(u"^\\.zelk-partial-(\\d+)-"_s);
+    static const QRegularExpression form(u"^\\.zelk-partial-(\\d+)-(\\d+)"_s);
     for (const QString &name : QDir(_path).entryList(QDir::Files | QDir::Hidden | QDir::System)) {
         const auto match = form.match(name);
-        if (!match.hasMatch()) {
-            continue;
-        }
-        const auto pid = static_cast<pid_t>(match.captured(1).toLongLong());
-        const bool alive = pid > 0 && pid != ::getpid() && (::kill(pid, 0) == 0 || errno == EPERM);
-        if (!alive) {
+        if (match.hasMatch() && beginningOf(match.captured(1).toLongLong()) != match.captured(2)) {
             _ops.unlink(QFile::encodeName(_path + u'/' + name));
         }
     }
@@ -67,7 +72,8 @@ QStringList OutputFolder::stems(const QStringList &ownFiles) const {
 
 QString OutputFolder::partialPath(const QString &extension) const {
     static std::atomic<quint64> count = 0;
-    return u"%1/%2%3-%4.%5"_s.arg(_path, partialPrefix).arg(::getpid()).arg(++count).arg(extension);
+    static const QString self = u"%1-%2"_s.arg(::getpid()).arg(beginningOf(::getpid()));
+    return u"%1/%2%3-%4.%5"_s.arg(_path, partialPrefix, self).arg(++count).arg(extension);
 }
 
 QString outputAdvice(const QString &folder, const QString &reason) {

@@ -17,7 +17,8 @@ public:
     /// Makes the folder where it is missing and makes sure that files can be made in it; throws FileProblem.
     void prepare();
 
-    /// Removes the partial files that an engine left that is no longer running.
+    /// Removes the partial files that an engine left that is no longer running. What this process or another one is
+    /// writing just now stays.
     void removeLeftovers();
 
     /// Names, without extension, of all that is in the folder and isn't ours to replace.
