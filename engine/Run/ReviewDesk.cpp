@@ -8,6 +8,7 @@
 #include "Transport/Tagged.h"
 
 #include <QDir>
+#include <QFileInfo>
 #include <QUrl>
 
 using namespace Qt::Literals::StringLiterals;
@@ -76,6 +77,7 @@ ReviewDesk::ReviewDesk(RunServices services, std::function<Settings()> settings)
     : _services(services), _settings(std::move(settings)) {}
 
 void ReviewDesk::decide(const QString &trackId, const ReviewDecision &decision, std::shared_ptr<SyncRun> run) {
+    keep(trackId, decision);
     _queue.post([this, trackId, decision, run = std::move(run)] {
         try {
             carryOut(trackId, decision, run);
@@ -83,6 +85,25 @@ void ReviewDesk::decide(const QString &trackId, const ReviewDecision &decision, 
             refuse(u"Your decision couldn't be kept: %1"_s.arg(QString::fromUtf8(error.what())));
         }
     });
+}
+
+void ReviewDesk::keep(const QString &trackId, const ReviewDecision &decision) {
+    try {
+        const auto review = _services.database.review(trackId);
+        if (!review) {
+            return;
+        }
+        if (caseOf<ReviewDecision::Skip>(decision)) {
+            _services.database.recordDecision(review->rowKey, {StoredDecision::Kind::Skip, {}});
+            return;
+        }
+        QString refusal;
+        if (const QString path = pathTaken(*review, decision, refusal); refusal.isEmpty() && QFileInfo(path).isFile()) {
+            _services.database.recordDecision(review->rowKey, {StoredDecision::Kind::Take, path});
+        }
+    } catch (const std::exception &) {
+        // What is wrong is told when the decision is carried out, which needs the memory as well.
+    }
 }
 
 void ReviewDesk::stop() {
@@ -115,6 +136,7 @@ void ReviewDesk::carryOut(const QString &trackId, const ReviewDecision &decision
     try {
         source = readAudio(path);
     } catch (const NotAudio &error) {
+        _services.database.forgetDecision(review->rowKey);
         refuse(u"%1 can't be used: %2. Choose another one."_s.arg(path, QString::fromUtf8(error.what())));
         return;
     }

@@ -30,6 +30,8 @@ public:
     void stop();
 
 private:
+    /// Enters a decision before anything is done about it, since others may be in hand for a long time.
+    void keep(const QString &trackId, const ReviewDecision &decision);
     void carryOut(const QString &trackId, const ReviewDecision &decision, const std::shared_ptr<SyncRun> &run);
     void skip(const std::vector<PendingReview> &rows, const std::shared_ptr<SyncRun> &run);
     void take(const std::vector<PendingReview> &rows, const AudioFile &source, const std::shared_ptr<SyncRun> &run);

@@ -304,6 +304,9 @@ void SyncRun::searchRow(const RunRow &row, const RecordingPtr &recording, const 
     };
     const auto decision = _services.database.decision(key);
     if (decision && decision->kind == StoredDecision::Kind::Skip) {
+        if (_reserved.contains(key)) { // kept, and not carried out before the engine ended
+            _services.database.forgetReviewsOf(key);
+        }
         conclude(Recording::State::Skipped, u"You chose to skip this track."_s);
         return;
     }

@@ -300,6 +300,10 @@ void Database::recordDecision(const QString &rowKey, const StoredDecision &decis
     });
 }
 
+void Database::forgetDecision(const QString &rowKey) {
+    transaction([&] { query(u"DELETE FROM decisions WHERE row_key = ?"_s, {rowKey}); });
+}
+
 std::optional<CoolOff> Database::coolOff(const QString &rowKey) {
     return transaction([&]() -> std::optional<CoolOff> {
         QSqlQuery row = query(u"SELECT until_ms, fingerprint, detail FROM cooloffs WHERE row_key = ?"_s, {rowKey});

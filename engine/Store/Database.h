@@ -52,6 +52,7 @@ public:
     // Decisions and cool-offs
     std::optional<StoredDecision> decision(const QString &rowKey);
     void recordDecision(const QString &rowKey, const StoredDecision &decision);
+    void forgetDecision(const QString &rowKey);
     std::optional<CoolOff> coolOff(const QString &rowKey);
     void recordCoolOff(const QString &rowKey, const CoolOff &coolOff);
 
