@@ -80,6 +80,11 @@ private Q_SLOTS:
         QTest::newRow("no artist") << QString() << u"One"_s << u"One"_s;
         QTest::newRow("nothing") << QString() << u"???"_s << u"Untitled"_s;
         QTest::newRow("composed") << u"A\u030A"_s << u"x"_s << u"\u00C5 - x"_s;
+        QTest::newRow("a device") << QString() << u"NUL"_s << u"_NUL"_s;
+        QTest::newRow("a device with an extension") << QString() << u"com1.flac"_s << u"_com1.flac"_s;
+        QTest::newRow("like a device") << QString() << u"Console"_s << u"Console"_s;
+        QTest::newRow("zero bytes") << u"A"_s + QChar(u'\0') + u'n' << QString(QChar(u'\0')) + u"One"_s
+                                    << u"An - One"_s;
         QTest::newRow("climbing") << u".."_s << u"../../etc"_s << u"- ..-..-etc"_s;
     }
 
