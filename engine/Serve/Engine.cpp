@@ -211,7 +211,9 @@ QStringList Engine::listOrphans(const std::vector<PlaylistSelection> &selection)
     return findOrphans(_database, *_playlists.refresh(scanPatience), ids);
 }
 
-void Engine::trashOrphans(const QStringList &paths) {
+void Engine::trashOrphans(const QStringList &named) {
+    QStringList paths = named;
+    paths.removeDuplicates();
     const QStringList orphans = findOrphans(_database, *_playlists.refresh(scanPatience), {});
     for (qsizetype i = 0; i < paths.size(); ++i) {
         if (!orphans.contains(paths[i])) {

@@ -190,11 +190,19 @@ private Q_SLOTS:
         const QJsonArray orphan{home.output(u"/Ann - One.flac"_s)};
         QCOMPARE(named(events, u"orphansFound"_s).size(), 1);
         QCOMPARE(dataOf(named(events, u"orphansFound"_s).first()).value("paths"_L1).toArray(), orphan);
-        const QJsonObject refused = engine.call(
-            u"trashOrphans"_s, QJsonObject{{u"paths"_s, QJsonArray{orphan[0], home.output(u"/Ann - Two.flac"_s)}}});
-        QCOMPARE(refused.value("error"_L1).toObject().value("code"_L1).toString(), u"invalid_params"_s);
+        home.write(home.output(u"/mine.flac"_s), "mine");
+        for (const QString &other : {home.output(u"/Ann - Two.flac"_s), home.output(u"/mine.flac"_s),
+                                     home.output(u"/gone.flac"_s), home.output(u"/../DjayImport/Ann - One.flac"_s),
+                                     home.collection(u"a.flac"_s), home.output(), QString()}) {
+            const QJsonObject refused =
+                engine.call(u"trashOrphans"_s, QJsonObject{{u"paths"_s, QJsonArray{orphan[0], other}}});
+            QCOMPARE(refused.value("error"_L1).toObject().value("code"_L1).toString(), u"invalid_params"_s);
+            QVERIFY(QFile::exists(orphan[0].toString()));
+        }
+        QVERIFY(QFile::remove(home.output(u"/mine.flac"_s)));
         QCOMPARE(home.outputFiles().size(), 3);
-        QVERIFY(engine.call(u"trashOrphans"_s, QJsonObject{{u"paths"_s, orphan}}).value("ok"_L1).toBool());
+        const QJsonArray twice{orphan[0], orphan[0]};
+        QVERIFY(engine.call(u"trashOrphans"_s, QJsonObject{{u"paths"_s, twice}}).value("ok"_L1).toBool());
         QCOMPARE(home.outputFiles(), QStringList({u"Ann - Three.flac"_s, u"Ann - Two.flac"_s}));
         QVERIFY(QFileInfo(home.path(u".local/share/Trash/files/Ann - One.flac"_s)).isFile());
     }
