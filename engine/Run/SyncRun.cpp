@@ -62,7 +62,8 @@ void SyncRun::execute(const std::function<void()> &rowsDone, const std::function
             finish(playlists);
         }
     } catch (const std::exception &error) {
-        _events.error(u"run"_s, u"The sync had to stop: %1"_s.arg(QString::fromUtf8(error.what())));
+        const QString detail = explainWriteFailure(error, {}, _output.path()).detail;
+        _events.error(u"run"_s, u"The sync had to stop. %1"_s.arg(detail));
     }
     _writers->waitUntilIdle();
     over();

@@ -23,7 +23,10 @@ WriteFailure explainWriteFailure(const std::exception &error, const QString &sou
         }
         return {outputAdvice(outputDir, problem->reason()), true};
     }
-    if (dynamic_cast<const DatabaseError *>(&error)) {
+    if (const auto *problem = dynamic_cast<const DatabaseError *>(&error)) {
+        if (problem->isLock()) {
+            return {u"Another program holds what the engine remembers. End it and sync again."_s, true};
+        }
         return {u"The engine's memory can't be written (%1). Check the disk of your home folder and sync again."_s.arg(
                     QString::fromUtf8(error.what())),
                 true};

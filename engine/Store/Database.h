@@ -21,6 +21,8 @@ public:
     DatabaseError(const std::string &what, int code) : std::runtime_error(what), _code(code) {}
     /// SQLite's primary result code.
     int code() const { return _code; }
+    /// Somebody else holds the store.
+    bool isLock() const;
 
 private:
     int _code;
@@ -33,8 +35,9 @@ class Database {
 public:
     using Warn = std::function<void(const QString &message)>;
 
-    /// Opens or makes the file. One that is damaged is set aside; one that can't be used otherwise, say because another
-    /// engine holds it, stays as it is, and what is remembered lasts as long as the process. `warn` says so.
+    /// Opens or makes the file. One that is damaged is set aside. One that another program holds is waited for: each
+    /// call tries again, and throws. Where no file can be made, what is remembered lasts as long as the process. `warn`
+    /// says so in each case.
     Database(const QString &path, const Warn &warn);
     ~Database();
 
@@ -81,5 +84,6 @@ private:
     QString _connection;
     WorkQueue _queue; // the thread that alone touches the connection
 };
+    QString _awaited; // a file that somebody else held when it was to be opened
 
 } // namespace zelk::engine
