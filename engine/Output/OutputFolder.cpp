@@ -5,6 +5,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QRegularExpression>
 #include <QSet>
 
@@ -36,7 +37,10 @@ QString beginningOf(qint64 process) {
 
 OutputFolder::OutputFolder(QString path, FileOps &ops) : _path(std::move(path)), _ops(ops) {}
 
-void OutputFolder::prepare() {
+void OutputFolder::prepare(bool heldFiles) {
+    if (heldFiles && !QFileInfo::exists(_path)) {
+        throw FileProblem(_path, ENOENT);
+    }
     makeFolder(_path);
     const QByteArray probe = QFile::encodeName(partialPath(u"probe"_s));
     const int descriptor = _ops.open(probe, O_WRONLY | O_CREAT | O_EXCL, 0600);
@@ -76,9 +80,17 @@ QString OutputFolder::partialPath(const QString &extension) const {
     return u"%1/%2%3-%4.%5"_s.arg(_path, partialPrefix, self).arg(++count).arg(extension);
 }
 
-QString outputAdvice(const QString &folder, const QString &reason) {
+QString outputAdvice(const QString &folder, const FileProblem &problem) {
+    if (problem.isFull()) {
+        return u"The disk of the output folder %1 is full. Make room and sync again."_s.arg(folder);
+    }
+    if (problem.code() == ENOENT) {
+        return u"The output folder %1 isn't there. Connect the disk that it is on, make the folder, or choose another "
+               u"one"
+               " in Settings, and sync again."_s.arg(folder);
+    }
     return u"The output folder %1 can't be written (%2). Make it writable, or choose another one in Settings."_s.arg(
-        folder, reason);
+        folder, problem.reason());
 }
 
 } // namespace zelk::engine

@@ -190,7 +190,7 @@ void ReviewDesk::take(const std::vector<PendingReview> &rows, const AudioFile &s
         if (const auto before = standing(source, settings)) {
             file = *before;
         } else {
-            folder.prepare();
+            folder.prepare(_services.database.knowsFilesIn(folder.path()));
             file = write(rows.front(), source, folder, settings.toleranceSec, stop.get_token());
             fresh = true;
         }

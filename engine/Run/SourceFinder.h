@@ -23,7 +23,9 @@ class SourceFinder {
 public:
     using Warn = std::function<void(const QString &message)>;
 
-    SourceFinder(std::shared_ptr<const MatchIndex> index, MatchPreferences preferences, int mostCandidates, Warn warn);
+    /// `absent` are the folders of the collection that aren't there.
+    SourceFinder(std::shared_ptr<const MatchIndex> index, MatchPreferences preferences, int mostCandidates,
+                 QStringList absent, Warn warn);
 
     FoundSource find(const ListedTrack &track, const std::optional<StoredDecision> &decision) const;
 
@@ -36,6 +38,7 @@ private:
     std::shared_ptr<const MatchIndex> _index;
     MatchPreferences _preferences;
     int _mostCandidates;
+    QStringList _absent;
     Warn _warn;
     QString _fingerprint;
 };

@@ -97,13 +97,10 @@ void SyncRun::prepareOutput() {
         return;
     }
     try {
-        _output.prepare();
+        _output.prepare(_services.database.knowsFilesIn(_output.path()));
         _output.removeLeftovers();
     } catch (const FileProblem &problem) {
-        _outputProblem =
-            problem.isFull()
-                ? u"The disk of the output folder %1 is full. Make room and sync again."_s.arg(_output.path())
-                : outputAdvice(_output.path(), problem.reason());
+        _outputProblem = outputAdvice(_output.path(), problem);
         failOutput(_outputProblem);
     }
 }
@@ -144,7 +141,8 @@ const SourceFinder *SyncRun::finder() {
         }
         const auto warn = [this](const QString &message) { _events.log(ServerEvent::LogLevel::warn, message); };
         _finder = std::make_unique<SourceFinder>(index, _request.preferences(),
-                                                 static_cast<int>(_request.config.run.searchCount), warn);
+                                                 static_cast<int>(_request.config.run.searchCount),
+                                                 absentFolders(_request.config.collectionDirs), warn);
     }
     return _finder.get();
 }

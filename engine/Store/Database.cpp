@@ -229,6 +229,13 @@ std::vector<WrittenFile> Database::writtenFiles() {
     });
 }
 
+bool Database::knowsFilesIn(const QString &folder) {
+    const QString start = folder + u'/';
+    return transaction([&] {
+        return query(u"SELECT 1 FROM files WHERE substr(path, 1, length(?)) = ? LIMIT 1"_s, {start, start}).next();
+    });
+}
+
 std::vector<Want> Database::wants() {
     return transaction([&] {
         std::vector<Want> wants;

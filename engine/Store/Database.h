@@ -43,6 +43,8 @@ public:
 
     // Written files
     std::vector<WrittenFile> writtenFiles();
+    /// Whether any was written into that folder.
+    bool knowsFilesIn(const QString &folder);
     std::vector<Want> wants();
     /// The files written for any of these rows, by row key; several when the output folder has changed.
     QMultiHash<QString, WrittenFile> writtenFor(const QStringList &rowKeys);
@@ -82,8 +84,8 @@ private:
     void prepare(const QString &path);
 
     QString _connection;
+    QString _awaited; // a file that somebody else held when it was to be opened
     WorkQueue _queue; // the thread that alone touches the connection
 };
-    QString _awaited; // a file that somebody else held when it was to be opened
 
 } // namespace zelk::engine

@@ -46,6 +46,9 @@ int main(int argc, char **argv) {
         std::rename((told("CONVERTER_PID") + ".new").c_str(), told("CONVERTER_PID").c_str());
         hang();
     }
+    while (behaviour == "wait" && ::access(told("CONVERTER_GATE").c_str(), F_OK) != 0) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(2));
+    }
     if (behaviour == "fail") {
         std::cerr << "[opus @ 0x1]\n" << to << ": Invalid data found when processing input\n";
         return EXIT_FAILURE;

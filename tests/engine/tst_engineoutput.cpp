@@ -149,7 +149,7 @@ private Q_SLOTS:
         home.addAudio(u"a.mp3"_s, u"Ann"_s, u"One"_s);
         FailingOps ops;
         OutputFolder folder(home.output(), ops);
-        folder.prepare();
+        folder.prepare(false);
         ops.syncError = syncError;
         ops.renameError = renameError;
         WriteOrder order;
@@ -180,7 +180,7 @@ private Q_SLOTS:
         const EngineHome home;
         home.addAudio(u"a.mp3"_s, u"Ann"_s, u"One"_s);
         OutputFolder folder(home.output());
-        folder.prepare();
+        folder.prepare(false);
         WriteOrder order;
         order.source = readAudio(home.collection(u"a.mp3"_s));
         order.target = home.output(u"/Ann - One.mp3"_s);
