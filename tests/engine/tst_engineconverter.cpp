@@ -132,6 +132,36 @@ private Q_SLOTS:
         QVERIFY(!QFile::exists(to));
     }
 
+    void onlyWhatTheDjApplicationCannotReadIsConverted_data() {
+        QTest::addColumn<QString>("format");
+        QTest::addColumn<bool>("lossless");
+        QTest::addColumn<QString>("extension");
+        QTest::addColumn<bool>("converted");
+        QTest::newRow("FLAC") << u"FLAC"_s << true << u"flac"_s << false;
+        QTest::newRow("MP3") << u"MP3"_s << false << u"mp3"_s << false;
+        QTest::newRow("AAC") << u"AAC"_s << false << u"m4a"_s << false;
+        QTest::newRow("ALAC") << u"ALAC"_s << true << u"m4a"_s << false;
+        QTest::newRow("WAV") << u"WAV"_s << true << u"wav"_s << false;
+        QTest::newRow("AIFF") << u"AIFF"_s << true << u"aiff"_s << false;
+        QTest::newRow("Opus") << u"Opus"_s << false << u"mp3"_s << true;
+        QTest::newRow("Ogg") << u"Ogg"_s << false << u"mp3"_s << true;
+        QTest::newRow("WMA") << u"WMA"_s << false << u"mp3"_s << true;
+        QTest::newRow("lossless WMA") << u"WMA"_s << true << u"aiff"_s << true;
+        QTest::newRow("Ogg FLAC") << u"Ogg FLAC"_s << true << u"aiff"_s << true;
+        QTest::newRow("WavPack") << u"WavPack"_s << true << u"aiff"_s << true;
+    }
+
+    void onlyWhatTheDjApplicationCannotReadIsConverted() {
+        QFETCH(QString, format);
+        QFETCH(bool, lossless);
+        AudioFile source;
+        source.format = format;
+        source.lossless = lossless;
+        const TargetForm form = targetFormOf(source);
+        QTEST(form.extension, "extension");
+        QTEST(form.converted, "converted");
+    }
+
     void itHasAsLongAsTheTrackPlaysAndSomeSecondsMore() {
         AudioFile source;
         source.durationSec = 3'600;
