@@ -39,4 +39,7 @@ private:
     std::shared_ptr<const MatchIndex> _index;
 };
 
+/// Those of the folders that aren't there.
+QStringList absentFolders(const QStringList &folders);
+
 } // namespace zelk::engine

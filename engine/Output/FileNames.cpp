@@ -1,5 +1,6 @@
 #include "Output/FileNames.h"
 
+#include <QRegularExpression>
 #include <QTextBoundaryFinder>
 
 using namespace Qt::Literals::StringLiterals;
@@ -70,6 +71,13 @@ QString shortened(const QString &name, qsizetype bytes) {
     return name.left(end);
 }
 
+/// Names that some systems keep for their devices, whatever extension is behind them.
+bool isDevice(const QString &stem) {
+    static const QRegularExpression form(u"^(?:con|prn|aux|nul|com[0-9¹²³]|lpt[0-9¹²³])\\s*(?:\\.|$)"_s,
+                                         QRegularExpression::CaseInsensitiveOption);
+    return form.match(stem).hasMatch();
+}
+
 } // namespace
 
 QString stemFor(const QString &artist, const QString &title) {
@@ -83,6 +91,9 @@ QString stemFor(const QString &artist, const QString &title) {
         stem = shortened(safeArtist, (longestFileName - reserved) / 2).trimmed() + " - "_L1 + safeTitle;
     }
     stem = trimmedEnds(shortened(trimmedEnds(stem), longestFileName - reserved));
+    if (isDevice(stem)) {
+        stem.prepend(u'_');
+    }
     return stem.isEmpty() ? u"Untitled"_s : stem;
 }
 

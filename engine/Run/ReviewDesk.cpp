@@ -287,7 +287,7 @@ DecisionOutcome ReviewDesk::take(const std::vector<PendingReview> &rows, Choice 
             if (!choice.madeFrom.isEmpty() && !fetch(rows, choice, outcome, stop)) {
                 return outcome;
             }
-            folder.prepare();
+            folder.prepare(_services.database.knowsFilesIn(folder.path()));
             outcome.file = write(rows, choice, folder, settings.toleranceSec, stop);
             outcome.isNew = true;
         }

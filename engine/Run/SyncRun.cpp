@@ -52,7 +52,8 @@ void SyncRun::execute(const RunTurns &turns) {
             finish(playlists);
         }
     } catch (const std::exception &error) {
-        _events.error(u"run"_s, u"The sync had to stop: %1"_s.arg(QString::fromUtf8(error.what())));
+        const QString detail = explainWriteFailure(error, {}, _output.path()).detail;
+        _events.error(u"run"_s, u"The sync had to stop. %1"_s.arg(detail));
     }
     _writers->waitUntilIdle();
     turns.inTurn([&] {
@@ -102,13 +103,10 @@ void SyncRun::prepareOutput() {
         return;
     }
     try {
-        _output.prepare();
+        _output.prepare(_services.database.knowsFilesIn(_output.path()));
         _output.removeLeftovers();
     } catch (const FileProblem &problem) {
-        _outputProblem =
-            problem.isFull()
-                ? u"The disk of the output folder %1 is full. Make room and sync again."_s.arg(_output.path())
-                : outputAdvice(_output.path(), problem.reason());
+        _outputProblem = outputAdvice(_output.path(), problem);
         failOutput(_outputProblem);
     }
 }
@@ -160,7 +158,8 @@ const SourceFinder *SyncRun::finder() {
         }
         const SourceFinder::Limits limits{static_cast<int>(_request.config.run.searchCount),
                                           _request.config.run.searchTimeoutSec, _services.now};
-        _finder = std::make_unique<SourceFinder>(index, _request.preferences(), limits, warn);
+        _finder = std::make_unique<SourceFinder>(index, _request.preferences(), limits,
+                                                 absentFolders(_request.config.collectionDirs), warn);
     }
     return _finder.get();
 }

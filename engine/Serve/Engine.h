@@ -35,7 +35,7 @@ public:
                                            std::chrono::milliseconds waited = {});
     std::vector<PreviewTrackDTO> playlistTracks(PlaylistSourceId source, const QString &id);
     QStringList listOrphans(const std::vector<PlaylistSelection> &selection);
-    void trashOrphans(const QStringList &paths);
+    void trashOrphans(const QStringList &named);
 
     // Runs
     /// `accepted` is called before anything of the run can be heard.

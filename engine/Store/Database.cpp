@@ -61,6 +61,9 @@ bool isDamage(int code) {
     return code == codeOfError || code == codeOfDamage || code == codeOfOtherFile;
 }
 
+/// Within one process as well as between two.
+constexpr int codesOfLock[] = {5, 6};
+
 DatabaseError errorOf(const QSqlError &error) {
     return {error.text().toStdString(), error.nativeErrorCode().toInt() & 0xFF};
 }
@@ -79,6 +82,10 @@ PendingReview reviewOf(const QString &record) {
 }
 
 } // namespace
+
+bool DatabaseError::isLock() const {
+    return std::find(std::begin(codesOfLock), std::end(codesOfLock), _code) != std::end(codesOfLock);
+}
 
 Database::Database(const QString &path, const Warn &warn)
     : _connection(QUuid::createUuid().toString(QUuid::WithoutBraces)) {
@@ -100,6 +107,13 @@ void Database::open(const QString &path, const Warn &warn) {
         return;
     } catch (const DatabaseError &error) {
         failure = QString::fromStdString(error.what());
+        if (error.isLock()) {
+            _awaited = path;
+            warn(
+                u"Another program holds what the engine remembers in %1. Nothing can be synced until it lets go."_s.arg(
+                    path));
+            return;
+        }
         if (isDamage(error.code()) && QFileInfo(path).isFile()) {
             try {
                 QSqlDatabase::database(_connection, false).close();
@@ -127,7 +141,7 @@ void Database::prepare(const QString &path) {
     }
     QSqlDatabase database = QSqlDatabase::addDatabase(u"QSQLITE"_s, _connection);
     database.setDatabaseName(path);
-    database.setConnectOptions(u"QSQLITE_BUSY_TIMEOUT=10000"_s);
+    database.setConnectOptions(u"QSQLITE_BUSY_TIMEOUT=5000"_s);
     if (!database.open()) {
         throw errorOf(database.lastError());
     }
@@ -177,6 +191,10 @@ QSqlQuery Database::query(const QString &statement, const QVariantList &values) 
 template<class Function>
 auto Database::transaction(Function function) {
     return _queue.run([&]() -> decltype(function()) {
+        if (!_awaited.isEmpty()) {
+            prepare(_awaited);
+            _awaited.clear();
+        }
         QSqlDatabase database = QSqlDatabase::database(_connection, false);
         if (!database.transaction()) {
             throw errorOf(database.lastError());
@@ -209,6 +227,13 @@ std::vector<WrittenFile> Database::writtenFiles() {
             files.push_back(writtenFileOf(row));
         }
         return files;
+    });
+}
+
+bool Database::knowsFilesIn(const QString &folder) {
+    const QString start = folder + u'/';
+    return transaction([&] {
+        return query(u"SELECT 1 FROM files WHERE substr(path, 1, length(?)) = ? LIMIT 1"_s, {start, start}).next();
     });
 }
 

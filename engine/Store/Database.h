@@ -22,6 +22,8 @@ public:
     DatabaseError(const std::string &what, int code) : std::runtime_error(what), _code(code) {}
     /// SQLite's primary result code.
     int code() const { return _code; }
+    /// Somebody else holds the store.
+    bool isLock() const;
 
 private:
     int _code;
@@ -34,13 +36,16 @@ class Database {
 public:
     using Warn = std::function<void(const QString &message)>;
 
-    /// Opens or makes the file. One that is damaged is set aside; one that can't be used otherwise, say because another
-    /// engine holds it, stays as it is, and what is remembered lasts as long as the process. `warn` says so.
+    /// Opens or makes the file. One that is damaged is set aside. One that another program holds is waited for: each
+    /// call tries again, and throws. Where no file can be made, what is remembered lasts as long as the process. `warn`
+    /// says so in each case.
     Database(const QString &path, const Warn &warn);
     ~Database();
 
     // Written files
     std::vector<WrittenFile> writtenFiles();
+    /// Whether any was written into that folder.
+    bool knowsFilesIn(const QString &folder);
     std::vector<Want> wants();
     /// The files written for any of these rows, by row key; several when the output folder has changed.
     QMultiHash<QString, WrittenFile> writtenFor(const QStringList &rowKeys);
@@ -113,6 +118,7 @@ private:
     void prepare(const QString &path);
 
     QString _connection;
+    QString _awaited; // a file that somebody else held when it was to be opened
     WorkQueue _queue; // the thread that alone touches the connection
 };
 
