@@ -71,8 +71,9 @@ QString pathTaken(const PendingReview &review, const ReviewDecision &decision, Q
 ReviewDesk::ReviewDesk(RunServices services, std::function<Settings()> settings)
     : _services(services), _settings(std::move(settings)), _covers(_stop.get_token()) {}
 
-void ReviewDesk::decide(const QString &trackId, const ReviewDecision &decision, std::shared_ptr<SyncRun> run) {
-    _queue.post([this, trackId, decision, run = std::move(run)] {
+void ReviewDesk::decide(const QString &trackId, const ReviewDecision &decision, std::shared_ptr<SyncRun> run,
+                        RunLock::Hold hold) {
+    _queue.post([this, trackId, decision, run = std::move(run), hold = std::move(hold)] {
         try {
             carryOut(trackId, decision, run);
         } catch (const std::exception &error) {

@@ -4,6 +4,7 @@
 #include "Run/CoverDesk.h"
 #include "Run/RunTypes.h"
 #include "Run/SyncRun.h"
+#include "Store/RunLock.h"
 
 #include <functional>
 #include <memory>
@@ -22,8 +23,9 @@ public:
     ReviewDesk(RunServices services, std::function<Settings()> settings);
 
     /// `run` is the one under way, or null. Never fails: what goes wrong is told by events, and a decision that can't
-    /// be carried out leaves the track waiting for another one.
-    void decide(const QString &trackId, const ReviewDecision &decision, std::shared_ptr<SyncRun> run);
+    /// be carried out leaves the track waiting for another one. `hold` is let go of at the end.
+    void decide(const QString &trackId, const ReviewDecision &decision, std::shared_ptr<SyncRun> run,
+                RunLock::Hold hold = nullptr);
 
     /// Waits until all decisions taken so far are carried out.
     void waitUntilIdle() { _queue.waitUntilIdle(); }

@@ -9,7 +9,7 @@ RunController::~RunController() {
     stop();
 }
 
-bool RunController::start(RunRequest request, const std::function<void()> &accepted) {
+bool RunController::start(RunRequest request, RunLock::Hold hold, const std::function<void()> &accepted) {
     const std::lock_guard lock(_mutex);
     if (_current) {
         return false;
@@ -17,9 +17,10 @@ bool RunController::start(RunRequest request, const std::function<void()> &accep
     auto run = std::make_shared<SyncRun>(std::move(request), _services);
     _current = run;
     accepted();
-    _runs.post([this, run] {
+    _runs.post([this, run, hold = std::move(hold)]() mutable {
         run->execute([this] { _desk.waitUntilIdle(); },
-                     [this, &run] {
+                     [this, &run, &hold] {
+                         hold.reset();
                          const std::lock_guard inner(_mutex);
                          if (_current == run) {
                              _current.reset();
@@ -40,9 +41,9 @@ void RunController::cancel(const std::optional<QString> &runId) {
     }
 }
 
-void RunController::decide(const QString &trackId, const ReviewDecision &decision) {
+void RunController::decide(const QString &trackId, const ReviewDecision &decision, RunLock::Hold hold) {
     const std::lock_guard lock(_mutex);
-    _desk.decide(trackId, decision, _current);
+    _desk.decide(trackId, decision, _current, std::move(hold));
 }
 
 void RunController::stop() {
