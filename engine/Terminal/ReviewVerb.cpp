@@ -6,6 +6,7 @@
 #include <QDir>
 #include <QUrl>
 
+#include <cmath>
 #include <iostream>
 #include <string>
 #include <unistd.h>
@@ -25,7 +26,7 @@ struct Answer {
 };
 
 QString lengthText(double seconds) {
-    const auto whole = static_cast<qint64>(seconds + 0.5);
+    const qint64 whole = std::llround(seconds);
     return whole > 0 ? u"%1:%2"_s.arg(whole / 60).arg(whole % 60, 2, 10, QChar(u'0')) : QString();
 }
 
