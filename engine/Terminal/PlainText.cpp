@@ -4,6 +4,7 @@
 #include <QTextBoundaryFinder>
 
 #include <cwchar>
+#include <locale.h>
 
 namespace zelk::engine {
 
@@ -18,6 +19,25 @@ constexpr char32_t firstPictograph = 0x1F000;
 bool isBreak(char32_t c) {
     return c == '\t' || c == '\n' || c == '\v' || c == '\f' || c == '\r' || c == 0x85 || c == 0x2028 || c == 0x2029;
 }
+
+/// While it lives, this thread knows the widths of all characters, whatever language the user's terminal is set to.
+class WidthsKnown {
+public:
+    WidthsKnown() {
+        static const locale_t everything = ::newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
+        _before = everything ? ::uselocale(everything) : nullptr;
+    }
+    ~WidthsKnown() {
+        if (_before) {
+            ::uselocale(_before);
+        }
+    }
+    WidthsKnown(const WidthsKnown &) = delete;
+    WidthsKnown &operator=(const WidthsKnown &) = delete;
+
+private:
+    locale_t _before = nullptr;
+};
 
 int columnsOf(char32_t c) {
     if (c == emojiForm) { // makes what it follows wide in some terminals: rather too short than wrapped
@@ -46,6 +66,7 @@ QString plainText(const QString &text) {
 }
 
 int columnsOf(const QString &text) {
+    const WidthsKnown known;
     int columns = 0;
     for (const char32_t c : text.toUcs4()) {
         columns += columnsOf(c);

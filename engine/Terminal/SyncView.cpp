@@ -140,7 +140,8 @@ void SyncView::drawProgress() {
     status += u"%1/%2"_s.arg(_done).arg(std::max(_tracks, _done));
     if (!_inHand.empty()) {
         const InHand &first = _inHand.front();
-        status += u"  %1  %2"_s.arg(first.doing, _labels.value(first.trackId));
+        status += first.doing.isEmpty() ? QString() : u"  "_s + first.doing;
+        status += u"  "_s + _labels.value(first.trackId);
     }
     _console.setStatus(status);
 }

@@ -284,7 +284,7 @@ private Q_SLOTS:
             process.start(QStringLiteral(ENGINE_PROGRAM), {argument});
             QVERIFY(process.waitForFinished());
             QCOMPARE(process.exitCode(), 1);
-            QVERIFY(process.readAllStandardError().contains("No space left"));
+            QVERIFY(process.readAllStandardError().startsWith("zelk: what there is to say can't be written: "));
         }
     }
 

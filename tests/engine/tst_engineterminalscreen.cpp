@@ -83,16 +83,19 @@ private Q_SLOTS:
 
     void noLineIsWiderThanTheTerminal_data() {
         QTest::addColumn<int>("columns");
-        QTest::newRow("20") << 20;
-        QTest::newRow("40") << 40;
-        QTest::newRow("79") << 79;
+        QTest::addColumn<QString>("locale");
+        QTest::newRow("20") << 20 << u"C.UTF-8"_s;
+        QTest::newRow("40") << 40 << u"C.UTF-8"_s;
+        QTest::newRow("79") << 79 << u"C.UTF-8"_s;
+        QTest::newRow("40 without a language") << 40 << u"C"_s;
     }
 
     void noLineIsWiderThanTheTerminal() {
         QFETCH(int, columns);
+        QFETCH(QString, locale);
         const EngineHome home;
         fill(home);
-        TerminalChild child(home, {u"sync"_s}, {columns, 24});
+        TerminalChild child(home, {u"sync"_s}, {columns, 24}, {{u"LC_ALL"_s, locale}});
         QCOMPARE(child.end(), 0);
         const QStringList lines = drawnLines(child.written());
         int widest = 0;
