@@ -79,10 +79,11 @@ ReviewDesk::~ReviewDesk() {
     _queue.waitUntilIdle(); // what was decided last is kept too
 }
 
-void ReviewDesk::decide(const QString &trackId, const ReviewDecision &decision, const std::optional<QString> &runId) {
+void ReviewDesk::decide(const QString &trackId, const ReviewDecision &decision, const std::optional<QString> &runId,
+                        RunLock::Hold hold) {
     keep(trackId, decision, runId);
     const std::lock_guard lock(_mutex);
-    _queue.post([this, taken = Taken{trackId, decision, runId, _stop.get_token()}] {
+    _queue.post([this, taken = Taken{trackId, decision, runId, _stop.get_token()}, hold = std::move(hold)] {
         try {
             carryOut(taken);
         } catch (const std::exception &error) {

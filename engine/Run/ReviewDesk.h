@@ -4,6 +4,7 @@
 #include "Run/CoverDesk.h"
 #include "Run/RunTypes.h"
 #include "Run/SyncRun.h"
+#include "Store/RunLock.h"
 
 #include <functional>
 #include <memory>
@@ -25,9 +26,10 @@ public:
     ~ReviewDesk();
 
     /// Never fails: what goes wrong is told by events, and a decision that can't be carried out leaves the track
-    /// waiting for another one.
-    /// `runId` is the run that the decision was made in, if known.
-    void decide(const QString &trackId, const ReviewDecision &decision, const std::optional<QString> &runId);
+    /// waiting for another one. `runId` is the run that the decision was made in, if known; `hold` is let go of at the
+    /// end.
+    void decide(const QString &trackId, const ReviewDecision &decision, const std::optional<QString> &runId,
+                RunLock::Hold hold = nullptr);
 
     /// Does a piece of a run's work behind all decisions taken so far and before those that are taken later, and waits
     /// for it. What it throws comes out here.

@@ -9,7 +9,7 @@ RunController::~RunController() {
     stop();
 }
 
-bool RunController::start(RunRequest request, const std::function<void()> &accepted) {
+bool RunController::start(RunRequest request, RunLock::Hold hold, const std::function<void()> &accepted) {
     const std::lock_guard lock(_mutex);
     if (_current) {
         return false;
@@ -17,12 +17,13 @@ bool RunController::start(RunRequest request, const std::function<void()> &accep
     auto run = std::make_shared<SyncRun>(std::move(request), _services);
     _current = run;
     accepted();
-    _runs.post([this, run] {
+    _runs.post([this, run, hold = std::move(hold)]() mutable {
         RunTurns turns;
         turns.inTurn = [this](const std::function<void()> &work) { _desk.inTurn(work); };
         turns.begins = [this, &run] { _desk.attend(run); };
-        turns.over = [this, &run] {
+        turns.over = [this, &run, &hold] {
             _desk.attend(nullptr);
+            hold.reset();
             const std::lock_guard inner(_mutex);
             if (_current == run) {
                 _current.reset();
@@ -45,9 +46,9 @@ void RunController::cancel(const std::optional<QString> &runId) {
     }
 }
 
-void RunController::decide(const QString &trackId, const ReviewDecision &decision,
-                           const std::optional<QString> &runId) {
-    _desk.decide(trackId, decision, runId);
+void RunController::decide(const QString &trackId, const ReviewDecision &decision, const std::optional<QString> &runId,
+                           RunLock::Hold hold) {
+    _desk.decide(trackId, decision, runId, std::move(hold));
 }
 
 void RunController::stop() {

@@ -10,6 +10,8 @@
 
 #include <QDateTime>
 
+#include <algorithm>
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace zelk::engine {
@@ -95,6 +97,10 @@ std::vector<Playlist> SyncRun::selectedPlaylists(QStringList &refusals) {
             playlists.push_back(*playlist);
         }
     }
+    // In the library's order, whatever order they were picked in: it decides which of two tracks gets the plain name.
+    std::sort(playlists.begin(), playlists.end(), [&snapshot](const Playlist &a, const Playlist &b) {
+        return snapshot->byId.value(a.id) < snapshot->byId.value(b.id);
+    });
     return playlists;
 }
 

@@ -41,6 +41,7 @@ Engine::Engine(EnginePaths paths, EventSink &events)
     : _paths(std::move(paths)), _events(events), _config(_paths, [this](const QString &message) { warn(message); }),
       _secrets(_paths.secretsFile, [this](const QString &message) { warn(message); }),
       _database(_paths.databaseFile, [this](const QString &message) { warn(message); }), _rows(_database),
+      _lock(_paths.dataFolder + "/sync.lock"_L1),
       _playlists(
           [this] {
               return PlaylistPlaces{_config.current().playlistDirs, {_paths.libraryFile()}};
@@ -256,9 +257,47 @@ void Engine::startSync(const std::vector<PlaylistSelection> &selection, const st
     request.selection = selection;
     request.config = _config.current();
     request.outputDir = outputDir();
-    if (!_runs->start(std::move(request), accepted)) {
+    if (!_runs->start(std::move(request), lock(), accepted)) {
         throw MethodError(EngineErrorCode::syncInProgress, u"A sync is already running. Cancel it first."_s);
     }
+}
+
+RunLock::Hold Engine::lock() {
+    auto hold = _lock.take();
+    if (!hold) {
+        const qint64 process = _lock.holder();
+        throw MethodError(
+            EngineErrorCode::syncInProgress,
+            u"Another zelk%1 is syncing or carrying out a decision. Wait until it has finished, and try again."_s.arg(
+                process > 0 ? u" (process %1)"_s.arg(process) : QString()));
+    }
+    return hold;
+}
+
+void Engine::reviewDecision(const QString &trackId, const ReviewDecision &decision,
+                            const std::optional<QString> &runId) {
+    try {
+        _runs->decide(trackId, decision, runId, lock());
+    } catch (const MethodError &error) { // a decision has no reply
+        _events.send(ServerEvent::Error{runId, u"review"_s, std::nullopt, error.message()});
+    }
+}
+
+std::vector<WaitingReview> Engine::waitingReviews() {
+    const auto snapshot = _playlists.refresh(scanPatience);
+    QHash<QString, PendingReview> byRow;
+    for (const PendingReview &review : _database.reviews()) {
+        byRow.insert(review.rowKey, review);
+    }
+    std::vector<WaitingReview> waiting;
+    for (const Playlist &playlist : snapshot->playlists) {
+        for (std::size_t i = 0; playlist.tracks && i < playlist.tracks->size(); ++i) {
+            if (auto review = byRow.take((*playlist.tracks)[i].rowKey); !review.trackId.isEmpty()) {
+                waiting.push_back({std::move(review), playlist.name});
+            }
+        }
+    }
+    return waiting;
 }
 
 DoctorSubject Engine::doctorSubject() {

@@ -6,6 +6,7 @@
 #include "Store/ConfigStore.h"
 #include "Store/EnginePaths.h"
 #include "Store/RowMemory.h"
+#include "Store/RunLock.h"
 #include "Store/SecretStore.h"
 
 #include <chrono>
@@ -13,6 +14,12 @@
 #include <memory>
 
 namespace zelk::engine {
+
+/// A recording that waits for the user's decision.
+struct WaitingReview {
+    PendingReview review;
+    QString playlist; ///< The first that holds it, by name.
+};
 
 /// All that the engine can do, behind functions that the protocol's methods and the command line share. Each throws
 /// MethodError where it refuses; other exceptions are failures of the machine. Any thread may call. Those that are said
@@ -24,6 +31,7 @@ public:
     // Settings and accounts
     SafeConfig safeConfig() const;
     EngineConfig config() const { return _config.current(); }
+    QString outputDir() const { return _paths.expanded(_config.current().outputDir); } ///< Absolute.
     void setConfig(const ConfigPatch &patch);
     void storeAccountToken(AccountService service, const QString &token, const std::optional<QString> &clientId);
     void disconnectAccount(AccountService service);
@@ -43,9 +51,9 @@ public:
                    const std::function<void()> &accepted);
     void cancelSync(const std::optional<QString> &runId) { _runs->cancel(runId); }
     void reviewDecision(const QString &trackId, const ReviewDecision &decision,
-                        const std::optional<QString> &runId = {}) {
-        _runs->decide(trackId, decision, runId);
-    }
+                        const std::optional<QString> &runId = {});
+    /// The recordings that wait for a decision, in the order of their playlists. Waits.
+    std::vector<WaitingReview> waitingReviews();
     /// Lets everything under way stop at its next safe point.
     void stopRuns() { _runs->stop(); }
 
@@ -60,7 +68,7 @@ private:
     void changeAccount(AccountService service, bool connected, const std::function<void()> &changeSecrets);
     void noteSources(const PlaylistSnapshot &snapshot);
     DoctorSubject doctorSubject();
-    QString outputDir() const { return _paths.expanded(_config.current().outputDir); }
+    RunLock::Hold lock();
 
     const EnginePaths _paths;
     EventSink &_events;
@@ -68,6 +76,7 @@ private:
     SecretStore _secrets;
     Database _database;
     RowMemory _rows; // the scan's thread alone
+    RunLock _lock;
     PlaylistCatalogue _playlists;
     AudioLibrary _library;
     std::unique_ptr<RunController> _runs; // last, so that runs end before what they use

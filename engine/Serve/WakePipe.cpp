@@ -24,4 +24,10 @@ void WakePipe::wake() noexcept {
     errno = saved;
 }
 
+void WakePipe::rest() noexcept {
+    char bytes[64];
+    while (::read(_ends[0], bytes, sizeof bytes) > 0) {
+    }
+}
+
 } // namespace zelk::engine

@@ -10,10 +10,11 @@ public:
     WakePipe(const WakePipe &) = delete;
     WakePipe &operator=(const WakePipe &) = delete;
 
-    /// Readable once wake() has been called, for ever.
+    /// Readable once wake() has been called, until rest().
     int descriptor() const { return _ends[0]; }
     /// Leaves errno alone.
     void wake() noexcept;
+    void rest() noexcept;
 
 private:
     int _ends[2] = {-1, -1};
