@@ -5,7 +5,9 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 
+#include <algorithm>
 #include <atomic>
 #include <thread>
 
@@ -33,10 +35,22 @@ constexpr std::size_t filesPerTransaction = 1'000;
 
 } // namespace
 
-AudioLibrary::AudioLibrary(Database &database, Warn warn) : _database(database), _warn(std::move(warn)) {}
+QStringList absentFolders(const QStringList &folders) {
+    QStringList absent;
+    for (const QString &folder : folders) {
+        if (!QFileInfo(folder).isDir()) {
+            absent += folder;
+        }
+    }
+    return absent;
+}
 
-std::shared_ptr<const MatchIndex> AudioLibrary::refresh(const QStringList &folders, std::stop_token stop) {
+AudioLibrary::AudioLibrary(Database &database, Warn warn) : _database(database), _ownWarn(std::move(warn)) {}
+
+std::shared_ptr<const MatchIndex> AudioLibrary::refresh(const QStringList &folders, std::stop_token stop,
+                                                        const Warn &warn) {
     const std::lock_guard lock(_mutex);
+    _warn = warn ? warn : _ownWarn;
     std::vector<AudioFile> files = scan(folders, stop);
     if (stop.stop_requested()) {
         return nullptr;
@@ -74,6 +88,12 @@ std::vector<AudioFile> AudioLibrary::scan(const QStringList &folders, std::stop_
     for (const QString &folder : folders) {
         walkFolder(folder, visitor, stop);
     }
+    // What is on a disk that isn't connected isn't deleted: it needn't be read again when the disk is back.
+    const QStringList absent = absentFolders(folders);
+    const auto isOutOfReach = [&absent](const QString &path) {
+        return std::any_of(absent.begin(), absent.end(),
+                           [&path](const QString &folder) { return path.startsWith(folder + u'/'); });
+    };
 
     QStringList changed;
     for (const QString &path : std::as_const(all)) {
@@ -97,7 +117,7 @@ std::vector<AudioFile> AudioLibrary::scan(const QStringList &folders, std::stop_
     }
     QStringList gone;
     for (auto known = _known.cbegin(); known != _known.cend(); ++known) {
-        if (!seen.contains(known.key()) && !QFile::exists(known.key())) {
+        if (!seen.contains(known.key()) && !isOutOfReach(known.key()) && !QFile::exists(known.key())) {
             gone += known.key();
         }
     }

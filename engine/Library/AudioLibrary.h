@@ -20,7 +20,8 @@ public:
     AudioLibrary(Database &database, Warn warn);
 
     /// Looks at the folders and returns the index of all that is in them now. Returns null only if asked to stop.
-    std::shared_ptr<const MatchIndex> refresh(const QStringList &folders, std::stop_token stop);
+    /// `warn` is told what is wrong with them instead of the library's own.
+    std::shared_ptr<const MatchIndex> refresh(const QStringList &folders, std::stop_token stop, const Warn &warn = {});
 
 private:
     std::vector<AudioFile> scan(const QStringList &folders, std::stop_token stop);
@@ -29,12 +30,16 @@ private:
     void remember(const std::vector<AudioFile> &read, const QStringList &gone);
 
     Database &_database;
-    const Warn _warn;
+    const Warn _ownWarn;
     std::mutex _mutex; // held by the one scan that is under way; guards all below
+    Warn _warn;
     bool _loaded = false;
     QHash<QString, AudioFile> _known;
     QHash<QString, QString> _unusable; // path to stamp and reason, so that each is told once
     std::shared_ptr<const MatchIndex> _index;
 };
+
+/// Those of the folders that aren't there.
+QStringList absentFolders(const QStringList &folders);
 
 } // namespace zelk::engine

@@ -4,6 +4,7 @@
 
 #include <QString>
 
+#include <chrono>
 #include <stdexcept>
 #include <stop_token>
 
@@ -28,8 +29,12 @@ public:
 /// The ffmpeg program, or an empty text if there is none on the PATH.
 QString ffmpegProgram();
 
-/// Converts into a new file of the form that targetFormOf gives. Throws ConversionFailed or Stopped; nothing is then
-/// left at `to`.
-void convertAudio(const AudioFile &source, const QString &to, std::stop_token stop);
+/// How long a conversion may take before the converter counts as hanging: as long as the track plays, which is many
+/// times what it needs, and some seconds to get going.
+std::chrono::milliseconds conversionPatience(const AudioFile &source);
+
+/// Converts into a new file of the form that targetFormOf gives. The converter ends with this process, however that
+/// ends. Throws ConversionFailed, FileProblem where the disk is full, or Stopped; nothing is then left at `to`.
+void convertAudio(const AudioFile &source, const QString &to, std::stop_token stop, std::chrono::milliseconds patience);
 
 } // namespace zelk::engine

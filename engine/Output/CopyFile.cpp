@@ -11,6 +11,8 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace zelk::engine {
 
 namespace {
@@ -67,7 +69,7 @@ void pump(const Descriptor &in, const QString &from, const Descriptor &out, cons
             throw FileProblem(from, errno);
         }
         if (count == 0) {
-            return;
+            break;
         }
         for (ssize_t at = 0; at < count;) {
             const ssize_t written = ops.write(out.number(), chunk.constData() + at, static_cast<size_t>(count - at));
@@ -78,6 +80,13 @@ void pump(const Descriptor &in, const QString &from, const Descriptor &out, cons
         }
         done += count;
         progress(done, std::max(total, done));
+    }
+    struct stat after {};
+    if (::fstat(in.number(), &after) != 0 || after.st_size != status.st_size || done != after.st_size ||
+        after.st_mtim.tv_sec != status.st_mtim.tv_sec || after.st_mtim.tv_nsec != status.st_mtim.tv_nsec) {
+        throw FileChanged(
+            u"%1 changed while it was copied. Wait until nothing writes to it, and sync again."_s.arg(from)
+                .toStdString());
     }
 }
 

@@ -1,5 +1,6 @@
 #include "Output/FileNames.h"
 
+#include <QRegularExpression>
 #include <QTextBoundaryFinder>
 
 using namespace Qt::Literals::StringLiterals;
@@ -70,6 +71,13 @@ QString shortened(const QString &name, qsizetype bytes) {
     return name.left(end);
 }
 
+/// Names that some systems keep for their devices, whatever extension is behind them.
+bool isDevice(const QString &stem) {
+    static const QRegularExpression form(u"^(?:con|prn|aux|nul|com[0-9¹²³]|lpt[0-9¹²³])\\s*(?:\\.|$)"_s,
+                                         QRegularExpression::CaseInsensitiveOption);
+    return form.match(stem).hasMatch();
+}
+
 } // namespace
 
 QString stemFor(const QString &artist, const QString &title) {
@@ -83,15 +91,29 @@ QString stemFor(const QString &artist, const QString &title) {
         stem = shortened(safeArtist, (longestFileName - reserved) / 2).trimmed() + " - "_L1 + safeTitle;
     }
     stem = trimmedEnds(shortened(trimmedEnds(stem), longestFileName - reserved));
+    if (isDevice(stem)) {
+        stem.prepend(u'_');
+    }
     return stem.isEmpty() ? u"Untitled"_s : stem;
 }
 
+void NameRegistry::take(const QString &stem) {
+    const std::lock_guard lock(_mutex);
+    _taken.insert(keyOf(stem));
+}
+
+bool NameRegistry::isTaken(const QString &stem) const {
+    const std::lock_guard lock(_mutex);
+    return _taken.contains(keyOf(stem));
+}
+
 QString NameRegistry::claim(const QString &stem) {
+    const std::lock_guard lock(_mutex);
     QString name = stem;
-    for (int i = 2; isTaken(name); ++i) {
+    for (int i = 2; _taken.contains(keyOf(name)); ++i) {
         name = u"%1 (%2)"_s.arg(stem).arg(i);
     }
-    take(name);
+    _taken.insert(keyOf(name));
     return name;
 }
 

@@ -4,6 +4,7 @@
 #include <QString>
 
 #include <algorithm>
+#include <mutex>
 
 namespace zelk::engine {
 
@@ -24,12 +25,12 @@ inline QString stemOf(const QString &path) {
 }
 
 /// Gives each file a name of its own, without regard to case and extension, since the folder may move to a file system
-/// that has none. The names are given in the order of asking.
+/// that has none. The names are given in the order of asking. Any thread may call.
 class NameRegistry {
 public:
     /// Keeps a name from being given.
-    void take(const QString &stem) { _taken.insert(keyOf(stem)); }
-    bool isTaken(const QString &stem) const { return _taken.contains(keyOf(stem)); }
+    void take(const QString &stem);
+    bool isTaken(const QString &stem) const;
 
     /// The stem, or the stem with " (2)", " (3)", … behind it; taken from now on.
     QString claim(const QString &stem);
@@ -37,6 +38,7 @@ public:
 private:
     static QString keyOf(const QString &stem);
 
+    mutable std::mutex _mutex;
     QSet<QString> _taken;
 };
 

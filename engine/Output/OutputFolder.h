@@ -7,6 +7,8 @@
 
 namespace zelk::engine {
 
+class FileProblem;
+
 /// The one folder that a run writes into.
 class OutputFolder {
 public:
@@ -14,10 +16,12 @@ public:
 
     const QString &path() const { return _path; }
 
-    /// Makes the folder where it is missing and makes sure that files can be made in it; throws FileProblem.
-    void prepare();
+    /// Makes the folder where it is missing and makes sure that files can be made in it; throws FileProblem. A folder
+    /// that held files and is gone isn't made anew, since it may be on a disk that isn't connected: the code is ENOENT.
+    void prepare(bool heldFiles);
 
-    /// Removes the partial files that an engine left that is no longer running.
+    /// Removes the partial files that an engine left that is no longer running. What this process or another one is
+    /// writing just now stays.
     void removeLeftovers();
 
     /// Names, without extension, of all that is in the folder and isn't ours to replace.
@@ -33,6 +37,6 @@ private:
 };
 
 /// What to tell the user when the output folder can't be used, and what to do.
-QString outputAdvice(const QString &folder, const QString &reason);
+QString outputAdvice(const QString &folder, const FileProblem &problem);
 
 } // namespace zelk::engine

@@ -92,7 +92,7 @@ private:
 std::shared_ptr<const AudioFile> fetchAudio(const QString &address, const QString &folder, const CopyProgress &progress,
                                             std::stop_token stop, FileOps &ops, const DownloadLimits &limits) {
     OutputFolder shelves(folder, ops);
-    shelves.prepare();
+    shelves.prepare(false);
     shelves.removeLeftovers();
     const auto shelf = std::make_shared<Shelf>(shelves.partialPath(u"part"_s), ops);
     QByteArray head;

@@ -104,4 +104,16 @@ void writeTags(const QString &path, const Tags &tags, const std::optional<Cover>
     }
 }
 
+bool hasTags(const QString &path, const Tags &tags) {
+    const TagLib::FileRef reference(QFile::encodeName(path).constData(), false);
+    if (reference.isNull()) {
+        return false;
+    }
+    const TagLib::PropertyMap properties = reference.file()->properties();
+    const auto has = [&properties](const char *key, const QString &text) {
+        return text.trimmed().isEmpty() || properties.contains(key);
+    };
+    return has("TITLE", tags.title) && has("ARTIST", tags.artist) && has("ALBUM", tags.album);
+}
+
 } // namespace zelk::engine

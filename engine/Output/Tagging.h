@@ -35,4 +35,7 @@ std::optional<Cover> coverBeside(const QString &audioPath);
 /// EIO, or with what the file system said, if the file can't be changed.
 void writeTags(const QString &path, const Tags &tags, const std::optional<Cover> &cover);
 
+/// Whether the file says all that; of texts that a format changes, that they are there.
+bool hasTags(const QString &path, const Tags &tags);
+
 } // namespace zelk::engine

@@ -7,6 +7,7 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <cerrno>
 #include <cmath>
 
 using namespace Qt::Literals::StringLiterals;
@@ -45,6 +46,25 @@ void heed(const std::stop_token &stop) {
     }
 }
 
+bool isOfLength(const AudioFile &file, const WriteOrder &order) {
+    return std::abs(file.durationSec - order.source.durationSec) <= order.toleranceSec;
+}
+
+/// Throws if the source has become another file since the collection was read.
+void compareCopy(const QString &path, const WriteOrder &order) {
+    QString reason = u"another length"_s;
+    try {
+        if (isOfLength(readAudio(path), order)) {
+            return;
+        }
+    } catch (const NotAudio &error) {
+        reason = QString::fromUtf8(error.what());
+    }
+    throw VerifyFailed(u"%1 isn't what it was when your collection was read (%2). Put the right file there and sync"
+                       " again."_s.arg(order.source.path, reason)
+                           .toStdString());
+}
+
 AudioFile verified(const QString &path, const WriteOrder &order, bool converted) {
     AudioFile written;
     try {
@@ -54,10 +74,10 @@ AudioFile verified(const QString &path, const WriteOrder &order, bool converted)
                                .arg(order.source.path, QString::fromUtf8(error.what()))
                                .toStdString());
     }
-    const bool rightLength = std::abs(written.durationSec - order.source.durationSec) <= order.toleranceSec;
-    // Tag libraries don't notice a disk that fills up under them; a stream that has lost bytes has a lower bitrate.
+    // Tag libraries don't notice a disk that fills up under them; a stream that has lost bytes has a lower bitrate,
+    // and tags that have lost some can't be read.
     const bool wholeStream = converted || written.bitrateKbps >= wholeShare * order.source.bitrateKbps;
-    if (!rightLength || !wholeStream) {
+    if (!isOfLength(written, order) || !wholeStream || !hasTags(path, order.tags)) {
         throw VerifyFailed(u"The copy of %1 came out shorter than the file. Check the disk's space and sync again."_s
                                .arg(order.source.path)
                                .toStdString());
@@ -73,9 +93,10 @@ WrittenFile writeTrack(const WriteOrder &order, const OutputFolder &folder, cons
     PartialFile partial(folder.partialPath(form.extension), ops);
     if (form.converted) {
         hooks.step(Phase::converting);
-        convertAudio(order.source, partial.path(), stop);
+        convertAudio(order.source, partial.path(), stop, conversionPatience(order.source));
     } else {
         copyFile(order.source.path, partial.path(), hooks.progress, stop, ops);
+        compareCopy(partial.path(), order);
     }
     heed(stop);
     hooks.step(Phase::tagging);
@@ -105,6 +126,9 @@ WrittenFile writeTrack(const WriteOrder &order, const OutputFolder &folder, cons
     written.sourceKbps = order.source.bitrateKbps;
     if (order.replaces != order.target) {
         written.replaces = order.replaces;
+        if (stampOf(order.target)) {
+            throw FileProblem(order.target, EEXIST); // before it is entered over what may be known of that file
+        }
     }
     hooks.commit(written);
     try {

@@ -35,14 +35,14 @@ struct WriteHooks {
     std::function<void(const WrittenFile &file)> rollback;
 };
 
-/// A written file isn't what it should be. what() is a sentence in UTF-8 that says what to do.
+/// A file isn't what it should be. what() is a sentence in UTF-8 that says what to do.
 class VerifyFailed : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
 };
 
-/// Copies or converts, tags, verifies, flushes and puts in place. Throws FileProblem, ConversionFailed, VerifyFailed,
-/// Stopped, or what `commit` throws; then there is no new file, and what was there is untouched.
+/// Copies or converts, tags, verifies, flushes and puts in place. Throws FileProblem, FileChanged, ConversionFailed,
+/// VerifyFailed, Stopped, or what `commit` throws; then there is no new file, and what was there is untouched.
 WrittenFile writeTrack(const WriteOrder &order, const OutputFolder &folder, const WriteHooks &hooks,
                        std::stop_token stop, FileOps &ops = FileOps::system());
 

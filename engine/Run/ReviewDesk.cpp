@@ -10,7 +10,10 @@
 #include "Transport/Tagged.h"
 
 #include <QDir>
+#include <QFileInfo>
 #include <QUrl>
+
+#include <algorithm>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -69,202 +72,291 @@ QString pathTaken(const PendingReview &review, const ReviewDecision &decision, Q
 } // namespace
 
 ReviewDesk::ReviewDesk(RunServices services, std::function<Settings()> settings)
-    : _services(services), _settings(std::move(settings)), _covers(_stop.get_token()) {}
+    : _services(services), _settings(std::move(settings)), _covers(_ending.get_token()) {}
 
-void ReviewDesk::decide(const QString &trackId, const ReviewDecision &decision, std::shared_ptr<SyncRun> run,
+ReviewDesk::~ReviewDesk() {
+    stop();
+    _queue.waitUntilIdle(); // what was decided last is kept too
+}
+
+void ReviewDesk::decide(const QString &trackId, const ReviewDecision &decision, const std::optional<QString> &runId,
                         RunLock::Hold hold) {
-    _queue.post([this, trackId, decision, run = std::move(run), hold = std::move(hold)] {
+    keep(trackId, decision, runId);
+    const std::lock_guard lock(_mutex);
+    _queue.post([this, taken = Taken{trackId, decision, runId, _stop.get_token()}, hold = std::move(hold)] {
         try {
-            carryOut(trackId, decision, run);
+            carryOut(taken);
         } catch (const std::exception &error) {
-            refuse(u"Your decision couldn't be kept: %1"_s.arg(QString::fromUtf8(error.what())));
+            refuse(taken.runId,
+                   u"Your decision couldn't be kept (%1). Check the disk of your home folder and decide again."_s.arg(
+                       QString::fromUtf8(error.what())));
         }
     });
 }
 
-void ReviewDesk::stop() {
-    _stop.request_stop();
-    _queue.clear();
-}
-
-void ReviewDesk::refuse(const QString &message) {
-    _services.events.send(ServerEvent::Error{std::nullopt, u"review"_s, std::nullopt, message});
-}
-
-void ReviewDesk::carryOut(const QString &trackId, const ReviewDecision &decision, const std::shared_ptr<SyncRun> &run) {
-    const auto review = _services.database.review(trackId);
-    if (!review) {
-        refuse(u"This track isn't waiting for a decision any more. Sync again to see how it stands."_s);
-        return;
-    }
-    const std::vector<PendingReview> rows = rowsOf(*review);
-    if (caseOf<ReviewDecision::Skip>(decision)) {
-        skip(rows, run);
-        return;
-    }
-    QString refusal;
-    const QString path = pathTaken(*review, decision, refusal);
-    if (!refusal.isEmpty()) {
-        refuse(refusal);
-        return;
-    }
-    std::stop_source stop;
-    const auto stopNow = [&stop] { stop.request_stop(); };
-    const std::stop_callback onShutdown(_stop.get_token(), stopNow);
-    const std::stop_callback onCancel(run ? run->stopToken() : std::stop_token(), stopNow);
-    Taken taken;
-    if (isWebAddress(path)) {
-        if (!fetch(rows, path, taken, stop.get_token())) {
-            return;
-        }
-    } else {
-        try {
-            taken.source = readAudio(path);
-        } catch (const NotAudio &error) {
-            refuse(u"%1 can't be used: %2. Choose another one."_s.arg(path, QString::fromUtf8(error.what())));
-            return;
-        }
-    }
-    for (const CandidateDTO &candidate : review->candidates) {
-        if (QUrl(candidate.url.value_or(QString())).toLocalFile() == path && candidate.source) {
-            taken.source.origin = fromWireName<SourceId>(QStringView(*candidate.source));
-        }
-    }
-    _services.database.recordDecision(review->rowKey, {StoredDecision::Kind::Take, path});
-    take(rows, taken, run, stop.get_token());
-}
-
-/// False if nothing came of it: the rows then wait again, or have ended with what stopped it.
-bool ReviewDesk::fetch(const std::vector<PendingReview> &rows, const QString &address, Taken &taken,
-                       const std::stop_token &stop) {
-    const auto eventsOf = [&](const PendingReview &row) { return RunEvents(_services.events, row.runId, stop); };
-    taken.madeFrom = address;
-    if (standing(address, _settings())) { // it has been downloaded before
-        taken.source.path = address;
-        return true;
-    }
-    const RunEvents events = eventsOf(rows.front());
-    ProgressMeter meter(events, rows.front().trackId);
-    QString problem;
+void ReviewDesk::keep(const QString &trackId, const ReviewDecision &decision, const std::optional<QString> &runId) {
     try {
-        taken.fetched = fetchAudio(
-            address, _services.downloads, [&meter](qint64 done, qint64 total) { meter(done, total); }, stop,
-            _services.files);
-        taken.source = *taken.fetched;
-        return true;
-    } catch (const Stopped &) { // not known to be any good, so the next run asks again
-        for (const PendingReview &row : rows) {
-            eventsOf(row).finished(row.trackId, Finish::skipped, {});
+        const auto review = _services.database.review(trackId);
+        if (!review || (runId && runId != review->runId)) {
+            return;
         }
-        return false;
-    } catch (const FileProblem &error) {
-        problem = u"%1 can't be downloaded: %2"_s.arg(address, error.description());
-    } catch (const DownloadFailed &error) {
-        problem = QString::fromUtf8(error.what());
+        if (caseOf<ReviewDecision::Skip>(decision)) {
+            _services.database.recordDecision(review->rowKey, {StoredDecision::Kind::Skip, {}});
+            return;
+        }
+        QString refusal;
+        if (const QString path = pathTaken(*review, decision, refusal); refusal.isEmpty() && QFileInfo(path).isFile()) {
+            _services.database.recordDecision(review->rowKey, {StoredDecision::Kind::Take, path});
+        }
+    } catch (const std::exception &) {
+        // What is wrong is told when the decision is carried out, which needs the memory as well.
     }
-    refuse(problem);
-    for (const PendingReview &row : rows) { // progress has made it look as if it were being worked on
-        eventsOf(row).needsReview(row);
-    }
-    return false;
 }
 
-std::vector<PendingReview> ReviewDesk::rowsOf(const PendingReview &review) {
-    std::vector<PendingReview> rows{review};
-    for (PendingReview &other : _services.database.reviews()) {
-        if (other.rowKey == review.rowKey && other.trackId != review.trackId) {
-            rows.push_back(std::move(other));
+void ReviewDesk::inTurn(const std::function<void()> &work) {
+    _queue.run([&work] { work(); });
+}
+
+void ReviewDesk::attend(std::shared_ptr<SyncRun> run) {
+    _run = std::move(run);
+    if (_run) {
+        _begun = _run->runId();
+    }
+}
+
+void ReviewDesk::cancel() {
+    const std::lock_guard lock(_mutex);
+    _stop.request_stop();
+    if (!_stopping) {
+        _stop = std::stop_source();
+    }
+}
+
+void ReviewDesk::stop() {
+    const std::lock_guard lock(_mutex);
+    _stopping = true;
+    _stop.request_stop();
+    _ending.request_stop();
+}
+
+/// No event of a run may follow the beginning of a later one, so rows that an earlier run has found doubtful are the
+/// later one's now.
+RunEvents ReviewDesk::eventsOf(const PendingReview &row, const std::stop_token &stop) const {
+    return {_services.events, _begun.isEmpty() ? row.runId : _begun, stop};
+}
+
+void ReviewDesk::refuse(const std::optional<QString> &runId, const QString &message) {
+    const auto id = _begun.isEmpty() ? runId : std::optional(_begun);
+    _services.events.send(ServerEvent::Error{id, u"review"_s, std::nullopt, message});
+}
+
+std::optional<AudioFile> ReviewDesk::fileTaken(const PendingReview &review, const QString &path, QString &refusal) {
+    AudioFile file;
+    try {
+        file = readAudio(path);
+    } catch (const NotAudio &error) {
+        refusal = u"%1 can't be used: %2. Choose another one."_s.arg(path, QString::fromUtf8(error.what()));
+        return std::nullopt;
+    }
+    for (const CandidateDTO &candidate : review.candidates) {
+        if (QUrl(candidate.url.value_or(QString())).toLocalFile() == path && candidate.source) {
+            file.origin = fromWireName<SourceId>(QStringView(*candidate.source));
         }
+    }
+    return file;
+}
+
+void ReviewDesk::carryOut(const Taken &taken) {
+    const auto review = reviewOf(taken);
+    if (!review) {
+        refuse(taken.runId, u"This track isn't waiting for a decision any more. Sync again to see how it stands."_s);
+        return;
+    }
+    const bool isSkip = caseOf<ReviewDecision::Skip>(taken.decision) != nullptr;
+    QString refusal;
+    const QString path = isSkip ? QString() : pathTaken(*review, taken.decision, refusal);
+    Choice choice;
+    if (isWebAddress(path)) {
+        choice.madeFrom = path;
+    } else if (!isSkip && refusal.isEmpty()) {
+        if (const auto file = fileTaken(*review, path, refusal)) {
+            choice.source = *file;
+        } else {
+            _services.database.forgetDecision(review->rowKey); // it was kept as it came
+        }
+    }
+    if (!refusal.isEmpty()) {
+        refuse(review->runId, refusal);
+        return;
+    }
+    const bool mayBeAskedAnew = isSuperseded(*review);
+    // Copying may take long, and whatever happens meanwhile, the user isn't asked again. An address isn't known to be
+    // any good.
+    if ((!isSkip && choice.madeFrom.isEmpty()) || mayBeAskedAnew) {
+        _services.database.recordDecision(review->rowKey, isSkip ? StoredDecision{StoredDecision::Kind::Skip, {}}
+                                                                 : StoredDecision{StoredDecision::Kind::Take, path});
+    }
+    if (mayBeAskedAnew && isLeftToTheRun(*review, taken.stop)) {
+        return;
+    }
+    settle(*review, path, taken.stop, [&](const std::vector<PendingReview> &rows) {
+        return isSkip ? skip(rows) : take(rows, choice, taken.stop);
+    });
+}
+
+std::optional<PendingReview> ReviewDesk::reviewOf(const Taken &taken) const {
+    const auto before = _run ? _run->superseded(taken.trackId) : std::nullopt;
+    if (before && taken.runId == before->runId) { // sent before the run under way was heard of
+        return before;
+    }
+    const auto review = _services.database.review(taken.trackId);
+    return review ? review : before;
+}
+
+bool ReviewDesk::isSuperseded(const PendingReview &review) const {
+    const auto before = _run ? _run->superseded(review.trackId) : std::nullopt;
+    return before && before->runId == review.runId;
+}
+
+bool ReviewDesk::isLeftToTheRun(const PendingReview &review, const std::stop_token &stop) {
+    _run->letRowPass(review.rowKey, stop);
+    return _services.database.reviewsOf(review.rowKey).empty();
+}
+
+void ReviewDesk::settle(const PendingReview &review, const QString &sourcePath, const std::stop_token &stop,
+                        const std::function<DecisionOutcome(const std::vector<PendingReview> &rows)> &work) {
+    // Rows of the run under way that come from here on wait for the outcome; those that came before are all in.
+    const RecordingPtr recording = _run ? _run->takeToDesk(review.rowKey, sourcePath, stop) : nullptr;
+    std::vector<PendingReview> rows{review};
+    DecisionOutcome outcome;
+    const auto giveBack = [&] {
+        if (_run) {
+            _run->giveBack(recording, sourcePath, rows, outcome);
+        }
+    };
+    try {
+        rows = rowsOf(review);
+        outcome = work(rows);
+    } catch (...) {
+        giveBack();
+        throw;
+    }
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        const RunEvents events = eventsOf(rows[i], stop);
+        if (outcome.state == Recording::State::Doubtful) { // progress has made it look as if it were being worked on
+            events.needsReview(rows[i]);
+        } else if (outcome.state == Recording::State::Written) {
+            events.written(rows[i].trackId, outcome.file,
+                           outcome.isNew && i == 0 ? ServerEvent::TrackFinishKind::downloaded
+                                                   : ServerEvent::TrackFinishKind::verified);
+        } else {
+            events.finished(rows[i].trackId,
+                            outcome.state == Recording::State::Failed ? Finish::failed : Finish::skipped,
+                            outcome.detail);
+        }
+    }
+    giveBack();
+}
+
+/// All rows that wait for a decision on the recording; the one that it was made for first.
+std::vector<PendingReview> ReviewDesk::rowsOf(const PendingReview &review) {
+    std::vector<PendingReview> rows = _services.database.reviewsOf(review.rowKey);
+    const auto isDecided = [&](const PendingReview &row) { return row.trackId == review.trackId; };
+    const auto decided = std::find_if(rows.begin(), rows.end(), isDecided);
+    if (decided != rows.end()) {
+        std::rotate(rows.begin(), decided, decided + 1);
+    } else if (!isSuperseded(review) || rows.empty()) {
+        rows.insert(rows.begin(), review);
     }
     return rows;
 }
 
-void ReviewDesk::skip(const std::vector<PendingReview> &rows, const std::shared_ptr<SyncRun> &run) {
-    const QString &key = rows.front().rowKey;
-    const QString detail = u"You chose to skip this track."_s;
-    _services.database.recordDecision(key, {StoredDecision::Kind::Skip, {}});
-    _services.database.forgetReviewsOf(key);
-    if (run) {
-        run->noteSkipped(key, detail, static_cast<int>(rows.size()));
-    }
-    for (const PendingReview &row : rows) {
-        RunEvents(_services.events, row.runId, _stop.get_token()).finished(row.trackId, Finish::skipped, detail);
-    }
+DecisionOutcome ReviewDesk::skip(const std::vector<PendingReview> &rows) {
+    _services.database.recordOutcome(rows, {StoredDecision::Kind::Skip, {}}, nullptr);
+    return {Recording::State::Skipped, {}, false, u"You chose to skip this track."_s};
 }
 
-void ReviewDesk::take(const std::vector<PendingReview> &rows, const Taken &taken, const std::shared_ptr<SyncRun> &run,
-                      const std::stop_token &stop) {
+DecisionOutcome ReviewDesk::take(const std::vector<PendingReview> &rows, Choice &choice, const std::stop_token &stop) {
     const Settings settings = _settings();
     OutputFolder folder(settings.outputDir, _services.files);
-    const QString &key = rows.front().rowKey;
-    const auto eventsOf = [&](const PendingReview &row) { return RunEvents(_services.events, row.runId, stop); };
-    WrittenFile file;
-    bool fresh = false;
+    DecisionOutcome outcome;
     try {
-        if (const auto before = standing(taken.name(), settings)) {
-            file = *before;
+        if (const auto before = standing(choice.name(), settings)) {
+            outcome.file = *before;
+            _services.database.recordOutcome(rows, {StoredDecision::Kind::Take, choice.name()}, &outcome.file);
         } else {
-            folder.prepare();
-            file = write(rows.front(), taken, folder, settings.toleranceSec, stop);
-            fresh = true;
+            if (!choice.madeFrom.isEmpty() && !fetch(rows, choice, outcome, stop)) {
+                return outcome;
+            }
+            folder.prepare(_services.database.knowsFilesIn(folder.path()));
+            outcome.file = write(rows, choice, folder, settings.toleranceSec, stop);
+            outcome.isNew = true;
         }
-        std::vector<Want> wants;
-        for (const PendingReview &row : rows) {
-            wants.push_back({file.id, row.rowKey, row.playlistId});
-        }
-        _services.database.recordWants(wants);
-        _services.database.forgetReviewsOf(key);
+        outcome.state = Recording::State::Written;
+        return outcome;
     } catch (const Stopped &) { // the decision is kept: the next run carries it out
-        _services.database.forgetReviewsOf(key);
-        for (const PendingReview &row : rows) {
-            eventsOf(row).finished(row.trackId, Finish::skipped, {});
-        }
-        return;
+        outcome.state = Recording::State::Skipped;
     } catch (const std::exception &error) {
-        _services.database.forgetReviewsOf(key);
-        const QString detail = explainWriteFailure(error, taken.source.path, settings.outputDir).detail;
-        for (const PendingReview &row : rows) {
-            eventsOf(row).finished(row.trackId, Finish::failed, detail);
-        }
-        return;
+        outcome.state = Recording::State::Failed;
+        outcome.detail = explainWriteFailure(error, choice.source.path, settings.outputDir).detail;
     }
-    if (run) {
-        run->noteWritten(key, file, static_cast<int>(rows.size()));
-    }
-    for (std::size_t i = 0; i < rows.size(); ++i) {
-        eventsOf(rows[i]).written(rows[i].trackId, file,
-                                  fresh && i == 0 ? ServerEvent::TrackFinishKind::downloaded
-                                                  : ServerEvent::TrackFinishKind::verified);
-    }
+    _services.database.forgetReviewsOf(rows.front().rowKey);
+    return outcome;
 }
 
-WrittenFile ReviewDesk::write(const PendingReview &row, const Taken &taken, const OutputFolder &folder,
+bool ReviewDesk::fetch(const std::vector<PendingReview> &rows, Choice &choice, DecisionOutcome &outcome,
+                       const std::stop_token &stop) {
+    const PendingReview &row = rows.front();
+    const RunEvents events = eventsOf(row, stop);
+    ProgressMeter meter(events, row.trackId);
+    QString problem;
+    try {
+        choice.fetched = fetchAudio(
+            choice.madeFrom, _services.downloads, [&meter](qint64 done, qint64 total) { meter(done, total); }, stop,
+            _services.files);
+        choice.source = *choice.fetched;
+        _services.database.recordDecision(row.rowKey, {StoredDecision::Kind::Take, choice.madeFrom});
+        return true;
+    } catch (const Stopped &) { // not known to be any good, so the next run asks again
+        outcome.state = Recording::State::Skipped;
+        return false;
+    } catch (const FileProblem &error) {
+        problem = u"%1 can't be downloaded: %2"_s.arg(choice.madeFrom, error.description());
+    } catch (const DownloadFailed &error) {
+        problem = QString::fromUtf8(error.what());
+    }
+    refuse(row.runId, problem);
+    return false; // the rows wait for another decision
+}
+
+WrittenFile ReviewDesk::write(const std::vector<PendingReview> &rows, const Choice &choice, const OutputFolder &folder,
                               double toleranceSec, std::stop_token stop) {
-    const RunEvents events(_services.events, row.runId, stop);
+    const PendingReview &row = rows.front();
+    const RunEvents events = eventsOf(row, stop);
     ProgressMeter meter(events, row.trackId);
     WriteOrder order;
-    order.source = taken.source;
-    order.madeFrom = taken.madeFrom;
-    order.target = folder.path() + u'/' + freeStem(row, folder) + u'.' + targetFormOf(taken.source).extension;
+    order.source = choice.source;
+    order.madeFrom = choice.madeFrom;
+    order.target = folder.path() + u'/' + freeStem(row, folder) + u'.' + targetFormOf(choice.source).extension;
     order.tags = {row.title, row.artist, row.album};
     order.toleranceSec = toleranceSec;
     const CoverHints hints{row.artworkUrl.value_or(QString()), row.location.value_or(QString())};
     order.cover = [this, hints] { return _covers.take(hints); };
-    if (!coverIn(taken.source.path) && !coverBeside(taken.source.path)) {
+    if (!coverIn(choice.source.path) && !coverBeside(choice.source.path)) {
         _covers.want(hints); // comes while the file is copied
     }
     qint64 id = 0;
     WriteHooks hooks;
     hooks.progress = [&](qint64 done, qint64 total) {
-        if (!taken.fetched) { // the way from there to its place is no second download
+        if (!choice.fetched) { // the way from there to its place is no second download
             meter(done, total);
         }
     };
     hooks.step = [&](Phase phase) { events.step(row.trackId, phase); };
     hooks.commit = [&](const WrittenFile &file) {
-        id = _services.database.recordWritten(file, row.rowKey, row.playlistId);
+        id = _services.database.recordOutcome(rows, {StoredDecision::Kind::Take, choice.name()}, &file);
     };
-    hooks.rollback = [&](const WrittenFile &file) { _services.database.forgetFile(file.path); };
+    hooks.rollback = [&](const WrittenFile &file) { _services.database.takeBack(file); };
     WrittenFile file = writeTrack(order, folder, hooks, stop, _services.files);
     file.id = id;
     return file;
@@ -295,7 +387,15 @@ QString ReviewDesk::freeStem(const PendingReview &row, const OutputFolder &folde
             names.take(other.stem);
         }
     }
-    return names.claim(row.stem);
+    if (!_run) {
+        return names.claim(row.stem);
+    }
+    // The run may have given names to files that don't stand yet.
+    QString stem = _run->reservedStem(row.rowKey);
+    while (stem.isEmpty() || names.isTaken(stem)) {
+        stem = _run->claimStem(row.stem);
+    }
+    return stem;
 }
 
 } // namespace zelk::engine

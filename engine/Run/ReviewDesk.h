@@ -8,11 +8,13 @@
 
 #include <functional>
 #include <memory>
+#include <mutex>
+#include <stop_token>
 
 namespace zelk::engine {
 
 /// Carries out what the user decides about doubtful tracks, during a run, after it, and after a restart of the engine.
-/// One decision after the other, on a thread of its own; any thread may call.
+/// One decision after the other, on a thread of its own, to which runs come at their turns; any thread may call.
 class ReviewDesk {
 public:
     struct Settings {
@@ -21,43 +23,81 @@ public:
     };
 
     ReviewDesk(RunServices services, std::function<Settings()> settings);
+    ~ReviewDesk();
 
-    /// `run` is the one under way, or null. Never fails: what goes wrong is told by events, and a decision that can't
-    /// be carried out leaves the track waiting for another one. `hold` is let go of at the end.
-    void decide(const QString &trackId, const ReviewDecision &decision, std::shared_ptr<SyncRun> run,
+    /// Never fails: what goes wrong is told by events, and a decision that can't be carried out leaves the track
+    /// waiting for another one.
+    /// `runId` is the run that the decision was made in, if known. `hold` is let go of at the end.
+    void decide(const QString &trackId, const ReviewDecision &decision, const std::optional<QString> &runId,
                 RunLock::Hold hold = nullptr);
 
-    /// Waits until all decisions taken so far are carried out.
-    void waitUntilIdle() { _queue.waitUntilIdle(); }
-    /// Stops what is under way at its next safe point and drops the rest.
+    /// Does a piece of a run's work behind all decisions taken so far and before those that are taken later, and waits
+    /// for it. What it throws comes out here.
+    void inTurn(const std::function<void()> &work);
+    /// From now on decisions are carried out as a part of this run; of none if null. To be called in turn.
+    void attend(std::shared_ptr<SyncRun> run);
+
+    /// Stops the decisions taken so far at their next safe point. They are kept, and the next run carries them out.
+    void cancel();
+    /// As cancel(), for those to come too.
     void stop();
 
 private:
-    /// What a decision takes.
     struct Taken {
-        AudioFile source;
-        QString madeFrom;                         ///< The address it was downloaded from; empty for a file of ours.
+        QString trackId;
+        ReviewDecision decision;
+        std::optional<QString> runId;
+        std::stop_token stop;
+    };
+
+    /// What a decision takes.
+    struct Choice {
+        AudioFile source;                         ///< Of an address, once it is downloaded.
+        QString madeFrom;                         ///< The address; empty for a file of ours.
         std::shared_ptr<const AudioFile> fetched; ///< Keeps the download.
 
         const QString &name() const { return madeFrom.isEmpty() ? source.path : madeFrom; }
     };
 
-    void carryOut(const QString &trackId, const ReviewDecision &decision, const std::shared_ptr<SyncRun> &run);
-    void skip(const std::vector<PendingReview> &rows, const std::shared_ptr<SyncRun> &run);
-    bool fetch(const std::vector<PendingReview> &rows, const QString &address, Taken &taken,
+    /// The file of this computer that a decision takes, or, in `refusal`, why it can't be taken.
+    static std::optional<AudioFile> fileTaken(const PendingReview &review, const QString &path, QString &refusal);
+
+    /// Enters a decision before anything is done about it, since others may be in hand for a long time.
+    void keep(const QString &trackId, const ReviewDecision &decision, const std::optional<QString> &runId);
+    void carryOut(const Taken &taken);
+    std::optional<PendingReview> reviewOf(const Taken &taken) const;
+    bool isSuperseded(const PendingReview &review) const;
+    /// Whether no row waits any more because the run under way asks anew or doesn't need to.
+    bool isLeftToTheRun(const PendingReview &review, const std::stop_token &stop);
+    /// Does the work for all rows of a recording and tells what came of it, to the run under way too. `sourcePath` is
+    /// the file or address that was chosen, if any.
+    void settle(const PendingReview &review, const QString &sourcePath, const std::stop_token &stop,
+                const std::function<DecisionOutcome(const std::vector<PendingReview> &rows)> &work);
+    DecisionOutcome skip(const std::vector<PendingReview> &rows);
+    DecisionOutcome take(const std::vector<PendingReview> &rows, Choice &choice, const std::stop_token &stop);
+    /// False if nothing came of it, and `outcome` says what the rows do now.
+    bool fetch(const std::vector<PendingReview> &rows, Choice &choice, DecisionOutcome &outcome,
                const std::stop_token &stop);
-    void take(const std::vector<PendingReview> &rows, const Taken &taken, const std::shared_ptr<SyncRun> &run,
-              const std::stop_token &stop);
-    WrittenFile write(const PendingReview &row, const Taken &taken, const OutputFolder &folder, double toleranceSec,
-                      std::stop_token stop);
+    RunEvents eventsOf(const PendingReview &row, const std::stop_token &stop) const;
+    WrittenFile write(const std::vector<PendingReview> &rows, const Choice &choice, const OutputFolder &folder,
+                      double toleranceSec, std::stop_token stop);
     std::optional<WrittenFile> standing(const QString &madeFrom, const Settings &settings);
     std::vector<PendingReview> rowsOf(const PendingReview &review);
     QString freeStem(const PendingReview &row, const OutputFolder &folder);
-    void refuse(const QString &message);
+    /// `runId` is for an engine in which no run has begun yet.
+    void refuse(const std::optional<QString> &runId, const QString &message);
 
     RunServices _services;
     const std::function<Settings()> _settings;
-    std::stop_source _stop;
+
+    // The queue's thread's own
+    std::shared_ptr<SyncRun> _run;
+    QString _begun; // the run that began last
+
+    std::mutex _mutex;      // guards the next
+    std::stop_source _stop; // of the decisions taken since the last cancel
+    bool _stopping = false;
+    std::stop_source _ending;
     CoverDesk _covers;
     WorkQueue _queue; // last, so that its thread ends before what it uses
 };

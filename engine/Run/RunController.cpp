@@ -18,14 +18,18 @@ bool RunController::start(RunRequest request, RunLock::Hold hold, const std::fun
     _current = run;
     accepted();
     _runs.post([this, run, hold = std::move(hold)]() mutable {
-        run->execute([this] { _desk.waitUntilIdle(); },
-                     [this, &run, &hold] {
-                         hold.reset();
-                         const std::lock_guard inner(_mutex);
-                         if (_current == run) {
-                             _current.reset();
-                         }
-                     });
+        RunTurns turns;
+        turns.inTurn = [this](const std::function<void()> &work) { _desk.inTurn(work); };
+        turns.begins = [this, &run] { _desk.attend(run); };
+        turns.over = [this, &run, &hold] {
+            _desk.attend(nullptr);
+            hold.reset();
+            const std::lock_guard inner(_mutex);
+            if (_current == run) {
+                _current.reset();
+            }
+        };
+        run->execute(turns);
     });
     return true;
 }
@@ -37,13 +41,14 @@ void RunController::cancel(const std::optional<QString> &runId) {
         run = std::exchange(_current, nullptr);
     }
     if (run) {
+        _desk.cancel();
         run->cancel(runId != run->runId());
     }
 }
 
-void RunController::decide(const QString &trackId, const ReviewDecision &decision, RunLock::Hold hold) {
-    const std::lock_guard lock(_mutex);
-    _desk.decide(trackId, decision, _current, std::move(hold));
+void RunController::decide(const QString &trackId, const ReviewDecision &decision, const std::optional<QString> &runId,
+                           RunLock::Hold hold) {
+    _desk.decide(trackId, decision, runId, std::move(hold));
 }
 
 void RunController::stop() {
@@ -52,10 +57,10 @@ void RunController::stop() {
         const std::lock_guard lock(_mutex);
         run = std::exchange(_current, nullptr);
     }
+    _desk.stop();
     if (run) {
         run->cancel(false);
     }
-    _desk.stop();
 }
 
 } // namespace zelk::engine

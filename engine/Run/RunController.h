@@ -25,8 +25,9 @@ public:
     /// Ends the one run, whatever run is named. The summary follows unless the run's own id is given.
     void cancel(const std::optional<QString> &runId);
 
-    /// `hold` is let go of when the decision has been carried out.
-    void decide(const QString &trackId, const ReviewDecision &decision, RunLock::Hold hold);
+    /// `runId` is the run that the decision was made in, if known. `hold` is let go of when it has been carried out.
+    void decide(const QString &trackId, const ReviewDecision &decision, const std::optional<QString> &runId,
+                RunLock::Hold hold);
 
     /// Lets everything under way stop at its next safe point. Then nothing begins any more.
     void stop();

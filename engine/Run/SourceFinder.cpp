@@ -48,9 +48,10 @@ class Late : public std::exception {};
 } // namespace
 
 SourceFinder::SourceFinder(std::shared_ptr<const MatchIndex> index, MatchPreferences preferences, Limits limits,
-                           Warn warn)
+                           QStringList absent, Warn warn)
     : _index(std::move(index)), _preferences(std::move(preferences)), _limits(std::move(limits)),
-      _warn(std::move(warn)), _fingerprint(fingerprintOf(*_index, _preferences, _limits.seconds)) {}
+      _absent(std::move(absent)), _warn(std::move(warn)),
+      _fingerprint(fingerprintOf(*_index, _preferences, _limits.seconds)) {}
 
 std::optional<AudioFile> SourceFinder::readNamed(const QString &path) const {
     const QString spelling = existingSpelling(path);
@@ -138,6 +139,10 @@ FoundSource SourceFinder::search(const ListedTrack &track, const MatchPreference
         match.shutOut > 0
             ? u"Only files that your quality or source settings shut out fit. Change them in Settings, or add a better"
               " file to your collection and sync again."_s
+        : !_absent.isEmpty()
+            ? u"Not found, and the folder %1 of your collection isn't there. Connect the disk that it is on, or make "
+              u"the"
+              " folder, and sync again."_s.arg(_absent.join(u", "_s))
             : u"Not in your collection. Add the file to one of your collection folders and sync again."_s;
     return found;
 }

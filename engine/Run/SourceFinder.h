@@ -32,7 +32,9 @@ public:
         Now now = [] { return std::chrono::steady_clock::now(); };
     };
 
-    SourceFinder(std::shared_ptr<const MatchIndex> index, MatchPreferences preferences, Limits limits, Warn warn);
+    /// `absent` are the folders of the collection that aren't there.
+    SourceFinder(std::shared_ptr<const MatchIndex> index, MatchPreferences preferences, Limits limits,
+                 QStringList absent, Warn warn);
 
     FoundSource find(const ListedTrack &track, const std::optional<StoredDecision> &decision) const;
     /// What a search without a decision finds that takes the best copy in any case.
@@ -48,6 +50,7 @@ private:
     std::shared_ptr<const MatchIndex> _index;
     MatchPreferences _preferences;
     Limits _limits;
+    QStringList _absent;
     Warn _warn;
     QString _fingerprint;
 };

@@ -38,36 +38,42 @@ void SyncRun::cancel(bool tellDone) {
     _changed.notify_all();
 }
 
-void SyncRun::execute(const std::function<void()> &rowsDone, const std::function<void()> &over) {
+void SyncRun::execute(const RunTurns &turns) {
     QStringList refusals;
     const std::vector<Playlist> playlists = selectedPlaylists(refusals);
-    _events.syncStarted(static_cast<qint64>(playlists.size()));
-    for (const QString &refusal : refusals) {
-        _events.error(u"playlists"_s, refusal);
-    }
     try {
-        if (!_stop.stop_requested()) {
-            prepareOutput();
-            loadMemory(playlists);
-        }
+        turns.inTurn([&] {
+            turns.begins();
+            begin(playlists, refusals);
+        });
         for (std::size_t i = 0; i < playlists.size() && !_stop.stop_requested(); ++i) {
             playPlaylist(playlists[i], static_cast<qint64>(i));
         }
         if (!_stop.stop_requested()) {
-            rowsDone();
+            turns.inTurn([] {}); // what is decided by now counts
             finish(playlists);
         }
     } catch (const std::exception &error) {
-        _events.error(u"run"_s, u"The sync had to stop: %1"_s.arg(QString::fromUtf8(error.what())));
+        const QString detail = explainWriteFailure(error, {}, _output.path()).detail;
+        _events.error(u"run"_s, u"The sync had to stop. %1"_s.arg(detail));
     }
     _writers->waitUntilIdle();
-    over();
-    std::unique_lock lock(_mutex);
-    const bool tell = _tellDone;
-    const SyncSummary summary = _summary;
-    lock.unlock();
-    if (tell) {
-        _events.syncDone(summary);
+    turns.inTurn([&] {
+        turns.over();
+        sendSummary();
+    });
+}
+
+/// In turn, so that the memory it loads and the folder it clears up are nobody else's meanwhile.
+void SyncRun::begin(const std::vector<Playlist> &playlists, const QStringList &refusals) {
+    _events.syncStarted(static_cast<qint64>(playlists.size()));
+    for (const QString &refusal : refusals) {
+        _events.error(u"playlists"_s, refusal);
+    }
+    if (!_stop.stop_requested()) {
+        supersedeReviews(playlists);
+        prepareOutput();
+        loadMemory(playlists);
     }
 }
 
@@ -103,13 +109,10 @@ void SyncRun::prepareOutput() {
         return;
     }
     try {
-        _output.prepare();
+        _output.prepare(_services.database.knowsFilesIn(_output.path()));
         _output.removeLeftovers();
     } catch (const FileProblem &problem) {
-        _outputProblem =
-            problem.isFull()
-                ? u"The disk of the output folder %1 is full. Make room and sync again."_s.arg(_output.path())
-                : outputAdvice(_output.path(), problem.reason());
+        _outputProblem = outputAdvice(_output.path(), problem);
         failOutput(_outputProblem);
     }
 }
@@ -130,9 +133,12 @@ void SyncRun::loadMemory(const std::vector<Playlist> &playlists) {
     for (const QString &stem : _output.stems(own)) {
         _names.take(stem);
     }
+    const auto snapshot = _services.playlists.known(std::chrono::seconds(0));
     for (const PendingReview &review : _services.database.reviews()) {
-        _names.take(review.stem);
-        _reserved.insert(review.rowKey, review.stem);
+        if (!snapshot->isComplete || snapshot->find(review.playlistId)) { // what is gone needs no name
+            _names.take(review.stem);
+            _reserved.insert(review.rowKey, review.stem);
+        }
     }
     QStringList keys;
     for (const Playlist &playlist : playlists) {
@@ -144,18 +150,22 @@ void SyncRun::loadMemory(const std::vector<Playlist> &playlists) {
         }
     }
     _written = _services.database.writtenFor(keys);
+    for (Want &want : _services.database.wants()) {
+        _wants.insert(std::move(want));
+    }
 }
 
 const SourceFinder *SyncRun::finder() {
     if (!_finder) {
-        const auto index = _services.library.refresh(_request.config.collectionDirs, _stop.get_token());
+        const auto warn = [this](const QString &message) { _events.log(ServerEvent::LogLevel::warn, message); };
+        const auto index = _services.library.refresh(_request.config.collectionDirs, _stop.get_token(), warn);
         if (!index) {
             return nullptr;
         }
-        const auto warn = [this](const QString &message) { _events.log(ServerEvent::LogLevel::warn, message); };
         const SourceFinder::Limits limits{static_cast<int>(_request.config.run.searchCount),
                                           _request.config.run.searchTimeoutSec, _services.now};
-        _finder = std::make_unique<SourceFinder>(index, _request.preferences(), limits, warn);
+        _finder = std::make_unique<SourceFinder>(index, _request.preferences(), limits,
+                                                 absentFolders(_request.config.collectionDirs), warn);
     }
     return _finder.get();
 }
@@ -182,10 +192,11 @@ void SyncRun::playPlaylist(const Playlist &playlist, qint64 index) {
         } catch (const std::exception &error) {
             failRow(row, explainWriteFailure(error, {}, _output.path()).detail);
         }
+        letGoOfRow();
     }
     {
         std::unique_lock lock(_mutex);
-        _changed.wait(lock, [this] { return _inHand == 0; });
+        _changed.wait(lock, [this] { return _inHand == 0 && _waitingForDesk == 0; });
     }
     keepNotes();
     std::unique_lock lock(_mutex);
@@ -203,6 +214,12 @@ bool SyncRun::waitForSlot() {
     return !_stop.stop_requested();
 }
 
+void SyncRun::letGoOfRow() {
+    const std::lock_guard lock(_mutex);
+    _rowInHand.clear();
+    _changed.notify_all();
+}
+
 void SyncRun::takeRow(const RunRow &row) {
     _events.trackStarted(row);
     const QString &key = row.track->rowKey;
@@ -210,6 +227,7 @@ void SyncRun::takeRow(const RunRow &row) {
     bool known = false;
     {
         const std::lock_guard lock(_mutex);
+        _rowInHand = key;
         RecordingPtr &entry = _recordings[key];
         known = entry != nullptr;
         if (!known) {
@@ -252,8 +270,12 @@ void SyncRun::takeRow(const RunRow &row) {
 }
 
 QString SyncRun::stemOfRow(const ListedTrack &track) {
-    const auto reserved = _reserved.constFind(track.rowKey);
-    return reserved != _reserved.constEnd() ? *reserved : _names.claim(stemFor(track.artist, track.title));
+    const std::lock_guard lock(_mutex);
+    QString &stem = _reserved[track.rowKey];
+    if (stem.isEmpty()) {
+        stem = _names.claim(stemFor(track.artist, track.title));
+    }
+    return stem;
 }
 
 void SyncRun::failRow(const RunRow &row, const QString &detail) {
@@ -300,6 +322,7 @@ void SyncRun::endJoined(const RunRow &row, const QString &rowKey, const Recordin
     switch (recording->state) {
     case Recording::State::Working:
         recording->waiting.emplace_back(rowKey, row);
+        _waitingForDesk += recording->atDesk ? 1 : 0;
         return;
     case Recording::State::Doubtful: {
         const PendingReview like = recording->review;
@@ -402,6 +425,7 @@ void SyncRun::addReview(const RunRow &row, const PendingReview &like) {
     {
         const std::lock_guard lock(_mutex);
         ++_summary.flagged;
+        _flagged.insert(row.trackId);
         _anyFlagged = true;
     }
     _events.needsReview(review);
@@ -411,11 +435,13 @@ void SyncRun::write(const RunRow &row, const RecordingPtr &recording, const Audi
                     const std::optional<WrittenFile> &earlier) {
     const QString &key = row.track->rowKey;
     // Another row of this run, or of an earlier one, may have asked for the same file in other words.
-    if (const RecordingPtr same = _bySourceNow.value(source.path); same && same != recording) {
-        {
-            const std::lock_guard lock(_mutex);
-            _recordings[key] = same;
-        }
+    RecordingPtr same;
+    {
+        const std::lock_guard lock(_mutex);
+        same = _bySourceNow.claim(source.path, recording);
+        _recordings[key] = same;
+    }
+    if (same != recording) {
         endJoined(row, key, same);
         return;
     }
@@ -426,7 +452,6 @@ void SyncRun::write(const RunRow &row, const RecordingPtr &recording, const Audi
             recording->state = Recording::State::Written;
             recording->file = *before;
         }
-        _bySourceNow.insert(source.path, recording);
         settle(row, recording);
         return;
     }
@@ -471,13 +496,14 @@ void SyncRun::post(const RunRow &row, const RecordingPtr &recording, const Write
 }
 
 void SyncRun::addWant(const WrittenFile &file, const QString &rowKey, const QString &playlistId) {
-    if (!_request.dryRun()) {
-        _wants.push_back({file.id, rowKey, playlistId});
+    const Want want{file.id, rowKey, playlistId};
+    if (!_request.dryRun() && !_wants.contains(want)) {
+        rememberWant(want);
+        _wants.insert(want);
     }
 }
 
 void SyncRun::keepNotes() {
-    _services.database.recordWants(std::exchange(_wants, {}));
     if (!_looked.empty() && !_request.dryRun()) {
         _services.database.recordLooks(std::exchange(_looked, {}), _finder->fingerprint());
     }

@@ -19,6 +19,17 @@
 
 namespace zelk::engine {
 
+/// How a run and the decisions that the user takes meanwhile keep out of each other's way.
+struct RunTurns {
+    /// Does the work behind all decisions taken so far and before those that are taken later, and waits for it.
+    std::function<void(const std::function<void()> &work)> inTurn;
+    /// The run begins. Called in turn, before anything of it is told.
+    std::function<void()> begins;
+    /// Nothing is left but to send the summary, upon which the application may ask for the next run at once. Called in
+    /// turn.
+    std::function<void()> over;
+};
+
 /// One run, from syncStarted to syncDone. Rows are looked at one after the other on the thread that executes the run,
 /// so that names are given in playlist order; the files are written on threads of the run's own, so many at a time as
 /// asked.
@@ -28,31 +39,43 @@ public:
 
     const QString &runId() const { return _request.runId; }
 
-    /// Does it all; never throws. `rowsDone` is called when all rows are through, and may wait; `over` when nothing is
-    /// left but to send the summary, upon which the application may ask for the next run at once.
-    void execute(const std::function<void()> &rowsDone, const std::function<void()> &over);
+    /// Does it all; never throws.
+    void execute(const RunTurns &turns);
 
     /// Ends it at the next safe point. From any thread. With `tellDone` the summary is still sent.
     void cancel(bool tellDone);
-    std::stop_token stopToken() const { return _stop.get_token(); }
 
-    /// Takes note of what a decision of the user has made of a recording that this run found doubtful. From any thread.
-    void noteWritten(const QString &rowKey, const WrittenFile &file, int rows);
-    void noteSkipped(const QString &rowKey, const QString &detail, int rows);
+    /// Takes a recording out of the run's hands while a decision on it is carried out, and the file that was chosen,
+    /// if any: rows that want either wait for it. Waits itself while the run is at it. From one thread at a time, and
+    /// not the run's. Null if asked to stop meanwhile.
+    RecordingPtr takeToDesk(const QString &rowKey, const QString &sourcePath, const std::stop_token &stop);
+    /// Gives it back, with what came of it for the rows that were decided on.
+    void giveBack(const RecordingPtr &recording, const QString &sourcePath, const std::vector<PendingReview> &rows,
+                  const DecisionOutcome &outcome);
+    /// What an earlier run asked for a row of this run's playlists, of which it is no row any more. While this is the
+    /// desk's run.
+    std::optional<PendingReview> superseded(const QString &trackId) const;
+    /// Waits while the run is at a row of that recording.
+    void letRowPass(const QString &rowKey, const std::stop_token &stop);
+    /// The name that the run keeps for a recording; empty if it keeps none. From any thread.
+    QString reservedStem(const QString &rowKey) const;
+    /// A name that the run gives to nothing else. From any thread.
+    QString claimStem(const QString &wanted) { return _names.claim(wanted); }
 
 private:
-    using RecordingPtr = std::shared_ptr<Recording>;
-
     // Preparation
     std::vector<Playlist> selectedPlaylists(QStringList &refusals);
+    void begin(const std::vector<Playlist> &playlists, const QStringList &refusals);
     void prepareOutput();
     void finishReplacements();
+    void supersedeReviews(const std::vector<Playlist> &playlists);
     void loadMemory(const std::vector<Playlist> &playlists);
     const SourceFinder *finder();
 
     // Rows, on the executing thread
     void playPlaylist(const Playlist &playlist, qint64 index);
     bool waitForSlot();
+    void letGoOfRow();
     void takeRow(const RunRow &row);
     void failRow(const RunRow &row, const QString &detail);
     void joinRow(const RunRow &row, const RecordingPtr &recording);
@@ -85,8 +108,10 @@ private:
     void endWritten(const RunRow &row, const WrittenFile &file, ServerEvent::TrackFinishKind kind);
     void failOutput(const QString &message);
     void coolOff(const QString &rowKey, const QString &detail);
+    void count(const std::vector<PendingReview> &rows, const DecisionOutcome &outcome);
 
     void finish(const std::vector<Playlist> &playlists);
+    void sendSummary();
 
     const RunRequest _request;
     RunServices _services;
@@ -97,20 +122,25 @@ private:
 
     // The executing thread's own
     QString _outputProblem;
+    QHash<QString, PendingReview> _superseded; // by track id; set before the desk sees this run
     QMultiHash<QString, WrittenFile> _written; // what was written in earlier runs, by row key
     QHash<QString, WrittenFile> _bySource;     // the same, by what it was made from
     NameRegistry _names;
-    QHash<QString, QString> _reserved; // stems of rows that still wait for a decision, by row key
     std::unique_ptr<SourceFinder> _finder;
-    QHash<QString, RecordingPtr> _bySourceNow; // of this run
+    RecordingsBySource _bySourceNow;           // of this run
     QHash<QString, RecordingPtr> _replacedNow; // by the path of the worse file
-    std::vector<Want> _wants;                  // of rows whose files stood, to be entered together
-    std::vector<qint64> _looked;               // files that nothing better was found for, the same
+    QSet<Want> _wants; // as they are remembered, so that a row whose file stands costs no transaction each time
+    std::vector<qint64> _looked; // files that nothing better was found for, to be entered together
 
     mutable std::mutex _mutex; // guards all below
     std::condition_variable _changed;
     QHash<QString, RecordingPtr> _recordings; // by row key
+    QHash<QString, QString> _reserved; // stems of rows that still wait for a decision, by row key; changed by the
+                                       // executing thread only
+    QString _rowInHand;                // the key of the row that the executing thread is at
+    QSet<QString> _flagged;            // tracks that wait for a decision and count as that
     int _inHand = 0;
+    int _waitingForDesk = 0; // rows
     SyncSummary _summary;
     bool _anyFailed = false;
     bool _anyFlagged = false;

@@ -26,7 +26,7 @@ void SyncRun::writeFile(const RunRow &row, const RecordingPtr &recording, WriteO
     };
     hooks.rollback = [&](const WrittenFile &file) {
         if (order.replaces != file.path) {
-            _services.database.forgetFile(file.path);
+            _services.database.takeBack(file);
         } else if (recording->worse) { // which stands as before
             _services.database.recordWritten(*recording->worse, row.track->rowKey, row.playlistId);
         }
@@ -165,31 +165,6 @@ void SyncRun::coolOff(const QString &rowKey, const QString &detail) {
     }
 }
 
-void SyncRun::noteWritten(const QString &rowKey, const WrittenFile &file, int rows) {
-    const std::lock_guard lock(_mutex);
-    const RecordingPtr recording = _recordings.value(rowKey);
-    if (!recording || recording->state != Recording::State::Doubtful) {
-        return;
-    }
-    recording->state = Recording::State::Written;
-    recording->file = file;
-    _summary.flagged -= rows;
-    _summary.ok += 1;
-    _summary.present += rows - 1;
-}
-
-void SyncRun::noteSkipped(const QString &rowKey, const QString &detail, int rows) {
-    const std::lock_guard lock(_mutex);
-    const RecordingPtr recording = _recordings.value(rowKey);
-    if (!recording || recording->state != Recording::State::Doubtful) {
-        return;
-    }
-    recording->state = Recording::State::Skipped;
-    recording->detail = detail;
-    _summary.flagged -= rows;
-    _summary.skipped += rows;
-}
-
 void SyncRun::finish(const std::vector<Playlist> &playlists) {
     QSet<QString> ids;
     for (const Playlist &playlist : playlists) {
@@ -211,6 +186,16 @@ void SyncRun::finish(const std::vector<Playlist> &playlists) {
     }
     if (!orphans.isEmpty()) {
         _events.orphansFound(orphans);
+    }
+}
+
+void SyncRun::sendSummary() {
+    std::unique_lock lock(_mutex);
+    const bool tell = _tellDone;
+    const SyncSummary summary = _summary;
+    lock.unlock();
+    if (tell) {
+        _events.syncDone(summary);
     }
 }
 

@@ -15,15 +15,15 @@ WriteFailure explainWriteFailure(const std::exception &error, const QString &sou
             return {u"%1 can't be read (%2). Mend or replace it and sync again."_s.arg(sourcePath, problem->reason()),
                     false};
         }
-        if (problem->isFull()) {
-            return {u"The disk of the output folder %1 is full. Make room and sync again."_s.arg(outputDir), true};
-        }
         if (problem->code() == EEXIST) {
             return {u"%1 has appeared meanwhile and wasn't touched. Sync again."_s.arg(problem->path()), false};
         }
-        return {outputAdvice(outputDir, problem->reason()), true};
+        return {outputAdvice(outputDir, *problem), true};
     }
-    if (dynamic_cast<const DatabaseError *>(&error)) {
+    if (const auto *problem = dynamic_cast<const DatabaseError *>(&error)) {
+        if (problem->isLock()) {
+            return {u"Another program holds what the engine remembers. End it and sync again."_s, true};
+        }
         return {u"The engine's memory can't be written (%1). Check the disk of your home folder and sync again."_s.arg(
                     QString::fromUtf8(error.what())),
                 true};

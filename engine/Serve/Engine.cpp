@@ -274,11 +274,12 @@ RunLock::Hold Engine::lock() {
     return hold;
 }
 
-void Engine::reviewDecision(const QString &trackId, const ReviewDecision &decision) {
+void Engine::reviewDecision(const QString &trackId, const ReviewDecision &decision,
+                            const std::optional<QString> &runId) {
     try {
-        _runs->decide(trackId, decision, lock());
+        _runs->decide(trackId, decision, runId, lock());
     } catch (const MethodError &error) { // a decision has no reply
-        _events.send(ServerEvent::Error{std::nullopt, u"review"_s, std::nullopt, error.message()});
+        _events.send(ServerEvent::Error{runId, u"review"_s, std::nullopt, error.message()});
     }
 }
 

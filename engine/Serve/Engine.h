@@ -43,14 +43,15 @@ public:
                                            std::chrono::milliseconds waited = {});
     std::vector<PreviewTrackDTO> playlistTracks(PlaylistSourceId source, const QString &id);
     QStringList listOrphans(const std::vector<PlaylistSelection> &selection);
-    void trashOrphans(const QStringList &paths);
+    void trashOrphans(const QStringList &named);
 
     // Runs
     /// `accepted` is called before anything of the run can be heard.
     void startSync(const std::vector<PlaylistSelection> &selection, const std::optional<SyncOptions> &options,
                    const std::function<void()> &accepted);
     void cancelSync(const std::optional<QString> &runId) { _runs->cancel(runId); }
-    void reviewDecision(const QString &trackId, const ReviewDecision &decision);
+    void reviewDecision(const QString &trackId, const ReviewDecision &decision,
+                        const std::optional<QString> &runId = {});
     /// The recordings that wait for a decision, in the order of their playlists. Waits.
     std::vector<WaitingReview> waitingReviews();
     /// Lets everything under way stop at its next safe point.

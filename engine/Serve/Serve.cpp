@@ -38,6 +38,7 @@ void leaveInTime() {
 
 int serve() {
     std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN); // a file that may grow no further is a failed write, like a full disk
     LineReader in(STDIN_FILENO);
     signalled = &in;
     std::signal(SIGTERM, onSignal);

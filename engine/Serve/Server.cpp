@@ -133,7 +133,9 @@ void Server::dispatch(const RequestEnvelope &envelope) {
             }
         },
         [&](const Request::CancelSync &request) { _engine.cancelSync(request.runId); },
-        [&](const Request::ReviewDecision &request) { _engine.reviewDecision(request.trackId, request.decision); },
+        [&](const Request::ReviewDecision &request) {
+            _engine.reviewDecision(request.trackId, request.decision, request.runId);
+        },
         [&](const Request::ListOrphans &request) {
             answerLater(id,
                         [this, selection = request.selection] { return PathsResult{_engine.listOrphans(selection)}; });

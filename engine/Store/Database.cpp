@@ -61,6 +61,9 @@ bool isDamage(int code) {
     return code == codeOfError || code == codeOfDamage || code == codeOfOtherFile;
 }
 
+/// Within one process as well as between two.
+constexpr int codesOfLock[] = {5, 6};
+
 DatabaseError errorOf(const QSqlError &error) {
     return {error.text().toStdString(), error.nativeErrorCode().toInt() & 0xFF};
 }
@@ -79,6 +82,10 @@ PendingReview reviewOf(const QString &record) {
 }
 
 } // namespace
+
+bool DatabaseError::isLock() const {
+    return std::find(std::begin(codesOfLock), std::end(codesOfLock), _code) != std::end(codesOfLock);
+}
 
 Database::Database(const QString &path, const Warn &warn)
     : _connection(QUuid::createUuid().toString(QUuid::WithoutBraces)) {
@@ -100,6 +107,13 @@ void Database::open(const QString &path, const Warn &warn) {
         return;
     } catch (const DatabaseError &error) {
         failure = QString::fromStdString(error.what());
+        if (error.isLock()) {
+            _awaited = path;
+            warn(
+                u"Another program holds what the engine remembers in %1. Nothing can be synced until it lets go."_s.arg(
+                    path));
+            return;
+        }
         if (isDamage(error.code()) && QFileInfo(path).isFile()) {
             try {
                 QSqlDatabase::database(_connection, false).close();
@@ -127,7 +141,7 @@ void Database::prepare(const QString &path) {
     }
     QSqlDatabase database = QSqlDatabase::addDatabase(u"QSQLITE"_s, _connection);
     database.setDatabaseName(path);
-    database.setConnectOptions(u"QSQLITE_BUSY_TIMEOUT=10000"_s);
+    database.setConnectOptions(u"QSQLITE_BUSY_TIMEOUT=5000"_s);
     if (!database.open()) {
         throw errorOf(database.lastError());
     }
@@ -177,6 +191,10 @@ QSqlQuery Database::query(const QString &statement, const QVariantList &values) 
 template<class Function>
 auto Database::transaction(Function function, Begins begins) {
     return _queue.run([&]() -> decltype(function()) {
+        if (!_awaited.isEmpty()) {
+            prepare(_awaited);
+            _awaited.clear();
+        }
         QSqlDatabase database = QSqlDatabase::database(_connection, false);
         query(begins == Begins::Writing ? u"BEGIN IMMEDIATE"_s : u"BEGIN"_s);
         const auto commit = [&database] {
@@ -207,6 +225,13 @@ std::vector<WrittenFile> Database::writtenFiles() {
             files.push_back(writtenFileOf(row));
         }
         return files;
+    });
+}
+
+bool Database::knowsFilesIn(const QString &folder) {
+    const QString start = folder + u'/';
+    return transaction([&] {
+        return query(u"SELECT 1 FROM files WHERE substr(path, 1, length(?)) = ? LIMIT 1"_s, {start, start}).next();
     });
 }
 
@@ -242,24 +267,53 @@ QMultiHash<QString, WrittenFile> Database::writtenFor(const QStringList &rowKeys
     });
 }
 
+qint64 Database::enterFile(const WrittenFile &file) {
+    QSqlQuery stored =
+        query(u"INSERT INTO files (path, source_path, size, modified, duration, format, bitrate, lossless, origin,"
+              " source_bitrate, replaces, looked_with) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)"
+              " ON CONFLICT (path) DO UPDATE SET source_path = excluded.source_path, size = excluded.size,"
+              " modified = excluded.modified, duration = excluded.duration, format = excluded.format,"
+              " bitrate = excluded.bitrate, lossless = excluded.lossless, origin = excluded.origin,"
+              " source_bitrate = excluded.source_bitrate, replaces = excluded.replaces,"
+              " looked_with = excluded.looked_with RETURNING id"_s,
+              {file.path, text(file.sourcePath), file.size, file.modifiedMs, file.durationSec, text(file.format),
+               file.bitrateKbps, file.lossless, originValue(file.origin), file.sourceKbps, text(file.replaces),
+               text(file.lookedWith)});
+    stored.next();
+    return stored.value(0).toLongLong();
+}
+
+/// Of a file that is still known.
+void Database::enterWant(const Want &want) {
+    query(u"INSERT OR IGNORE INTO wants (file_id, row_key, playlist_id) SELECT id, ?, ? FROM files WHERE id = ?"_s,
+          {want.rowKey, want.playlistId, want.fileId});
+}
+
+void Database::enterDecision(const QString &rowKey, const StoredDecision &decision) {
+    const QString kind = decision.kind == StoredDecision::Kind::Take ? u"take"_s : u"skip"_s;
+    query(u"INSERT OR REPLACE INTO decisions (row_key, kind, path) VALUES (?, ?, ?)"_s,
+          {rowKey, kind, text(decision.path)});
+}
+
 qint64 Database::recordWritten(const WrittenFile &file, const QString &rowKey, const QString &playlistId) {
     return transaction([&] {
-        QSqlQuery stored =
-            query(u"INSERT INTO files (path, source_path, size, modified, duration, format, bitrate, lossless, origin,"
-                  " source_bitrate, replaces, looked_with) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)"
-                  " ON CONFLICT (path) DO UPDATE SET source_path = excluded.source_path, size = excluded.size,"
-                  " modified = excluded.modified, duration = excluded.duration, format = excluded.format,"
-                  " bitrate = excluded.bitrate, lossless = excluded.lossless, origin = excluded.origin,"
-                  " source_bitrate = excluded.source_bitrate, replaces = excluded.replaces,"
-                  " looked_with = excluded.looked_with RETURNING id"_s,
-                  {file.path, text(file.sourcePath), file.size, file.modifiedMs, file.durationSec, text(file.format),
-                   file.bitrateKbps, file.lossless, originValue(file.origin), file.sourceKbps, text(file.replaces),
-                   text(file.lookedWith)});
-        stored.next();
-        const qint64 id = stored.value(0).toLongLong();
-        stored.finish();
-        query(u"INSERT OR IGNORE INTO wants (file_id, row_key, playlist_id) VALUES (?, ?, ?)"_s,
-              {id, rowKey, playlistId});
+        const qint64 id = enterFile(file);
+        enterWant({id, rowKey, playlistId});
+        query(u"DELETE FROM cooloffs WHERE row_key = ?"_s, {rowKey});
+        query(u"DELETE FROM reviews WHERE row_key = ?"_s, {rowKey});
+        return id;
+    });
+}
+
+qint64 Database::recordOutcome(const std::vector<PendingReview> &rows, const StoredDecision &decision,
+                               const WrittenFile *file) {
+    return transaction([&] {
+        const QString &rowKey = rows.front().rowKey;
+        enterDecision(rowKey, decision);
+        const qint64 id = file ? enterFile(*file) : 0;
+        for (std::size_t i = 0; file && i < rows.size(); ++i) {
+            enterWant({id, rowKey, rows[i].playlistId});
+        }
         query(u"DELETE FROM cooloffs WHERE row_key = ?"_s, {rowKey});
         query(u"DELETE FROM reviews WHERE row_key = ?"_s, {rowKey});
         return id;
@@ -269,9 +323,7 @@ qint64 Database::recordWritten(const WrittenFile &file, const QString &rowKey, c
 void Database::recordWants(const std::vector<Want> &wants) {
     transaction([&] {
         for (const Want &want : wants) {
-            query(
-                u"INSERT OR IGNORE INTO wants (file_id, row_key, playlist_id) SELECT id, ?, ? FROM files WHERE id = ?"_s,
-                {want.rowKey, want.playlistId, want.fileId});
+            enterWant(want);
         }
     });
 }
@@ -333,6 +385,13 @@ void Database::forgetFile(const QString &path) {
     transaction([&] { query(u"DELETE FROM files WHERE path = ?"_s, {path}); });
 }
 
+void Database::takeBack(const WrittenFile &file) {
+    transaction([&] {
+        query(u"DELETE FROM files WHERE path = ? AND source_path = ? AND size = ? AND modified = ?"_s,
+              {file.path, text(file.sourcePath), file.size, file.modifiedMs});
+    });
+}
+
 std::optional<StoredDecision> Database::decision(const QString &rowKey) {
     return transaction([&]() -> std::optional<StoredDecision> {
         QSqlQuery row = query(u"SELECT kind, path FROM decisions WHERE row_key = ?"_s, {rowKey});
@@ -345,11 +404,11 @@ std::optional<StoredDecision> Database::decision(const QString &rowKey) {
 }
 
 void Database::recordDecision(const QString &rowKey, const StoredDecision &decision) {
-    transaction([&] {
-        const QString kind = decision.kind == StoredDecision::Kind::Take ? u"take"_s : u"skip"_s;
-        query(u"INSERT OR REPLACE INTO decisions (row_key, kind, path) VALUES (?, ?, ?)"_s,
-              {rowKey, kind, text(decision.path)});
-    });
+    transaction([&] { enterDecision(rowKey, decision); });
+}
+
+void Database::forgetDecision(const QString &rowKey) {
+    transaction([&] { query(u"DELETE FROM decisions WHERE row_key = ?"_s, {rowKey}); });
 }
 
 std::optional<CoolOff> Database::coolOff(const QString &rowKey) {
@@ -399,6 +458,32 @@ std::vector<PendingReview> Database::reviews() {
             reviews.push_back(reviewOf(row.value(0).toString()));
         }
         return reviews;
+    });
+}
+
+std::vector<PendingReview> Database::reviewsOf(const QString &rowKey) {
+    return transaction([&] {
+        std::vector<PendingReview> reviews;
+        for (QSqlQuery row = query(u"SELECT record FROM reviews WHERE row_key = ? ORDER BY track_id"_s, {rowKey});
+             row.next();) {
+            reviews.push_back(reviewOf(row.value(0).toString()));
+        }
+        return reviews;
+    });
+}
+
+std::vector<PendingReview> Database::takeReviewsOfLists(const QSet<QString> &playlistIds) {
+    return transaction([&] {
+        std::vector<PendingReview> taken;
+        for (QSqlQuery row = query(u"SELECT record FROM reviews"_s); row.next();) {
+            if (PendingReview review = reviewOf(row.value(0).toString()); playlistIds.contains(review.playlistId)) {
+                taken.push_back(std::move(review));
+            }
+        }
+        for (const PendingReview &review : taken) {
+            query(u"DELETE FROM reviews WHERE track_id = ?"_s, {review.trackId});
+        }
+        return taken;
     });
 }
 

@@ -5,6 +5,7 @@
 #include "Threads/WorkQueue.h"
 
 #include <QHash>
+#include <QSet>
 #include <QSqlDatabase>
 #include <QVariant>
 
@@ -21,6 +22,8 @@ public:
     DatabaseError(const std::string &what, int code) : std::runtime_error(what), _code(code) {}
     /// SQLite's primary result code.
     int code() const { return _code; }
+    /// Somebody else holds the store.
+    bool isLock() const;
 
 private:
     int _code;
@@ -33,13 +36,16 @@ class Database {
 public:
     using Warn = std::function<void(const QString &message)>;
 
-    /// Opens or makes the file. One that is damaged is set aside; one that can't be used otherwise, say because another
-    /// engine holds it, stays as it is, and what is remembered lasts as long as the process. `warn` says so.
+    /// Opens or makes the file. One that is damaged is set aside. One that another program holds is waited for: each
+    /// call tries again, and throws. Where no file can be made, what is remembered lasts as long as the process. `warn`
+    /// says so in each case.
     Database(const QString &path, const Warn &warn);
     ~Database();
 
     // Written files
     std::vector<WrittenFile> writtenFiles();
+    /// Whether any was written into that folder.
+    bool knowsFilesIn(const QString &folder);
     std::vector<Want> wants();
     /// The files written for any of these rows, by row key; several when the output folder has changed.
     QMultiHash<QString, WrittenFile> writtenFor(const QStringList &rowKeys);
@@ -48,6 +54,8 @@ public:
     qint64 recordWritten(const WrittenFile &file, const QString &rowKey, const QString &playlistId);
     void recordWants(const std::vector<Want> &wants);
     void forgetFile(const QString &path);
+    /// Forgets a file that couldn't be put in place after all, unless another one has been entered in its place.
+    void takeBack(const WrittenFile &file);
     /// Says that a file takes the place of another one, which goes next.
     void recordReplacing(const QString &path, const QString &replaces);
     enum class KeptId { Old, New };
@@ -62,6 +70,7 @@ public:
     // Decisions and cool-offs
     std::optional<StoredDecision> decision(const QString &rowKey);
     void recordDecision(const QString &rowKey, const StoredDecision &decision);
+    void forgetDecision(const QString &rowKey);
     std::optional<CoolOff> coolOff(const QString &rowKey);
     void recordCoolOff(const QString &rowKey, const CoolOff &coolOff);
 
@@ -73,8 +82,16 @@ public:
     // Reviews
     std::optional<PendingReview> review(const QString &trackId);
     std::vector<PendingReview> reviews();
+    /// Those of one recording.
+    std::vector<PendingReview> reviewsOf(const QString &rowKey);
+    /// Forgets all reviews of these playlists and returns them.
+    std::vector<PendingReview> takeReviewsOfLists(const QSet<QString> &playlistIds);
     void recordReview(const PendingReview &review);
     void forgetReviewsOf(const QString &rowKey);
+    /// Ends the reviews of one recording with what the user decided and the file that came of it, if any, which all its
+    /// rows want. Returns the file's id, or 0.
+    qint64 recordOutcome(const std::vector<PendingReview> &rows, const StoredDecision &decision,
+                         const WrittenFile *file);
 
     // Rows by what their lists say of them, whatever the program makes of that
     enum class Remember { All, WhatIsMet };
@@ -94,12 +111,17 @@ private:
     auto transaction(Function function, Begins begins = Begins::Either);
     QSqlQuery prepared(const QString &statement);
     QSqlQuery query(const QString &statement, const QVariantList &values = {});
+    // Parts of transactions
+    qint64 enterFile(const WrittenFile &file);
+    void enterWant(const Want &want);
+    void enterDecision(const QString &rowKey, const StoredDecision &decision);
     void follow(const QString &before, const QString &now);
     void enter(const PendingReview &review);
     void open(const QString &path, const Warn &warn);
     void prepare(const QString &path);
 
     QString _connection;
+    QString _awaited; // a file that somebody else held when it was to be opened
     WorkQueue _queue; // the thread that alone touches the connection
 };
 

@@ -2,6 +2,7 @@
 
 #include "Transport/HelperProtocolCatalogue.h"
 
+#include <QHash>
 #include <QString>
 #include <QStringList>
 
@@ -37,6 +38,10 @@ struct Want {
 
     bool operator==(const Want &) const = default;
 };
+
+inline size_t qHash(const Want &want, size_t seed = 0) {
+    return qHashMulti(seed, want.fileId, want.rowKey, want.playlistId);
+}
 
 /// What the user decided for a recording.
 struct StoredDecision {

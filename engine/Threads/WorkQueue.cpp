@@ -28,14 +28,6 @@ void WorkQueue::post(std::function<void()> work) {
     _wake.notify_one();
 }
 
-void WorkQueue::clear() {
-    const std::lock_guard lock(_mutex);
-    _queue.clear();
-    if (_busy == 0) {
-        _idle.notify_all();
-    }
-}
-
 void WorkQueue::waitUntilIdle() {
     std::unique_lock lock(_mutex);
     _idle.wait(lock, [this] { return _queue.empty() && _busy == 0; });

@@ -32,8 +32,6 @@ public:
         return result.get();
     }
 
-    /// Drops what hasn't begun.
-    void clear();
     /// Waits until nothing is queued or under way.
     void waitUntilIdle();
 

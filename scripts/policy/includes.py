@@ -28,7 +28,7 @@ _POSIX = re.compile(r'(?:sys|linux|netinet|arpa|net|systemd|X11|bits)/.*'
 _DBUS = re.compile(r'(?:QtDBus/)?QDBus\w*|QtDBus|dbus/.*')
 # The engine is a command-line program that writes files with care; D-Bus is not its business either.
 ENGINE_MAY = {'unistd.h', 'fcntl.h', 'signal.h', 'poll.h', 'termios.h', 'dirent.h', 'sys/stat.h', 'sys/types.h',
-              'sys/statvfs.h', 'sys/ioctl.h'}
+              'sys/statvfs.h', 'sys/ioctl.h', 'sys/prctl.h'}
 
 
 def libraries(cmake_files):

@@ -16,7 +16,8 @@ constexpr std::chrono::milliseconds previewDebounce{250};
 
 AppModel::AppModel(Launcher launcher, Surroundings surroundings, QObject *parent)
     : QObject(parent), _launcher(std::move(launcher)), _surroundings(std::move(surroundings)),
-      _sync(new SyncStore(this)), _cliTool(new CLIToolStore(_surroundings.toolPlaces, _surroundings.toolTarget, this)) {
+      _sync(new SyncStore(this)), _cliTool(new CLIToolStore(_surroundings.toolPlaces, _surroundings.toolTarget, this)),
+      _signIns(new SignIns(this)) {
     followFocusedReview();
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "App/SetupCoordinator.h"
+#include "App/SignIns.h"
 #include "Platform/UserDefaults.h"
 #include "Services/AutomationPermissionMonitor.h"
 #include "Services/SignInModel.h"
@@ -87,6 +88,7 @@ public:
     SyncStore *sync() const override { return _sync; }
     CLIToolStore *cliTool() const { return _cliTool; }
     AutomationPermissionMonitor *automationPermission() const { return _surroundings.automationPermission.get(); }
+    SignIns *signIns() const { return _signIns; }
     LibraryStore *library() const { return _library; }
     PreviewStore *preview() const { return _preview; }
     SettingsStore *settings() const override { return _settings; }
@@ -188,6 +190,7 @@ private:
     TaskHandle _bridgeTask;
     SyncStore *_sync;
     CLIToolStore *_cliTool;
+    SignIns *_signIns;
     LibraryStore *_library = nullptr;
     PreviewStore *_preview = nullptr;
     SettingsStore *_settings = nullptr;

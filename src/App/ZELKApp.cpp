@@ -229,6 +229,7 @@ void ZELKApp::openSettings() const {
 MainWindow::Surroundings ZELKApp::windowSurroundings() const {
     return {.clock = _parts->clock,
             .files = _parts->files,
+            .folders = _parts->folders,
             .appearance = _parts->appearance,
             .defaults = _parts->defaults,
             .openUrl = _parts->openUrl(),

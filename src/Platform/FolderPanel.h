@@ -12,8 +12,8 @@ class FolderPanel {
 public:
     virtual ~FolderPanel() = default;
 
-    /// Shows the panel, on the main thread, in the folder `start` where there is such a one. The future is always kept
-    /// and never fails: the folder's absolute path, or nothing when none was chosen.
+    /// Shows the panel, on the main thread, in the folder `start`, or at home where there is none. The future is always
+    /// kept and never fails: the folder's absolute path, or nothing when none was chosen.
     virtual QFuture<std::optional<QString>> choose(const QString &title, const QString &start) = 0;
 };
 

@@ -14,6 +14,7 @@ Text {
     textFormat: Text.RichText
     text: note.before + "<code>" + note.code + "</code>" + note.after
     wrapMode: Text.Wrap
+    horizontalAlignment: Text.AlignLeft
     color: Tokens.color.secondary
     font: Tokens.font.caption
     Accessible.role: Accessible.StaticText

@@ -10,10 +10,13 @@ T.TextField {
 
     // What a screen reader calls it.
     required property string label
+    // Behind the text.
+    property real trailing: Tokens.space.sm
 
     implicitHeight: Tokens.size.field
-    leftPadding: Tokens.space.sm
-    rightPadding: Tokens.space.sm
+    leftPadding: field.LayoutMirroring.enabled ? field.trailing : Tokens.space.sm
+    rightPadding: field.LayoutMirroring.enabled ? Tokens.space.sm : field.trailing
+    horizontalAlignment: TextInput.AlignLeft
     verticalAlignment: TextInput.AlignVCenter
     font: Tokens.font.body
     color: Tokens.color.primary
@@ -28,8 +31,8 @@ T.TextField {
 
     TextLine {
         anchors.fill: parent
-        anchors.leftMargin: field.leftPadding
-        anchors.rightMargin: field.rightPadding
+        anchors.leftMargin: Tokens.space.sm
+        anchors.rightMargin: field.trailing
         readable: false
         visible: field.length === 0 && field.preeditText === ""
         text: field.placeholderText

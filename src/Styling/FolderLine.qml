@@ -22,6 +22,7 @@ Item {
     Symbol {
         id: mark
 
+        anchors.left: parent.left
         anchors.verticalCenter: parent.verticalCenter
         visible: line.symbol !== ""
         width: visible ? size : 0
@@ -33,8 +34,10 @@ Item {
 
         objectName: "folderPath"
         anchors.verticalCenter: parent.verticalCenter
-        x: mark.visible ? mark.width + Tokens.space.sm : 0
-        width: button.x - x - Tokens.space.md
+        anchors.left: mark.right
+        anchors.leftMargin: mark.visible ? Tokens.space.sm : 0
+        anchors.right: button.left
+        anchors.rightMargin: Tokens.space.md
         elide: Text.ElideMiddle
         text: line.path === "" ? line.placeholder : line.path
         color: line.path === "" ? Tokens.color.secondary : Tokens.color.primary

@@ -1,4 +1,4 @@
-// A row of a form without a label: what is in it stands at the left, under each other.
+// A row of a form without a label: what is in it stands under each other, where the text begins.
 pragma ComponentBehavior: Bound
 
 import QtQuick
@@ -15,8 +15,9 @@ Item {
     implicitHeight: Math.max(Tokens.size.formRow, body.implicitHeight + 2 * block.padding)
 
     Rectangle {
-        x: Tokens.space.md
-        width: parent.width - x
+        anchors.left: parent.left
+        anchors.leftMargin: Tokens.space.md
+        anchors.right: parent.right
         height: Tokens.size.hairline
         visible: block.divided
         color: Tokens.color.divider

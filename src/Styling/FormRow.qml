@@ -15,7 +15,7 @@ Item {
     // Before the words.
     property alias lead: leadRow.data
     default property alias control: controlRow.data
-    readonly property real textStart: leadRow.width > 0 ? leadRow.x + leadRow.width + Tokens.space.md : Tokens.space.md
+    readonly property real textStart: leadRow.width > 0 ? leadRow.width + 2 * Tokens.space.md : Tokens.space.md
     property bool divided: row.y > 0
 
     width: parent?.width ?? 0
@@ -24,8 +24,8 @@ Item {
                              controlRow.height + 2 * (Tokens.space.xs + Tokens.space.xxs))
 
     Rectangle {
-        x: row.textStart
-        width: parent.width - x
+        anchors.left: words.left
+        anchors.right: parent.right
         height: Tokens.size.hairline
         visible: row.divided
         color: Tokens.color.divider
@@ -34,7 +34,8 @@ Item {
     Row {
         id: leadRow
 
-        x: Tokens.space.md
+        anchors.left: parent.left
+        anchors.leftMargin: Tokens.space.md
         anchors.verticalCenter: parent.verticalCenter
         spacing: Tokens.space.md
     }
@@ -42,8 +43,10 @@ Item {
     Column {
         id: words
 
-        x: row.textStart
-        width: controlRow.x - x - (controlRow.width > 0 ? Tokens.space.md : 0)
+        anchors.left: parent.left
+        anchors.leftMargin: row.textStart
+        anchors.right: controlRow.left
+        anchors.rightMargin: controlRow.width > 0 ? Tokens.space.md : 0
         anchors.verticalCenter: parent.verticalCenter
         spacing: Tokens.space.xxs
 

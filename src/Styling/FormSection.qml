@@ -27,7 +27,8 @@ Column {
         TextLine {
             id: heading
 
-            x: Tokens.space.md
+            anchors.left: parent.left
+            anchors.leftMargin: Tokens.space.md
             anchors.verticalCenter: parent.verticalCenter
             text: section.title
             color: Tokens.color.secondary

@@ -9,17 +9,18 @@ ChoiceControl {
 
     property string text: ""
     property font font: Tokens.font.body
-    // What stands at the left, as high and wide as a mark.
+    // What stands before the text, as high and wide as a mark.
     default property alias mark: place.data
     property int markRadius: Tokens.radius.chip
 
     label: control.text
-    implicitWidth: words.visible ? words.x + words.implicitWidth : place.width
-    implicitHeight: Math.max(place.height, words.visible ? words.implicitHeight : 0)
+    implicitWidth: words.visible ? Math.ceil(place.width + words.anchors.leftMargin + words.implicitWidth) : place.width
+    implicitHeight: Math.max(place.height, words.visible ? words.height : 0)
 
     Item {
         id: place
 
+        anchors.left: parent.left
         anchors.verticalCenter: parent.verticalCenter
         width: Tokens.size.check
         height: width
@@ -38,15 +39,17 @@ ChoiceControl {
         controlRadius: control.markRadius
     }
 
-    TextLine {
+    Paragraph {
         id: words
 
-        x: place.width + Tokens.space.sm
-        width: parent.width - x
+        anchors.left: place.right
+        anchors.leftMargin: Tokens.space.sm
+        anchors.right: parent.right
         anchors.verticalCenter: parent.verticalCenter
         visible: control.text !== ""
-        readable: false
         text: control.text
+        color: Tokens.color.primary
         font: control.font
+        Accessible.ignored: true
     }
 }

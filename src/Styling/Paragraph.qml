@@ -13,7 +13,11 @@ Text {
     color: Tokens.color.secondary
     font: Tokens.font.body
     // No binding: the lines are counted while they are laid out.
-    onLineCountChanged: paragraph.lineHeight = paragraph.lineCount > 1 ? Tokens.size.textLineHeight : 1
+    onLineCountChanged: {
+        paragraph.lineHeight = paragraph.lineCount > 1 ? Tokens.size.textLineHeight : 1;
+        // The layout that counted them ends with the size that it had before.
+        Qt.callLater(paragraph.forceLayout); // qmllint disable
+    }
     Accessible.role: Accessible.StaticText
     Accessible.name: paragraph.text
     Accessible.ignored: paragraph.text === ""

@@ -55,8 +55,10 @@ Pressable {
     TextLine {
         id: words
 
-        x: Tokens.space.md
-        width: arrow.x - x - Tokens.space.sm
+        anchors.left: parent.left
+        anchors.leftMargin: Tokens.space.md
+        anchors.right: arrow.left
+        anchors.rightMargin: Tokens.space.sm
         anchors.verticalCenter: parent.verticalCenter
         text: button.currentText
     }

@@ -1,4 +1,4 @@
-// A row of a list that is put into another order; the handle at its left says so.
+// A row of a list that is put into another order; the handle before its words says so.
 pragma ComponentBehavior: Bound
 
 import QtQuick
@@ -85,8 +85,9 @@ FocusScope {
     }
 
     Rectangle {
-        x: body.x + row.textInset
-        width: parent.width - x
+        anchors.left: body.left
+        anchors.leftMargin: row.textInset
+        anchors.right: parent.right
         height: Tokens.size.hairline
         visible: row.y > 0 && !row.lifted
         color: Tokens.color.divider
@@ -103,6 +104,7 @@ FocusScope {
     Item {
         id: grip
 
+        anchors.left: parent.left
         width: Tokens.space.md + Tokens.size.symbol
         height: parent.height
         focus: true
@@ -110,7 +112,7 @@ FocusScope {
 
         Symbol {
             objectName: "grip"
-            x: Tokens.space.md
+            anchors.right: parent.right
             anchors.verticalCenter: parent.verticalCenter
             name: "line.3.horizontal"
             color: Tokens.color.tertiary
@@ -120,8 +122,10 @@ FocusScope {
     Item {
         id: body
 
-        x: grip.width + Tokens.space.lg
-        width: parent.width - x - Tokens.space.md
+        anchors.left: grip.right
+        anchors.leftMargin: Tokens.space.lg
+        anchors.right: parent.right
+        anchors.rightMargin: Tokens.space.md
         height: parent.height
     }
 

@@ -10,7 +10,7 @@ EntryField {
     property bool revealed: false
 
     label: field.placeholderText
-    rightPadding: reveal.visible ? reveal.width + Tokens.space.xs : Tokens.space.sm
+    trailing: reveal.visible ? reveal.width + Tokens.space.xs : Tokens.space.sm
     opacity: field.enabled ? 1 : Tokens.size.disabledOpacity
     echoMode: field.revealed ? TextInput.Normal : TextInput.Password
     inputMethodHints: Qt.ImhSensitiveData | Qt.ImhNoPredictiveText | Qt.ImhNoAutoUppercase

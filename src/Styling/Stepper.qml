@@ -105,6 +105,7 @@ Item {
 
         Half {
             objectName: "stepperLess"
+            anchors.left: parent.left
             label: qsTr("Decrease %1").arg(stepper.label)
             symbol: "minus"
             enabled: stepper.lessens
@@ -120,7 +121,7 @@ Item {
 
         Half {
             objectName: "stepperMore"
-            x: face.width / 2
+            anchors.right: parent.right
             label: qsTr("Increase %1").arg(stepper.label)
             symbol: "plus"
             enabled: stepper.raises

@@ -7,6 +7,9 @@ import zelk
 ChoiceControl {
     id: control
 
+    // The knob stands where the text ends while it is on.
+    readonly property bool knobAtRight: control.on !== control.LayoutMirroring.enabled
+
     signal switched(bool on)
 
     implicitWidth: Tokens.size.switchWidth
@@ -36,7 +39,7 @@ ChoiceControl {
         }
 
         Rectangle {
-            x: control.on ? track.width - width - Tokens.size.switchInset : Tokens.size.switchInset
+            x: control.knobAtRight ? track.width - width - Tokens.size.switchInset : Tokens.size.switchInset
             anchors.verticalCenter: parent.verticalCenter
             width: Tokens.size.switchKnob
             height: width

@@ -3,6 +3,7 @@
 #include "Support/TildePath.h"
 #include "Views/ViewEngine.h"
 
+#include <QDir>
 #include <QFileInfo>
 #include <QGuiApplication>
 #include <QQmlComponent>
@@ -29,7 +30,7 @@ QWindow *front() {
 
 QUrl folderUrl(const QString &path) {
     const QString whole = expandedTilde(path);
-    return QFileInfo(whole).isDir() ? QUrl::fromLocalFile(whole) : QUrl();
+    return QUrl::fromLocalFile(QFileInfo(whole).isDir() ? whole : QDir::homePath());
 }
 
 } // namespace
@@ -49,16 +50,20 @@ void FolderChoice::leave() {
 FolderDialogPanel::FolderDialogPanel() = default;
 
 FolderDialogPanel::~FolderDialogPanel() {
-    if (m_choice)
-        m_choice->leave();
+    end();
 }
 
-QFuture<std::optional<QString>> FolderDialogPanel::choose(const QString &title, const QString &start) {
+void FolderDialogPanel::end() {
+    QObject::disconnect(m_windowHides);
     if (m_dialog)
         QMetaObject::invokeMethod(m_dialog.get(), "close");
     m_dialog.reset();
     if (m_choice)
         m_choice->leave();
+}
+
+QFuture<std::optional<QString>> FolderDialogPanel::choose(const QString &title, const QString &start) {
+    end();
     m_choice = std::make_unique<FolderChoice>(title, start);
     const auto answer = m_choice->future();
     if (!m_engine) {
@@ -66,12 +71,18 @@ QFuture<std::optional<QString>> FolderDialogPanel::choose(const QString &title, 
         prepareViewEngine(*m_engine);
     }
     QQmlComponent component(m_engine.get(), viewUrl(u"FolderChooser"_s));
+    QWindow *const window = front();
     // 6.4 looks into a component that failed to load.
     if (component.isReady())
         m_dialog.reset(component.createWithInitialProperties(
-            {{u"choice"_s, QVariant::fromValue(m_choice.get())}, {u"parentWindow"_s, QVariant::fromValue(front())}}));
+            {{u"choice"_s, QVariant::fromValue(m_choice.get())}, {u"parentWindow"_s, QVariant::fromValue(window)}}));
     if (m_dialog) {
         QMetaObject::invokeMethod(m_dialog.get(), "open");
+        if (window)
+            m_windowHides = QObject::connect(window, &QWindow::visibleChanged, m_dialog.get(), [this](bool visible) {
+                if (!visible)
+                    end();
+            });
     } else {
         qWarning("%s", qUtf8Printable(component.errorString()));
         m_choice->leave();

@@ -19,7 +19,7 @@ class FolderChoice : public QObject {
     QML_ELEMENT
     QML_UNCREATABLE("made with the choice")
     Q_PROPERTY(QString title MEMBER m_title CONSTANT)
-    Q_PROPERTY(QUrl start MEMBER m_start CONSTANT) // empty for wherever the dialog begins
+    Q_PROPERTY(QUrl start MEMBER m_start CONSTANT)
 
 public:
     FolderChoice(QString title, const QString &start);
@@ -34,7 +34,7 @@ private:
     OneShot<std::optional<QString>> m_answer{nullptr};
 };
 
-// The desktop's own dialog for folders, in front of the window that the user is in; one at a time.
+// The desktop's own dialog for folders, in front of the window that the user is in, and gone with that; one at a time.
 class FolderDialogPanel final : public FolderPanel {
 public:
     FolderDialogPanel();
@@ -46,9 +46,13 @@ public:
     QFuture<std::optional<QString>> choose(const QString &title, const QString &start) override;
 
 private:
+    // Ends what is open: nothing was chosen.
+    void end();
+
     std::unique_ptr<QQmlEngine> m_engine; // from the first choice
     std::unique_ptr<FolderChoice> m_choice;
     std::unique_ptr<QObject> m_dialog; // goes before what it shows
+    QMetaObject::Connection m_windowHides;
 };
 
 } // namespace zelk

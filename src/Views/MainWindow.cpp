@@ -27,8 +27,9 @@ struct MainWindow::Parts {
         : commands(model, {surroundings.files, surroundings.openUrl, surroundings.checkForUpdates,
                            surroundings.openAbout, surroundings.openSettings}),
           sidebar(model, surroundings.clock), detail(model), review(model), banner(model),
-          vpn(model, surroundings.clock), orphans(model, surroundings.files), setup(model, surroundings.defaults),
-          appearance(surroundings.appearance), memory(surroundings.defaults), desktopMenu(surroundings.globalMenu) {}
+          vpn(model, surroundings.clock), orphans(model, surroundings.files),
+          setup(model, surroundings.defaults, surroundings.folders), appearance(surroundings.appearance),
+          memory(surroundings.defaults), desktopMenu(surroundings.globalMenu) {}
 
     CommandsLogic commands;
     SidebarLogic sidebar;

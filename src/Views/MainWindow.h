@@ -2,6 +2,7 @@
 
 #include "App/AppModel.h"
 #include "Platform/FileBrowser.h"
+#include "Platform/FolderPanel.h"
 #include "Platform/GlobalMenu.h"
 #include "Views/Appearance.h"
 
@@ -25,6 +26,7 @@ public:
     struct Surroundings {
         std::shared_ptr<Clock> clock;
         std::shared_ptr<FileBrowser> files;
+        std::shared_ptr<FolderPanel> folders;
         std::shared_ptr<Appearance> appearance;
         std::shared_ptr<UserDefaults> defaults; // remember how the window was left
         std::function<void(const QUrl &url)> openUrl;

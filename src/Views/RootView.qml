@@ -166,5 +166,6 @@ Item {
 
     SetupSheet {
         logic: root.setup
+        settings: root.commands.settings
     }
 }

@@ -9,6 +9,7 @@
 #include "Support/MockHelperClient.h"
 #include "Support/SampleData.h"
 #include "Views/MainWindow.h"
+#include "Views/ScriptedFolders.h"
 
 #include <QQuickItem>
 #include <QQuickWindow>
@@ -60,6 +61,7 @@ public:
         : around(surroundingsWith(std::move(defaults), std::move(permission))), model(client, around),
           window(model, {.clock = clock,
                          .files = files,
+                         .folders = folders,
                          .appearance = std::make_shared<Appearance>(desktop, around.defaults),
                          .defaults = around.defaults,
                          .openUrl = [this](const QUrl &url) { opened.append(url); },
@@ -179,6 +181,7 @@ public:
 
     std::shared_ptr<ManualClock> clock = std::make_shared<ManualClock>();
     std::shared_ptr<SeenFiles> files = std::make_shared<SeenFiles>();
+    std::shared_ptr<ScriptedFolders> folders = std::make_shared<ScriptedFolders>();
     std::shared_ptr<GivenDesktop> desktop = std::make_shared<GivenDesktop>();
     QList<QUrl> opened; // in the browser
     int updateChecks = 0;

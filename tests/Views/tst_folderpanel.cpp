@@ -22,18 +22,29 @@ struct Bench {
         if (!QTest::qWaitForWindowActive(&window))
             qFatal("The window isn't active");
     }
-    bool shows(const QString &text) const { return shows(window.contentItem(), text); }
+    bool shows(const QString &text) const { return shown(text); }
+    // What says that, in view; null for none.
+    QQuickItem *shown(const QString &text) const { return shown(window.contentItem(), text); }
+    void click(const QQuickItem *item) {
+        const QPointF middle = item->mapToScene(QPointF(item->width() / 2, item->height() / 2));
+        QTest::mouseClick(&window, Qt::LeftButton, {}, middle.toPoint());
+    }
 
     QQuickWindow window;
     FolderDialogPanel panel;
 
 private:
-    static bool shows(const QQuickItem *from, const QString &text) {
+    static QQuickItem *shown(QQuickItem *from, const QString &text) {
         if (!from->isVisible())
-            return false;
+            return nullptr;
+        if (from->property("text").toString() == text)
+            return from;
         const auto children = from->childItems();
-        return from->property("text").toString() == text ||
-               std::ranges::any_of(children, [&text](const QQuickItem *each) { return shows(each, text); });
+        for (QQuickItem *each : children) {
+            if (QQuickItem *const found = shown(each, text))
+                return found;
+        }
+        return nullptr;
     }
 };
 
@@ -58,9 +69,11 @@ private Q_SLOTS:
         QCOMPARE(choice.property("start").toUrl(), QUrl::fromLocalFile(QDir::homePath()));
     }
 
-    void aFolderThatIsNotThereIsNoPlaceToStart() {
-        const FolderChoice choice(u"Choose"_s, u"/nowhere/at/all"_s);
-        QCOMPARE(choice.property("start").toUrl(), QUrl());
+    void homeIsWhereToStartWhenTheFolderIsNotThere() {
+        for (const QString &nowhere : {u"/nowhere/at/all"_s, QString()}) {
+            const FolderChoice choice(u"Choose"_s, nowhere);
+            QCOMPARE(choice.property("start").toUrl(), QUrl::fromLocalFile(QDir::homePath()));
+        }
     }
 
     void nothingIsChosenWithoutALocalFolder() {
@@ -70,6 +83,18 @@ private Q_SLOTS:
         FolderChoice remote(u"Choose"_s, {});
         remote.take(QUrl(u"https://example.org/music"_s));
         QCOMPARE(remote.future().result(), Folder());
+    }
+
+    void theFolderThatIsOpenedIsChosen() {
+        const QTemporaryDir folder;
+        QVERIFY(QDir(folder.path()).mkpath(u"new folder"_s));
+        Bench bench;
+        const auto chosen = bench.panel.choose(u"Choose a folder"_s, folder.path());
+        QTRY_VERIFY(bench.shown(u"new folder"_s)); // the only one there is, and so the one to be opened
+        QTRY_VERIFY(bench.shown(u"Open"_s));
+        bench.click(bench.shown(u"Open"_s));
+        QTRY_VERIFY(chosen.isFinished());
+        QCOMPARE(chosen.result(), Folder(folder.filePath(u"new folder"_s)));
     }
 
     void escapeChoosesNothing() {
@@ -92,6 +117,20 @@ private Q_SLOTS:
         QTRY_VERIFY(bench.shows(u"Second"_s));
         QTRY_VERIFY(!bench.shows(u"First"_s));
         QVERIFY(!second.isFinished());
+    }
+
+    void whatIsOpenWhenItsWindowGoesChoosesNothing() {
+        auto window = std::make_unique<Bench>();
+        FolderDialogPanel panel;
+        const auto chosen = panel.choose(u"Choose"_s, {});
+        QTRY_VERIFY(window->shows(u"Choose"_s));
+        window->window.close();
+        QVERIFY(chosen.isFinished());
+        QCOMPARE(chosen.result(), Folder());
+        window = std::make_unique<Bench>();
+        const auto next = panel.choose(u"Choose again"_s, {});
+        QTRY_VERIFY(window->shows(u"Choose again"_s));
+        QVERIFY(!next.isFinished());
     }
 
     void whatIsOpenWhenThePanelGoesChoosesNothing() {

@@ -1,6 +1,6 @@
 #include "DialogBench.h"
+#include "Mirror.h"
 #include "State/Records.h"
-#include "TextFit.h"
 #include "Views/QuestionDialog.h"
 #include "WindowBench.h"
 
@@ -12,59 +12,6 @@ using namespace Qt::Literals::StringLiterals;
 using Event = ServerEvent;
 
 namespace {
-
-struct Seen {
-    QString what;
-    QRectF place;
-};
-
-// What is read in view under an item, and the controls and covers, each with its place in the window.
-void look(QQuickItem *item, QList<Seen> &seen) {
-    if (!item->isVisible() || item->opacity() <= 0)
-        return;
-    const QString text = item->property("text").toString();
-    if (item->inherits("QQuickText") && !text.isEmpty())
-        seen.append({text, item->mapRectToScene(TextFit::drawn(item))});
-    else if (!item->objectName().isEmpty() && item->width() > 0)
-        seen.append({item->objectName(), item->mapRectToScene(QRectF(0, 0, item->width(), item->height()))});
-    else if (item->inherits("QQuickImage"))
-        seen.append({u"symbol"_s, item->mapRectToScene(QRectF(0, 0, item->width(), item->height()))});
-    const auto children = item->childItems();
-    for (QQuickItem *child : children)
-        look(child, seen);
-}
-
-QList<Seen> lookAt(const QQuickWindow *window) {
-    QList<Seen> seen;
-    look(window->contentItem(), seen);
-    std::sort(seen.begin(), seen.end(), [](const Seen &a, const Seen &b) {
-        return std::tuple(a.what, a.place.y(), a.place.width()) < std::tuple(b.what, b.place.y(), b.place.width());
-    });
-    return seen;
-}
-
-// Everything at the same height, and as far from the right as it was from the left. Things that read alike in one line
-// are told apart by nothing, so any of them may stand at the place.
-QStringList notMirrored(const QList<Seen> &before, const QList<Seen> &after, double width) {
-    QStringList found;
-    for (const Seen &each : before) {
-        const QRectF &was = each.place;
-        const bool isThere = std::any_of(after.cbegin(), after.cend(), [&](const Seen &now) {
-            return now.what == each.what && qAbs(now.place.y() - was.y()) < 1 &&
-                   qAbs(now.place.x() - (width - was.right())) < 1.5;
-        });
-        if (!isThere)
-            found += u"“%1” from %2, %3 to %4"_s.arg(each.what).arg(was.x()).arg(was.y()).arg(was.right());
-    }
-    return found;
-}
-
-class Mirrored {
-public:
-    Mirrored() { QGuiApplication::setLayoutDirection(Qt::RightToLeft); }
-    ~Mirrored() { QGuiApplication::setLayoutDirection(Qt::LeftToRight); }
-    Q_DISABLE_COPY_MOVE(Mirrored)
-};
 
 class Bench : public WindowBench {
 public:
@@ -108,12 +55,12 @@ private Q_SLOTS:
         Bench bench;
         const double width = bench.content()->width();
         const auto compare = [&] {
-            const QList<Seen> before = lookAt(bench.window.window());
+            const auto before = Mirror::lookAt(bench.window.window());
             QVERIFY(before.size() > 60);
             const Mirrored mirrored;
             bench.settle();
-            const QList<Seen> after = lookAt(bench.window.window());
-            const QStringList wrong = notMirrored(before, after, width);
+            const auto after = Mirror::lookAt(bench.window.window());
+            const QStringList wrong = Mirror::faults(before, after, width);
             for (const QString &each : wrong)
                 qWarning("%s", qPrintable(each));
             QVERIFY(wrong.isEmpty());
@@ -180,11 +127,11 @@ private Q_SLOTS:
         const auto answer = question.ask({u"May zelk look?"_s, u"It changes nothing."_s, u"Allow"_s, u"Don't Allow"_s});
         QQuickWindow *dialog = DialogBench::shown("questionDialog");
         QVERIFY(dialog && QTest::qWaitForWindowExposed(dialog));
-        const QList<Seen> before = lookAt(dialog);
+        const auto before = Mirror::lookAt(dialog);
         {
             const Mirrored mirrored;
             settleDown();
-            QTRY_COMPARE(notMirrored(before, lookAt(dialog), dialog->width()), QStringList());
+            QTRY_COMPARE(Mirror::faults(before, Mirror::lookAt(dialog), dialog->width()), QStringList());
         }
         dialog->close();
     }

@@ -161,6 +161,7 @@ private Q_SLOTS:
         const MainWindow window(
             model, {.clock = around.clock,
                     .files = std::make_shared<SeenFiles>(),
+                    .folders = std::make_shared<ScriptedFolders>(),
                     .appearance = std::make_shared<Appearance>(std::make_shared<GivenDesktop>(), around.defaults),
                     .defaults = around.defaults,
                     .openUrl = {},

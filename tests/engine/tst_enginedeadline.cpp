@@ -46,7 +46,7 @@ struct SlowLooks {
 };
 
 SourceFinder finder(SlowLooks &clock, double seconds) {
-    return {indexOfMany(), {}, {5, seconds, clock.now()}, [](const QString &) {}};
+    return {indexOfMany(), {}, {5, seconds, clock.now()}, {}, [](const QString &) {}};
 }
 
 QJsonObject runSettings(double searchTimeoutSec, double cooloffHours) {

@@ -80,6 +80,11 @@ private Q_SLOTS:
         QTest::newRow("no artist") << QString() << u"One"_s << u"One"_s;
         QTest::newRow("nothing") << QString() << u"???"_s << u"Untitled"_s;
         QTest::newRow("composed") << u"A\u030A"_s << u"x"_s << u"\u00C5 - x"_s;
+        QTest::newRow("a device") << QString() << u"NUL"_s << u"_NUL"_s;
+        QTest::newRow("a device with an extension") << QString() << u"com1.flac"_s << u"_com1.flac"_s;
+        QTest::newRow("like a device") << QString() << u"Console"_s << u"Console"_s;
+        QTest::newRow("zero bytes") << u"A"_s + QChar(u'\0') + u'n' << QString(QChar(u'\0')) + u"One"_s
+                                    << u"An - One"_s;
         QTest::newRow("climbing") << u".."_s << u"../../etc"_s << u"- ..-..-etc"_s;
     }
 
@@ -144,7 +149,7 @@ private Q_SLOTS:
         home.addAudio(u"a.mp3"_s, u"Ann"_s, u"One"_s);
         FailingOps ops;
         OutputFolder folder(home.output(), ops);
-        folder.prepare();
+        folder.prepare(false);
         ops.syncError = syncError;
         ops.renameError = renameError;
         WriteOrder order;
@@ -175,7 +180,7 @@ private Q_SLOTS:
         const EngineHome home;
         home.addAudio(u"a.mp3"_s, u"Ann"_s, u"One"_s);
         OutputFolder folder(home.output());
-        folder.prepare();
+        folder.prepare(false);
         WriteOrder order;
         order.source = readAudio(home.collection(u"a.mp3"_s));
         order.target = home.output(u"/Ann - One.mp3"_s);
@@ -191,13 +196,41 @@ private Q_SLOTS:
         QVERIFY(home.outputFiles().isEmpty());
     }
 
+    void aFileThatHasAppearedIsNeitherTouchedNorEnteredAnew() {
+        const EngineHome home;
+        home.addAudio(u"a.flac"_s, u"Ann"_s, u"One"_s);
+        home.write(home.output(u"/Ann - One.flac"_s), "another's");
+        WriteOrder order;
+        order.source = readAudio(home.collection(u"a.flac"_s));
+        order.target = home.output(u"/Ann - One.flac"_s);
+        Told told;
+        try {
+            writeTrack(order, OutputFolder(home.output()), told.hooks(), {});
+            QFAIL("it was written");
+        } catch (const FileProblem &problem) {
+            QCOMPARE(problem.code(), EEXIST);
+        }
+        QCOMPARE(told.commits, 0);
+        QCOMPARE(told.rollbacks, 0);
+        QCOMPARE(home.read(order.target), QByteArray("another's"));
+        QCOMPARE(home.outputFiles().size(), 1);
+    }
+
     void leftoversOfTheDeadGoAndThoseOfTheLivingStay() {
         const EngineHome home;
-        home.write(home.output(u"/.zelk-partial-999999999-1.mp3"_s), "x");
-        home.write(home.output(u"/.zelk-partial-1-1.mp3"_s), "x"); // process 1 always lives
+        const QList<QByteArray> first = home.read(u"/proc/1/stat"_s).split(')').last().trimmed().split(' ');
+        const QString living = u"/.zelk-partial-1-%1-1.mp3"_s.arg(QString::fromLatin1(first.value(19)));
+        home.write(home.output(u"/.zelk-partial-999999999-1-1.mp3"_s), "x");
+        home.write(home.output(u"/.zelk-partial-1-99999999999-1.mp3"_s), "x"); // of one that had this number before
+        home.write(home.output(living), "x");                                  // process 1 always lives
         home.write(home.output(u"/mine.mp3"_s), "x");
+        const OutputFolder folder(home.output());
+        const QString own = folder.partialPath(u"mp3"_s); // as a late decision has when a run begins
+        home.write(own, "x");
         OutputFolder(home.output()).removeLeftovers();
-        QCOMPARE(home.outputFiles(), QStringList({u".zelk-partial-1-1.mp3"_s, u"mine.mp3"_s}));
+        QStringList kept{own.section(u'/', -1), living.mid(1), u"mine.mp3"_s};
+        kept.sort();
+        QCOMPARE(home.outputFiles(), kept);
     }
 
     void aCoverBesideTheFileIsEmbeddedOnce() {

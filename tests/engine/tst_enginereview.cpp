@@ -1,5 +1,6 @@
 #include "engine/EngineHome.h"
 
+#include <QDir>
 #include <QFileInfo>
 #include <QJsonArray>
 #include <QTest>
@@ -95,6 +96,73 @@ private Q_SLOTS:
         QCOMPARE(dataOf(engine.until(u"trackFinished"_s)).value("status"_L1).toString(), u"ok"_s);
     }
 
+    void aDecisionOutlivesAKillWhileItWaitsForAnother_data() {
+        QTest::addColumn<QString>("kind");
+        QTest::addColumn<QString>("end");
+        QTest::newRow("candidate") << u"candidate"_s << u"ok downloaded"_s;
+        QTest::newRow("skip") << u"skip"_s << u"skipped"_s;
+    }
+
+    void aDecisionOutlivesAKillWhileItWaitsForAnother() {
+        QFETCH(QString, kind);
+        QFETCH(QString, end);
+        const EngineHome home;
+        home.addAudio(u"slow.opus"_s, u"Ines"_s, u"Slow Burn (Live)"_s);
+        home.addAudio(u"a.mp3"_s, u"Ines"_s, u"Quiet Fire (Live)"_s);
+        home.addAudio(u"b.flac"_s, u"Ines"_s, u"Quiet Fire (Acoustic)"_s);
+        home.addList(u"L.csv"_s, {u"Slow Burn|Ines|2"_s, u"Quiet Fire|Ines|2"_s});
+        QVERIFY(QDir().mkpath(home.path(u"bin"_s)));
+        QVERIFY(QFile::link(QStringLiteral(CONVERTER_PROGRAM), home.path(u"bin/ffmpeg"_s)));
+        QProcessEnvironment environment;
+        environment.insert(u"PATH"_s, home.path(u"bin:"_s) + qEnvironmentVariable("PATH"));
+        environment.insert(u"CONVERTED"_s, QStringLiteral(AUDIO_FIXTURES "/tone.mp3"));
+        environment.insert(u"CONVERTER_DOES"_s, u"hang"_s);
+        environment.insert(u"CONVERTER_PID"_s, home.path(u"converter.pid"_s));
+        const auto decide = [](EngineChild &engine, const QJsonObject &review, const QString &wish) {
+            const QJsonObject last = review.value("candidates"_L1).toArray().last().toObject();
+            const QJsonObject decision{{u"kind"_s, wish}, {u"candidateId"_s, last.value("id"_L1)}};
+            engine.tell(u"reviewDecision"_s, {{u"trackId"_s, review.value("trackId"_L1)}, {u"decision"_s, decision}});
+            return last.value("format"_L1).toString().toLower();
+        };
+        QString format;
+        QList<QJsonObject> reviews;
+        {
+            EngineChild engine(home, environment);
+            reviews = named(engine.syncAll(), u"needsReview"_s);
+            QCOMPARE(reviews.size(), 2);
+            decide(engine, dataOf(reviews[0]), u"accept"_s); // which takes until the end of days
+            QCOMPARE(dataOf(engine.until(u"step"_s)).value("phase"_L1).toString(), u"converting"_s);
+            format = decide(engine, dataOf(reviews[1]), kind);
+            QVERIFY(engine.call(u"getConfig"_s).value("ok"_L1).toBool()); // the decision has been read
+            engine.process().kill();
+            QVERIFY(engine.process().waitForFinished());
+        }
+        environment.insert(u"CONVERTER_DOES"_s, QString());
+        EngineChild engine(home, environment);
+        QCOMPARE(endings(engine.syncAll()).values(), QStringList({u"ok downloaded"_s, end}));
+        QStringList expected{u"Ines - Slow Burn.mp3"_s};
+        if (kind != "skip"_L1) {
+            expected.prepend(u"Ines - Quiet Fire."_s + format);
+        }
+        QCOMPARE(home.outputFiles(), expected);
+        // It waits no longer.
+        decide(engine, dataOf(reviews[1]), u"accept"_s);
+        QVERIFY(!dataOf(engine.until(u"error"_s)).value("message"_L1).toString().isEmpty());
+    }
+
+    void aFileThatProvesUnusableIsNoDecision() {
+        const EngineHome home;
+        home.addAudio(u"live.mp3"_s, u"Ines"_s, u"Slow Burn (Live)"_s);
+        home.write(home.path(u"junk.mp3"_s), QByteArray(5'000, 'x'));
+        home.addList(u"L.csv"_s, {u"Slow Burn|Ines|2"_s});
+        EngineChild engine(home);
+        const QJsonValue track = dataOf(named(engine.syncAll(), u"needsReview"_s).first()).value("trackId"_L1);
+        const QJsonObject junk{{u"kind"_s, u"url"_s}, {u"url"_s, home.path(u"junk.mp3"_s)}};
+        engine.tell(u"reviewDecision"_s, {{u"trackId"_s, track}, {u"decision"_s, junk}});
+        QVERIFY(dataOf(engine.until(u"error"_s)).value("message"_L1).toString().contains("Choose another"_L1));
+        QCOMPARE(endings(engine.syncAll()).values(), QStringList{u"review"_s});
+    }
+
     void aSecondRunAsksAgainUnderTheSameName() {
         const EngineHome home;
         home.addAudio(u"live.mp3"_s, u"Ines"_s, u"Slow Burn (Live)"_s);
@@ -122,9 +190,16 @@ private Q_SLOTS:
         const QJsonArray orphan{home.output(u"/Ann - One.flac"_s)};
         QCOMPARE(named(events, u"orphansFound"_s).size(), 1);
         QCOMPARE(dataOf(named(events, u"orphansFound"_s).first()).value("paths"_L1).toArray(), orphan);
-        const QJsonObject refused = engine.call(
-            u"trashOrphans"_s, QJsonObject{{u"paths"_s, QJsonArray{orphan[0], home.output(u"/Ann - Two.flac"_s)}}});
-        QCOMPARE(refused.value("error"_L1).toObject().value("code"_L1).toString(), u"invalid_params"_s);
+        home.write(home.output(u"/mine.flac"_s), "mine");
+        for (const QString &other : {home.output(u"/Ann - Two.flac"_s), home.output(u"/mine.flac"_s),
+                                     home.output(u"/gone.flac"_s), home.output(u"/../DjayImport/Ann - One.flac"_s),
+                                     home.collection(u"a.flac"_s), home.output(), QString()}) {
+            const QJsonObject refused =
+                engine.call(u"trashOrphans"_s, QJsonObject{{u"paths"_s, QJsonArray{orphan[0], other}}});
+            QCOMPARE(refused.value("error"_L1).toObject().value("code"_L1).toString(), u"invalid_params"_s);
+            QVERIFY(QFile::exists(orphan[0].toString()));
+        }
+        QVERIFY(QFile::remove(home.output(u"/mine.flac"_s)));
         QCOMPARE(home.outputFiles().size(), 3);
         const QJsonArray twice{orphan[0], orphan[0]};
         QVERIFY(engine.call(u"trashOrphans"_s, QJsonObject{{u"paths"_s, twice}}).value("ok"_L1).toBool());

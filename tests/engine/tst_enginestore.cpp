@@ -39,6 +39,32 @@ WrittenFile fileAt(const QString &path) {
     return file;
 }
 
+/// Another program that has the database to itself.
+class Holder {
+public:
+    explicit Holder(const QString &path) {
+        QSqlDatabase database = QSqlDatabase::addDatabase(u"QSQLITE"_s, _name);
+        database.setDatabaseName(path);
+        if (!database.open()) {
+            qFatal("the database can't be held");
+        }
+        for (const QString &statement : {u"PRAGMA locking_mode = EXCLUSIVE"_s, u"BEGIN EXCLUSIVE"_s, u"COMMIT"_s}) {
+            if (!QSqlQuery(database).exec(statement)) {
+                qFatal("the database can't be held");
+            }
+        }
+    }
+    ~Holder() {
+        QSqlDatabase::database(_name).close();
+        QSqlDatabase::removeDatabase(_name);
+    }
+    Holder(const Holder &) = delete;
+    Holder &operator=(const Holder &) = delete;
+
+private:
+    const QString _name = u"holder"_s;
+};
+
 } // namespace
 
 class EngineStore : public QObject {
@@ -202,6 +228,57 @@ private Q_SLOTS:
         QVERIFY(_warnings.isEmpty());
     }
 
+    void takingAFileBackLeavesAnotherOneOfItsName() {
+        const EngineHome home;
+        Database database(home.path(u"engine.db"_s), _warn);
+        const WrittenFile file = fileAt(u"/out/a.flac"_s);
+        database.recordWritten(file, u"key"_s, u"list"_s);
+        WrittenFile other = file;
+        other.sourcePath = u"/c/y.flac"_s;
+        database.takeBack(other);
+        QCOMPARE(database.writtenFiles().size(), 1U);
+        database.takeBack(file);
+        QVERIFY(database.writtenFiles().empty());
+    }
+
+    void aDecisionAndWhatCameOfItAreOneStep() {
+        const EngineHome home;
+        const QString path = home.path(u"engine.db"_s);
+        std::vector<PendingReview> rows(2);
+        for (std::size_t i = 0; i < rows.size(); ++i) {
+            rows[i].trackId = u"list%1#0"_s.arg(i);
+            rows[i].playlistId = u"list%1"_s.arg(i);
+            rows[i].rowKey = u"key"_s;
+        }
+        const StoredDecision take{StoredDecision::Kind::Take, u"/c/x.flac"_s};
+        const WrittenFile file = fileAt(u"/out/a.flac"_s);
+        Database database(path, _warn);
+        for (const PendingReview &row : rows) {
+            database.recordReview(row);
+        }
+        database.recordCoolOff(u"key"_s, {1, u"print"_s, u"detail"_s});
+        const auto alter = [&](const QString &statement) {
+            {
+                QSqlDatabase other = QSqlDatabase::addDatabase(u"QSQLITE"_s, u"other"_s);
+                other.setDatabaseName(path);
+                QVERIFY(other.open());
+                QVERIFY(QSqlQuery(other).exec(statement));
+            }
+            QSqlDatabase::removeDatabase(u"other"_s);
+        };
+        alter(u"ALTER TABLE cooloffs RENAME TO elsewhere"_s); // so that it fails on the way
+        QVERIFY_EXCEPTION_THROWN(database.recordOutcome(rows, take, &file), DatabaseError);
+        QVERIFY(!database.decision(u"key"_s));
+        QVERIFY(database.writtenFiles().empty());
+        QCOMPARE(database.reviewsOf(u"key"_s), rows);
+        alter(u"ALTER TABLE elsewhere RENAME TO cooloffs"_s);
+        const qint64 id = database.recordOutcome(rows, take, &file);
+        QCOMPARE(database.decision(u"key"_s), take);
+        QVERIFY(database.reviews().empty());
+        QVERIFY(!database.coolOff(u"key"_s));
+        QCOMPARE(database.wants(), std::vector<Want>({{id, u"key"_s, u"list0"_s}, {id, u"key"_s, u"list1"_s}}));
+    }
+
     void decisionsCoolOffsAndReviewsAreKept() {
         const EngineHome home;
         const QString path = pathsIn(home).databaseFile;
@@ -257,6 +334,75 @@ private Q_SLOTS:
         QCOMPARE(_warnings.size(), 1);
         QCOMPARE(home.read(path + u".broken-1"_s), bytes);
         QVERIFY(!database.decision(u"0"_s.repeated(40)));
+    }
+
+    void aTruncatedDatabaseIsSetAside_data() {
+        QTest::addColumn<double>("share");
+        QTest::newRow("in its middle") << 0.5;
+        QTest::newRow("in its first page") << 0.001;
+    }
+
+    void aTruncatedDatabaseIsSetAside() {
+        QFETCH(double, share);
+        const EngineHome home;
+        const QString path = pathsIn(home).databaseFile;
+        {
+            Database database(path, _warn);
+            for (int i = 0; i < 400; ++i) {
+                database.recordDecision(QString::number(i).repeated(40), {StoredDecision::Kind::Skip, {}});
+            }
+        }
+        const QByteArray bytes = home.read(path);
+        const QByteArray cut = bytes.left(static_cast<qsizetype>(share * static_cast<double>(bytes.size())));
+        home.write(path, cut);
+        Database database(path, _warn);
+        QCOMPARE(_warnings.size(), 1);
+        QVERIFY(_warnings.first().contains(path + u".broken-1"_s));
+        QCOMPARE(home.read(path + u".broken-1"_s), cut);
+        database.recordDecision(u"k"_s, {StoredDecision::Kind::Skip, {}});
+        QVERIFY(database.decision(u"k"_s));
+    }
+
+    void aDatabaseThatIsHeldIsWaitedForAndNeverReplaced() {
+        const EngineHome home;
+        const QString path = pathsIn(home).databaseFile;
+        { Database(path, _warn).recordDecision(u"k"_s, {StoredDecision::Kind::Take, u"/c/x"_s}); }
+        auto holder = std::make_unique<Holder>(path);
+        Database database(path, _warn);
+        QCOMPARE(_warnings.size(), 1);
+        QVERIFY(_warnings.first().contains("holds"_L1));
+        try {
+            database.writtenFiles();
+            QFAIL("it isn't there");
+        } catch (const DatabaseError &error) {
+            QVERIFY(error.isLock());
+        }
+        holder.reset();
+        QCOMPARE(database.decision(u"k"_s), (StoredDecision{StoredDecision::Kind::Take, u"/c/x"_s}));
+        QVERIFY(!QFile::exists(path + u".broken-1"_s));
+    }
+
+    void aSyncDuringWhichTheMemoryIsHeldWritesNothingTwice() {
+        const EngineHome home;
+        home.addAudio(u"a.flac"_s, u"Ann"_s, u"One"_s);
+        home.addAudio(u"b.flac"_s, u"Ann"_s, u"Two"_s);
+        home.addList(u"L.csv"_s, {u"One|Ann|2"_s});
+        {
+            EngineChild engine(home);
+            engine.syncAll();
+        }
+        home.addList(u"L.csv"_s, {u"One|Ann|2"_s, u"Two|Ann|2"_s});
+        auto holder = std::make_unique<Holder>(home.path(u".local/share/zelk/engine.db"_s));
+        EngineChild engine(home);
+        QString said;
+        for (const QJsonObject &error : named(engine.syncAll(), u"error"_s)) {
+            said += dataOf(error).value("message"_L1).toString();
+        }
+        QVERIFY2(said.contains("Another program holds"_L1) && said.contains("sync again"_L1), qPrintable(said));
+        QCOMPARE(home.outputFiles(), QStringList{u"Ann - One.flac"_s});
+        holder.reset();
+        QCOMPARE(endings(engine.syncAll()).values(), QStringList({u"present"_s, u"ok downloaded"_s}));
+        QCOMPARE(home.outputFiles(), QStringList({u"Ann - One.flac"_s, u"Ann - Two.flac"_s}));
     }
 
     void aDatabaseOfAnotherKindIsSetAside() {

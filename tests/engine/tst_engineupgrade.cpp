@@ -259,7 +259,7 @@ private Q_SLOTS:
             request.config.collectionDirs = {QFileInfo(home.collection(u"x"_s)).path()};
             request.outputDir = home.output();
             SyncRun(request, RunServices{database, lists, collection, sink, home.path(u"d"_s), ops})
-                .execute([] {}, [] {});
+                .execute({[](const auto &work) { work(); }, [] {}, [] {}});
         };
         sync();
         const QMap<QString, QByteArray> before = home.outputContents();

@@ -18,15 +18,17 @@ constexpr QSize least(880, 600);
 /// The application over an engine that answers from the showcase, without the machine's own settings.
 class Stage {
 public:
-    explicit Stage(const std::shared_ptr<MockHelperClient> &engine, DesktopSettings::ColorScheme scheme, QSize size)
+    explicit Stage(const std::shared_ptr<MockHelperClient> &engine, const Look &look, QSize size)
         : _engine(engine), _model(launcherOf(engine), around()),
           _window(_model, {.clock = _clock,
                            .files = std::make_shared<SeenFiles>(),
+                           .folders = std::make_shared<ScriptedFolders>(),
                            .appearance = std::make_shared<Appearance>(_desktop, _defaults),
                            .defaults = _defaults,
                            .openUrl = {},
                            .checkForUpdates = [] {}}) {
-        _desktop->setColorScheme(scheme);
+        _desktop->setColorScheme(look.scheme);
+        _desktop->setTextScale(look.textScale);
         _desktop->setReducedMotion(true);
         for (int number = 0; number < Showcase::covers; ++number)
             _artwork.shelf.items.push_back({static_cast<quint64>(number), drawnCover(number)});
@@ -181,8 +183,8 @@ const std::array plays{
 std::vector<Scene> zelk::mainScenes() {
     std::vector<Scene> scenes;
     for (const Play &play : plays)
-        scenes.push_back({play.name, [play](DesktopSettings::ColorScheme scheme) {
-                              Stage stage(play.engine(), scheme, play.size);
+        scenes.push_back({play.name, [play](const Look &look) {
+                              Stage stage(play.engine(), look, play.size);
                               play.play(stage);
                               return stage.picture();
                           }});

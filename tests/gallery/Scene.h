@@ -10,10 +10,16 @@
 
 namespace zelk {
 
+/// What the user of the desktop wants.
+struct Look {
+    DesktopSettings::ColorScheme scheme = DesktopSettings::ColorScheme::light;
+    double textScale = 1;
+};
+
 /// A state of a window that a picture can be taken of.
 struct Scene {
     QString name;
-    std::function<QImage(DesktopSettings::ColorScheme scheme)> picture;
+    std::function<QImage(const Look &look)> picture;
 };
 
 std::vector<Scene> mainScenes();

@@ -22,9 +22,10 @@ const QByteArray checks = R"({"checks": [
 std::vector<Scene> zelk::settingsScenes() {
     std::vector<Scene> scenes;
     for (int tab = 0; tab < names.size(); ++tab)
-        scenes.push_back({u"settings-"_s + names[tab], [tab](DesktopSettings::ColorScheme scheme) {
+        scenes.push_back({u"settings-"_s + names[tab], [tab](const Look &look) {
                               SettingsBench bench(Showcase::config());
-                              bench.desktop->setColorScheme(scheme);
+                              bench.desktop->setColorScheme(look.scheme);
+                              bench.desktop->setTextScale(look.textScale);
                               bench.client->reply(Method::runDoctor, checks);
                               bench.show(tab);
                               if (bench.item("runAll"))

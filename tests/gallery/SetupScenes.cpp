@@ -25,9 +25,10 @@ constexpr std::array steps{
 std::vector<Scene> zelk::setupScenes() {
     std::vector<Scene> scenes;
     for (const Step &step : steps)
-        scenes.push_back({u"setup-"_s + step.name, [step](DesktopSettings::ColorScheme scheme) {
+        scenes.push_back({u"setup-"_s + step.name, [step](const Look &look) {
                               SetupWindow bench;
-                              bench.desktop->setColorScheme(scheme);
+                              bench.desktop->setColorScheme(look.scheme);
+                              bench.desktop->setTextScale(look.textScale);
                               bench.openAt(step.screen);
                               QTest::qWait(100);
                               return bench.window.window()->grabWindow();

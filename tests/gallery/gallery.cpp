@@ -1,5 +1,6 @@
 // Takes a picture of the windows in each of their main states, in light and in dark:
-//   gallery FOLDER [NAME]...    all of them, or those named; QT_SCALE_FACTOR gives the scale
+//   gallery [--text FACTOR] [--mirrored] FOLDER [NAME]...    all of them, or those named; QT_SCALE_FACTOR gives the
+//   scale
 #include "Scene.h"
 
 #include "Views/WindowBench.h"
@@ -20,7 +21,12 @@ int main(int argc, char *argv[]) {
     parser.addHelpOption();
     parser.addPositionalArgument(u"folder"_s, u"Where the pictures go."_s);
     parser.addPositionalArgument(u"names"_s, u"The states to show; all when there is none."_s);
+    const QCommandLineOption text(u"text"_s, u"How much larger the text is than usual."_s, u"factor"_s, u"1"_s);
+    const QCommandLineOption mirrored(u"mirrored"_s, u"The layout runs from right to left."_s);
+    parser.addOptions({text, mirrored});
     parser.process(application);
+    if (parser.isSet(mirrored))
+        QGuiApplication::setLayoutDirection(Qt::RightToLeft);
     QStringList names = parser.positionalArguments();
     if (names.isEmpty())
         parser.showHelp(1);
@@ -37,7 +43,7 @@ int main(int argc, char *argv[]) {
             for (const auto scheme : {ColorScheme::light, ColorScheme::dark}) {
                 const auto theme = scheme == ColorScheme::dark ? u"dark"_s : u"light"_s;
                 const QString path = folder.filePath(scene.name + u'-' + theme + u".png"_s);
-                const QImage picture = scene.picture(scheme);
+                const QImage picture = scene.picture({scheme, parser.value(text).toDouble()});
                 if (picture.isNull() || !picture.save(path))
                     qFatal("%s can't be written", qPrintable(path));
                 settleDown();

@@ -12,15 +12,20 @@ ConnectMusicLogic::Control controlOf(bool isConnected, bool isConnecting) {
     return isConnecting ? ConnectMusicLogic::Connecting : ConnectMusicLogic::Connect;
 }
 
+QCoro::Task<> readSettings(AppModel &model) {
+    if (!model.settings())
+        co_return;
+    auto refreshing = model.settings()->refresh();
+    co_await refreshing;
+}
+
 } // namespace
 
-ConnectMusicLogic::ConnectMusicLogic(AppModel &model, QObject *parent)
-    : QObject(parent), m_model(model), m_signIns(model) {
+ConnectMusicLogic::ConnectMusicLogic(AppModel &model, QObject *parent) : QObject(parent), m_model(model) {
     connect(&m_model, &AppModel::settingsChanged, this, &ConnectMusicLogic::attach);
     connect(m_model.automationPermission(), &AutomationPermissionMonitor::statusChanged, this,
             &ConnectMusicLogic::changed);
-    connect(&m_signIns, &SignIns::appleMusicEnded, this, [this] { set(m_connectingApple, false); });
-    connect(&m_signIns, &SignIns::spotifyEnded, this, [this] { set(m_connectingSpotify, false); });
+    connect(m_model.signIns(), &SignIns::ended, this, &ConnectMusicLogic::end);
     attach();
 }
 
@@ -66,23 +71,30 @@ void ConnectMusicLogic::begin() {
     Q_EMIT changed();
 }
 
+void ConnectMusicLogic::end(SignIns::Kind kind) {
+    if (kind == SignIns::Kind::appleMusic)
+        set(m_connectingApple, false);
+    else if (kind == SignIns::Kind::spotify)
+        set(m_connectingSpotify, false);
+}
+
 void ConnectMusicLogic::connectAppleMusic() {
     if (appleMusic() != Connect)
         return;
     set(m_connectingApple, true);
-    m_signIns.connectAppleMusic();
+    m_model.signIns()->begin(SignIns::Kind::appleMusic, readSettings);
 }
 
 void ConnectMusicLogic::connectSpotify() {
     if (spotify() != Connect)
         return;
     set(m_connectingSpotify, true);
-    m_signIns.connectSpotify();
+    m_model.signIns()->begin(SignIns::Kind::spotify);
 }
 
 void ConnectMusicLogic::allowAccess() {
     if (localAccess() == AllowAccess)
-        m_signIns.requestLocalAccess();
+        m_model.signIns()->begin(SignIns::Kind::localLibrary);
 }
 
 void ConnectMusicLogic::openSettings() {

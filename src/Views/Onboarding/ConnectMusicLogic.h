@@ -1,9 +1,8 @@
 #pragma once
 
-#include "Views/Onboarding/SignIns.h"
+#include "App/AppModel.h"
 
-#include <QColor>
-#include <QPointer>
+#include <QObject>
 #include <qqmlregistration.h>
 
 namespace zelk {
@@ -47,10 +46,10 @@ Q_SIGNALS:
 
 private:
     void attach();
+    void end(SignIns::Kind kind);
     void set(bool &flag, bool value);
 
     AppModel &m_model;
-    SignIns m_signIns;
     // Of this showing.
     bool m_connectingApple = false;
     bool m_connectingSpotify = false;

@@ -1,17 +1,17 @@
 #include "Views/Onboarding/SetupChoices.h"
 
 #include "Models/ServiceCatalog.h"
-#include "Support/TildePath.h"
 #include "Views/Onboarding/SetupRecap.h"
 
-#include <QDir>
-#include <QFileInfo>
+#include <QCoroFuture>
 
 #include <algorithm>
+#include <utility>
 
 namespace zelk {
 
-SetupChoices::SetupChoices(AppModel &model, QObject *parent) : QObject(parent), m_model(model) {
+SetupChoices::SetupChoices(AppModel &model, std::shared_ptr<FolderPanel> folders, QObject *parent)
+    : QObject(parent), m_model(model), m_folders(std::move(folders)) {
     connect(&m_model, &AppModel::setupCoordinatorChanged, this, &SetupChoices::follow);
     connect(&m_model, &AppModel::settingsChanged, this, &SetupChoices::followSettings);
     connect(m_model.automationPermission(), &AutomationPermissionMonitor::statusChanged, this, &SetupChoices::changed);
@@ -98,29 +98,31 @@ void SetupChoices::chooseQuality(int index) {
         m_coordinator->setQualityProfile(ServiceCatalog::qualityProfiles().at(static_cast<std::size_t>(index)).id);
 }
 
-QUrl SetupChoices::folderToShow() const {
-    const QString folder = expandedTilde(outputDir());
-    return QUrl::fromLocalFile(QFileInfo(folder).isDir() ? folder : QDir::homePath());
+void SetupChoices::chooseFolder() {
+    startTask(this, [self = QPointer(this), asked = m_coordinator](std::stop_token) -> QCoro::Task<> {
+        const auto choosing = self->m_folders->choose(tr("Download location"), self->outputDir());
+        const auto chosen = co_await choosing;
+        // It is for the setup that was up then.
+        if (asked && chosen)
+            asked->setOutputDir(*chosen);
+    });
 }
 
-void SetupChoices::takeFolder(const QUrl &folder) {
-    const QString path = folder.toLocalFile();
-    if (m_coordinator && !path.isEmpty())
-        m_coordinator->setOutputDir(path);
-}
-
-QString SetupChoices::playlistSummary() const {
+QVariantList SetupChoices::recap() const {
     const auto *settings = m_model.settings();
-    return zelk::playlistSummary(settings && settings->appleMusicConnected(), settings && settings->spotifyConnected(),
-                                 m_model.automationPermission()->status());
-}
-
-QString SetupChoices::sourcesSummary() const {
-    return m_coordinator ? zelk::sourcesSummary(m_coordinator->selectedSources()) : QString();
-}
-
-QString SetupChoices::qualityName() const {
-    return m_coordinator ? ServiceCatalog::qualityProfile(m_coordinator->qualityProfile()).name : QString();
+    Recap recap;
+    recap.playlists =
+        playlistSummary(settings && settings->appleMusicConnected(), settings && settings->spotifyConnected(),
+                        m_model.automationPermission()->status());
+    if (m_coordinator) {
+        recap.sources = sourcesSummary(m_coordinator->selectedSources());
+        recap.quality = ServiceCatalog::qualityProfile(m_coordinator->qualityProfile()).name;
+        recap.folder = m_coordinator->outputDir();
+    }
+    QVariantList rows;
+    for (const RecapFace &each : recapRows(recap))
+        rows += QVariant::fromValue(each);
+    return rows;
 }
 
 } // namespace zelk

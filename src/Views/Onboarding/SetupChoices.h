@@ -1,11 +1,13 @@
 #pragma once
 
 #include "App/AppModel.h"
+#include "Platform/FolderPanel.h"
 
 #include <QPointer>
-#include <QUrl>
 #include <QVariantList>
 #include <qqmlregistration.h>
+
+#include <memory>
 
 namespace zelk {
 
@@ -53,13 +55,11 @@ class SetupChoices : public QObject {
     // SourceChoices and QualityChoices, always as many, in the order of the catalogue.
     Q_PROPERTY(QVariantList sources READ sources NOTIFY changed)
     Q_PROPERTY(QVariantList qualities READ qualities NOTIFY changed)
-    // How the choices read at the end.
-    Q_PROPERTY(QString playlistSummary READ playlistSummary NOTIFY changed)
-    Q_PROPERTY(QString sourcesSummary READ sourcesSummary NOTIFY changed)
-    Q_PROPERTY(QString qualityName READ qualityName NOTIFY changed)
+    // How the choices read at the end: RecapFaces, always as many.
+    Q_PROPERTY(QVariantList recap READ recap NOTIFY changed)
 
 public:
-    explicit SetupChoices(AppModel &model, QObject *parent = nullptr);
+    SetupChoices(AppModel &model, std::shared_ptr<FolderPanel> folders, QObject *parent = nullptr);
 
     bool identityEnabled() const { return m_coordinator && m_coordinator->identityEnabled(); }
     void setIdentityEnabled(bool enabled);
@@ -74,17 +74,13 @@ public:
     QString outputDir() const { return m_coordinator ? m_coordinator->outputDir() : QString(); }
     QVariantList sources() const;
     QVariantList qualities() const;
-    QString playlistSummary() const;
-    QString sourcesSummary() const;
-    QString qualityName() const;
+    QVariantList recap() const;
 
     // Turns a source on or off, which puts the sources back into the order of the catalogue.
     Q_INVOKABLE void setSourceEnabled(int index, bool enabled);
     Q_INVOKABLE void chooseQuality(int index);
-    // Where choosing a folder begins: the one that holds so far, or home while that isn't there.
-    Q_INVOKABLE QUrl folderToShow() const;
-    // Takes the folder that the user has chosen; an address of nothing changes nothing.
-    Q_INVOKABLE void takeFolder(const QUrl &folder);
+    // Lets the user choose where files are saved, from the folder that holds so far on.
+    Q_INVOKABLE void chooseFolder();
 
 Q_SIGNALS:
     void changed();
@@ -94,6 +90,7 @@ private:
     void followSettings();
 
     AppModel &m_model;
+    const std::shared_ptr<FolderPanel> m_folders;
     QPointer<SetupCoordinator> m_coordinator;
 };
 

@@ -12,9 +12,10 @@ const QString didOnboard = u"didOnboard"_s;
 
 } // namespace
 
-SetupLogic::SetupLogic(AppModel &model, std::shared_ptr<UserDefaults> defaults, QObject *parent)
+SetupLogic::SetupLogic(AppModel &model, std::shared_ptr<UserDefaults> defaults, std::shared_ptr<FolderPanel> folders,
+                       QObject *parent)
     : QObject(parent), m_model(model), m_defaults(std::move(defaults)), m_tools(model), m_music(model),
-      m_choices(model) {
+      m_choices(model, std::move(folders)) {
     connect(&m_model, &AppModel::setupCoordinatorChanged, this, &SetupLogic::follow);
     connect(&m_model, &AppModel::toolProvisioningChanged, this, &SetupLogic::followTools);
     connect(&m_model, &AppModel::isOnboardingPresentedChanged, this, &SetupLogic::remember);

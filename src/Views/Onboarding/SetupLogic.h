@@ -43,7 +43,8 @@ class SetupLogic : public QObject {
 public:
     using Screen = SetupCoordinator::Screen;
 
-    SetupLogic(AppModel &model, std::shared_ptr<UserDefaults> defaults, QObject *parent = nullptr);
+    SetupLogic(AppModel &model, std::shared_ptr<UserDefaults> defaults, std::shared_ptr<FolderPanel> folders,
+               QObject *parent = nullptr);
 
     // Opens the setup for somebody who has never been through it.
     void offer();

@@ -9,12 +9,20 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace zelk {
 
+namespace {
+
+QString tr(const char *text) {
+    return QCoreApplication::translate("zelk", text);
+}
+
+} // namespace
+
 QString playlistSummary(bool appleMusicConnected, bool spotifyConnected, ConsentStatus localAccess) {
     QStringList names;
     if (appleMusicConnected)
         names += u"Apple Music"_s;
     else if (localAccess == ConsentStatus::authorized)
-        names += QCoreApplication::translate("zelk", "Apple Music (local)");
+        names += tr("Apple Music (local)");
     if (spotifyConnected)
         names += u"Spotify"_s;
     return names.join(u", "_s);
@@ -25,6 +33,17 @@ QString sourcesSummary(const std::vector<SourceId> &sources) {
     for (const SourceId source : sources)
         names += ServiceCatalog::downloadSource(source).name;
     return names.join(u", "_s);
+}
+
+std::vector<RecapFace> recapRows(const Recap &recap) {
+    // Without a source of audio the row says nothing, for that is what was chosen.
+    const QString playlists = recap.playlists.isEmpty() ? tr("None yet") : recap.playlists;
+    return {
+        {u"recapAccounts"_s, u"music.note.list"_s, tr("Playlist sources"), playlists},
+        {u"recapSources"_s, u"square.and.arrow.down"_s, tr("Download sources"), recap.sources},
+        {u"recapQuality"_s, u"waveform"_s, tr("Quality"), recap.quality},
+        {u"recapFolder"_s, u"folder"_s, tr("Saved to"), recap.folder, true},
+    };
 }
 
 } // namespace zelk

@@ -3,6 +3,7 @@
 #include "Platform/ConsentStatus.h"
 #include "Transport/HelperProtocolCatalogue.h"
 
+#include <QObject>
 #include <QString>
 
 #include <vector>
@@ -15,5 +16,30 @@ QString playlistSummary(bool appleMusicConnected, bool spotifyConnected, Consent
 
 // Where audio will come from; empty when every source is off.
 QString sourcesSummary(const std::vector<SourceId> &sources);
+
+// What was chosen, in words.
+struct Recap {
+    QString playlists, sources, quality, folder;
+};
+
+// A row of what was chosen.
+struct RecapFace {
+    Q_GADGET
+    Q_PROPERTY(QString name MEMBER name CONSTANT)
+    Q_PROPERTY(QString symbol MEMBER symbol CONSTANT)
+    Q_PROPERTY(QString title MEMBER title CONSTANT)
+    Q_PROPERTY(QString value MEMBER value CONSTANT)
+    Q_PROPERTY(bool isFolder MEMBER isFolder CONSTANT)
+
+public:
+    QString name; // of its control
+    QString symbol, title, value;
+    bool isFolder = false; // which may be changed
+
+    bool operator==(const RecapFace &) const = default;
+};
+
+// In their order.
+std::vector<RecapFace> recapRows(const Recap &recap);
 
 } // namespace zelk

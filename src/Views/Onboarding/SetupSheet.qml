@@ -9,6 +9,8 @@ T.Popup {
     id: sheet
 
     required property SetupLogic logic
+    // Opens the settings, a window of their own that waits for no setup.
+    required property T.Action settings
 
     anchors.centerIn: T.Overlay.overlay
     width: Tokens.size.sheetWidth
@@ -91,10 +93,16 @@ T.Popup {
         }
     }
 
-    // The menu's own is behind the sheet, and quitting is nobody's to keep.
+    // The menu's own are behind the sheet, and quitting is nobody's to keep.
     Shortcut {
         sequences: ["Ctrl+Q"]
         enabled: sheet.visible
         onActivated: Qt.quit()
+    }
+
+    Shortcut {
+        sequences: [sheet.settings.shortcut]
+        enabled: sheet.visible
+        onActivated: sheet.settings.trigger()
     }
 }

@@ -1,6 +1,6 @@
 #include "Views/Settings/AccountLogic.h"
 
-#include "Services/AppleMusicAuthService.h"
+#include <utility>
 
 namespace zelk {
 
@@ -16,6 +16,16 @@ AccountService serviceOf(PlaylistSourceId source) {
     return {};
 }
 
+SignIns::Kind kindOf(PlaylistSourceId source) {
+    switch (source) {
+    case PlaylistSourceId::apple:
+        return SignIns::Kind::appleMusic;
+    case PlaylistSourceId::spotify:
+        return SignIns::Kind::spotify;
+    }
+    return {};
+}
+
 QString lastErrorOf(const SettingsStore *settings) {
     return settings ? settings->lastError().value_or(QString()) : QString();
 }
@@ -23,7 +33,9 @@ QString lastErrorOf(const SettingsStore *settings) {
 } // namespace
 
 AccountLogic::AccountLogic(AppModel &model, PlaylistSourceId source, QObject *parent)
-    : QObject(parent), m_model(model), m_source(source) {
+    : QObject(parent), m_model(model), m_source(source), m_kind(kindOf(source)) {
+    connect(m_model.signIns(), &SignIns::changed, this, &AccountLogic::changed);
+    connect(m_model.signIns(), &SignIns::ended, this, &AccountLogic::endSignIn);
     connect(&m_model, &AppModel::settingsChanged, this, &AccountLogic::attach);
     attach();
 }
@@ -57,47 +69,40 @@ void AccountLogic::dropStoresFailure() {
     Q_EMIT changed();
 }
 
-void AccountLogic::act() {
-    if (!canAct())
-        return;
-    const bool connecting = !isConnected();
-    begin(connecting);
-    // The model's task: it goes on when whoever started it has closed the window.
-    startTask(&m_model, [self = QPointer(this), connecting](const std::stop_token &) -> QCoro::Task<> {
-        return connecting ? connectAccount(self) : disconnectAccount(self);
-    });
-}
-
-void AccountLogic::begin(bool connecting) {
-    m_connecting = connecting;
+void AccountLogic::leave() {
     m_failure.clear();
     Q_EMIT changed();
 }
 
-void AccountLogic::end(const QString &failure, bool isStoresFailure) {
-    m_connecting = false;
+void AccountLogic::act() {
+    if (!canAct())
+        return;
+    m_saidBefore.reset();
+    tell({}, false);
+    if (!isConnected())
+        return signIn();
+    // The model's task: it goes on when whoever started it has closed the window.
+    startTask(&m_model, [self = QPointer(this)](const std::stop_token &) { return disconnectAccount(self); });
+}
+
+void AccountLogic::signIn() {
+    m_saidBefore = lastErrorOf(m_settings);
+    m_model.signIns()->begin(m_kind);
+}
+
+void AccountLogic::endSignIn(SignIns::Kind kind) {
+    if (kind != m_kind || !m_saidBefore)
+        return;
+    // A sign-in that failed has said so, and has read nothing back: what the store says then is older.
+    const QString before = *std::exchange(m_saidBefore, std::nullopt);
+    const QString after = lastErrorOf(m_settings);
+    tell(after == before ? QString() : after, true);
+}
+
+void AccountLogic::tell(const QString &failure, bool isStoresFailure) {
     m_failure = failure;
     m_isStoresFailure = isStoresFailure;
     Q_EMIT changed();
-}
-
-QCoro::Task<> AccountLogic::signIn() {
-    if (m_source == PlaylistSourceId::apple)
-        return AppleMusicAuthService::shared().connect(m_model);
-    return m_model.connectSpotify();
-}
-
-QCoro::Task<> AccountLogic::connectAccount(QPointer<AccountLogic> self) {
-    if (!self)
-        co_return;
-    const QString before = lastErrorOf(self->m_settings);
-    auto signingIn = self->signIn();
-    co_await signingIn;
-    if (!self || !self->m_connecting)
-        co_return;
-    // A sign-in that failed has said so, and has read nothing back: what the store says then is older.
-    const QString after = lastErrorOf(self->m_settings);
-    self->end(after == before ? QString() : after, true);
 }
 
 QCoro::Task<> AccountLogic::disconnectAccount(QPointer<AccountLogic> self) {
@@ -113,9 +118,9 @@ QCoro::Task<> AccountLogic::disconnectAccount(QPointer<AccountLogic> self) {
     if (!self)
         co_return;
     if (failure.isEmpty())
-        self->end(lastErrorOf(self->m_settings), true);
+        self->tell(lastErrorOf(self->m_settings), true);
     else
-        self->end(failure, false);
+        self->tell(failure, false);
 }
 
 } // namespace zelk

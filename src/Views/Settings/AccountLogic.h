@@ -7,6 +7,8 @@
 #include <QPointer>
 #include <qqmlregistration.h>
 
+#include <optional>
+
 namespace zelk {
 
 // One account whose playlists are read. Whether it is connected is the configuration's to say, and its row stays as it
@@ -19,7 +21,7 @@ class AccountLogic : public QObject {
     Q_PROPERTY(QString logo READ logo CONSTANT)
     Q_PROPERTY(QColor accent READ accent CONSTANT)
     Q_PROPERTY(zelk::AccountFace face READ face NOTIFY changed)
-    // False while the user signs in: a second sign-in would open a second page.
+    // False while the user signs in, here or in the setup: a second sign-in would open a second page.
     Q_PROPERTY(bool canAct READ canAct NOTIFY changed)
     // Why what was asked for didn't happen; empty for none. A failed sign-in is told by whoever signs in.
     Q_PROPERTY(QString failure READ failure NOTIFY changed)
@@ -31,11 +33,13 @@ public:
     QString logo() const { return Tokens::Source::logoAsset(m_source); }
     QColor accent() const { return Tokens::Source::accent(m_source); }
     AccountFace face() const { return accountFace(isConnected()); }
-    bool canAct() const { return !m_connecting || isConnected(); }
+    bool canAct() const { return !m_model.signIns()->isUnderWay(m_kind) || isConnected(); }
     QString failure() const { return m_failure; }
 
     // Does what the face says.
     Q_INVOKABLE void act();
+    // Whoever looked is gone: a failure has been seen.
+    void leave();
 
 Q_SIGNALS:
     void changed();
@@ -44,16 +48,17 @@ private:
     bool isConnected() const;
     void attach();
     void dropStoresFailure();
-    void begin(bool connecting);
-    void end(const QString &failure, bool isStoresFailure);
-    QCoro::Task<> signIn();
-    static QCoro::Task<> connectAccount(QPointer<AccountLogic> self);
+    void signIn();
+    void endSignIn(SignIns::Kind kind);
+    void tell(const QString &failure, bool isStoresFailure);
     static QCoro::Task<> disconnectAccount(QPointer<AccountLogic> self);
 
     AppModel &m_model;
     const PlaylistSourceId m_source;
+    const SignIns::Kind m_kind;
     QPointer<SettingsStore> m_settings;
-    bool m_connecting = false;
+    // What the store said before the sign-in that was begun here, while that is under way.
+    std::optional<QString> m_saidBefore;
     QString m_failure;
     bool m_isStoresFailure = false; // which goes when the store's does
 };

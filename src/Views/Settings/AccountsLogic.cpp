@@ -1,7 +1,6 @@
 #include "Views/Settings/AccountsLogic.h"
 
 #include "Services/AppleMusicLocalAccess.h"
-#include "Views/LocalAccess.h"
 
 namespace zelk {
 
@@ -10,13 +9,17 @@ AccountsLogic::AccountsLogic(AppModel &model, QObject *parent) : QObject(parent)
             &AccountsLogic::localChanged);
 }
 
+void AccountsLogic::leave() {
+    m_appleMusic.leave();
+    m_spotify.leave();
+}
+
 void AccountsLogic::actOnLocal() {
     switch (m_model.automationPermission()->status()) {
     case ConsentStatus::authorized:
         return;
     case ConsentStatus::undetermined:
-        startTask(&m_model,
-                  [model = QPointer(&m_model)](const std::stop_token &) { return requestLocalAccess(model); });
+        m_model.signIns()->begin(SignIns::Kind::localLibrary);
         return;
     case ConsentStatus::denied:
         AppleMusicLocalAccess::shared().openAutomationSettings();

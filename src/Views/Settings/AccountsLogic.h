@@ -22,6 +22,7 @@ public:
 
     // Does what the local library's face says.
     Q_INVOKABLE void actOnLocal();
+    void leave();
 
 Q_SIGNALS:
     void localChanged();

@@ -31,6 +31,7 @@ SettingsPage {
 
         FormBlock {
             Row {
+                anchors.left: parent?.left
                 spacing: Tokens.space.sm
 
                 PushButton {

@@ -48,6 +48,7 @@ SettingsPage {
         FormBlock {
             PushButton {
                 objectName: "checkForUpdates"
+                anchors.left: parent?.left
                 text: qsTr("Check for Updates…")
                 onClicked: page.logic.checkForUpdates()
             }
@@ -61,6 +62,7 @@ SettingsPage {
         FormBlock {
             PushButton {
                 objectName: "reRunSetup"
+                anchors.left: parent?.left
                 text: qsTr("Re-run Setup Wizard…")
                 onClicked: page.logic.reRunSetup()
             }

@@ -31,6 +31,7 @@ SettingsPage {
 
         footnotes: StatusPill {
             objectName: "writable"
+            anchors.left: parent?.left
             visible: page.logic.outputDir !== ""
             text: page.logic.writable ? qsTr("Folder is writable.") : qsTr("Folder is not writable.")
             symbol: page.logic.writable ? "checkmark.circle" : "exclamationmark.triangle"

@@ -69,6 +69,12 @@ void ProxyLogic::forget() {
     change([](SettingsStore &settings) { return settings.disconnectProxy(); });
 }
 
+void ProxyLogic::leave() {
+    m_face.subscription.clear();
+    m_face.testResult.reset();
+    Q_EMIT changed();
+}
+
 // The model's task: it goes on when whoever started it has closed the window.
 void ProxyLogic::change(std::function<QCoro::Task<>(SettingsStore &)> changing) {
     startTask(&m_model,

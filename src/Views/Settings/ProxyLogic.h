@@ -53,6 +53,8 @@ public:
     Q_INVOKABLE void saveSubscription();
     Q_INVOKABLE void runTest();
     Q_INVOKABLE void forget();
+    // Whoever looked is gone: what was entered isn't kept, and how the last test went has been seen.
+    void leave();
 
 Q_SIGNALS:
     void changed();

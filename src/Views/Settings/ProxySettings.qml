@@ -35,6 +35,7 @@ SettingsPage {
                 height: action.height
 
                 Row {
+                    anchors.left: parent.left
                     spacing: Tokens.space.md
 
                     PushButton {

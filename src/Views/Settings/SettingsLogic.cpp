@@ -2,10 +2,6 @@
 
 namespace zelk {
 
-SettingsLogic::SettingsLogic(QList<SettingsTab> tabs, int current) : m_tabs(std::move(tabs)) {
-    setCurrent(current);
-}
-
 QVariantList SettingsLogic::tabs() const {
     QVariantList all;
     for (const SettingsTab &each : m_tabs)

@@ -34,7 +34,7 @@ class SettingsLogic : public QObject {
     Q_PROPERTY(int current READ current WRITE setCurrent NOTIFY currentChanged)
 
 public:
-    SettingsLogic(QList<SettingsTab> tabs, int current);
+    explicit SettingsLogic(QList<SettingsTab> tabs) : m_tabs(std::move(tabs)) {}
 
     QVariantList tabs() const;
     int current() const { return m_current; }

@@ -12,6 +12,11 @@ FocusScope {
     // The window opens with the keyboard on its tab, which needs no ring until a key is pressed.
     property bool ringed: false
 
+    // By that many places on the screen.
+    function goAcross(places: int) {
+        bar.go(bar.logic.current + (bar.LayoutMirroring.enabled ? -places : places));
+    }
+
     function go(index: int) {
         bar.ringed = true;
         bar.logic.current = Math.max(0, Math.min(tabs.count - 1, index));
@@ -27,8 +32,8 @@ FocusScope {
     }
     Accessible.role: Accessible.PageTabList
     Accessible.name: qsTr("Settings")
-    Keys.onLeftPressed: bar.go(bar.logic.current - 1)
-    Keys.onRightPressed: bar.go(bar.logic.current + 1)
+    Keys.onLeftPressed: bar.goAcross(-1)
+    Keys.onRightPressed: bar.goAcross(1)
     Keys.onPressed: event => {
         event.accepted = event.key === Qt.Key_Home || event.key === Qt.Key_End;
         if (event.accepted)

@@ -9,6 +9,8 @@ Window {
 
     required property SettingsLogic logic
 
+    LayoutMirroring.enabled: Qt.application.layoutDirection === Qt.RightToLeft // qmllint disable
+    LayoutMirroring.childrenInherit: true
     objectName: "settingsWindow"
     title: qsTr("Settings")
     width: Tokens.size.settingsWidth

@@ -9,14 +9,15 @@
 #include "Views/Settings/ProxyLogic.h"
 #include "Views/Settings/QualityLogic.h"
 #include "Views/Settings/SettingsLogic.h"
+#include "Views/Settings/SettingsTabs.h"
 #include "Views/Settings/SourcesLogic.h"
 #include "Views/ViewEngine.h"
 
-#include <QCoreApplication>
 #include <QQmlComponent>
 #include <QQmlEngine>
 #include <QQuickWindow>
 
+#include <array>
 #include <utility>
 
 using namespace Qt::Literals::StringLiterals;
@@ -25,10 +26,6 @@ namespace zelk {
 
 namespace {
 
-QString label(const char *text) {
-    return QCoreApplication::translate("SettingsView", text);
-}
-
 QUrl view(const QString &name) {
     return viewUrl(u"Settings/"_s + name);
 }
@@ -36,22 +33,18 @@ QUrl view(const QString &name) {
 } // namespace
 
 struct SettingsWindow::Contents {
-    Contents(AppModel &model, const Surroundings &around, int tab)
+    Contents(AppModel &model, const Surroundings &around)
         : general(model, *around.updater, around.appearance, around.defaults), accounts(model), sources(model),
           quality(model), output(model, around.folders), proxy(model), cliTool(model, around.installer),
-          diagnostics(model), logic(tabs(), tab) {}
+          diagnostics(model), logic(tabs()) {}
 
     QList<SettingsTab> tabs() {
-        return {
-            {label("General"), u"gear"_s, view(u"GeneralSettings"_s), &general},
-            {label("Accounts"), u"person.crop.circle"_s, view(u"AccountsSettings"_s), &accounts},
-            {label("Sources"), u"square.stack.3d.up"_s, view(u"SourcesSettings"_s), &sources},
-            {label("Quality"), u"waveform"_s, view(u"QualitySettings"_s), &quality},
-            {label("Output"), u"folder"_s, view(u"OutputSettings"_s), &output},
-            {label("Vantrix VPN"), u"lock.shield"_s, view(u"ProxySettings"_s), &proxy},
-            {label("Command Line"), u"terminal"_s, view(u"CLIToolSettings"_s), &cliTool},
-            {label("Diagnostics"), u"stethoscope"_s, view(u"DiagnosticsSettings"_s), &diagnostics},
-        };
+        const std::array<QObject *, 8> logics{&general, &accounts, &sources, &quality,
+                                              &output,  &proxy,    &cliTool, &diagnostics};
+        QList<SettingsTab> made;
+        for (std::size_t i = 0; const SettingsTabFace &face : settingsTabFaces())
+            made += {face.label, face.symbol, view(face.view), logics.at(i++)};
+        return made;
     }
 
     GeneralLogic general;
@@ -63,7 +56,7 @@ struct SettingsWindow::Contents {
     CLIToolLogic cliTool;
     DiagnosticsLogic diagnostics;
     SettingsLogic logic;
-    std::unique_ptr<QQuickWindow> window; // last: it goes before what it shows
+    std::unique_ptr<QQuickWindow> window; // another with each opening; last: it goes before what it shows
 };
 
 SettingsWindow::SettingsWindow(AppModel &model, Surroundings surroundings)
@@ -98,9 +91,9 @@ void SettingsWindow::make() {
         m_engine = std::make_unique<QQmlEngine>();
         prepareViewEngine(*m_engine);
         m_surroundings.appearance->dress(tokens());
+        m_contents = std::make_unique<Contents>(m_model, m_surroundings);
     }
-    m_contents.reset();
-    m_contents = std::make_unique<Contents>(m_model, m_surroundings, m_tab);
+    m_contents->window.reset();
     QQmlComponent component(m_engine.get(), view(u"SettingsView"_s));
     // 6.4 looks into a component that failed to load.
     std::unique_ptr<QObject> made(component.isReady() ? component.createWithInitialProperties(
@@ -116,15 +109,16 @@ void SettingsWindow::make() {
     window->setTransientParent(&m_none);
     QObject::connect(window, &QWindow::visibleChanged, &m_contents->logic, [this](bool visible) {
         if (!visible)
-            remember();
+            leave();
     });
     if (SettingsStore *const settings = m_model.settings())
         startTask(settings, [settings](const std::stop_token &) { return settings->refresh(); });
 }
 
-void SettingsWindow::remember() {
-    m_tab = m_contents->logic.current();
+void SettingsWindow::leave() {
     m_place = m_contents->window->position();
+    m_contents->accounts.leave();
+    m_contents->proxy.leave();
 }
 
 } // namespace zelk

@@ -20,8 +20,9 @@ namespace zelk {
 
 class TokensSingleton;
 
-// The window of the settings, of which there is one at most. Each opening begins anew, but for the tab in view and the
-// window's place, which last as long as this does. The application doesn't go on for its sake.
+// The window of the settings, of which there is one at most. Each opening begins anew, but for the tab in view, the
+// window's place and what is under way, whose end shows when the window is there again. The application doesn't go on
+// for its sake.
 class SettingsWindow {
 public:
     // What the settings need of the machine and of the application that they are part of.
@@ -49,15 +50,14 @@ public:
 private:
     struct Contents;
     void make();
-    void remember();
+    void leave();
 
     AppModel &m_model;
     const Surroundings m_surroundings;
     QWindow m_none; // never shown: with a window before it, this one doesn't keep the application going
-    int m_tab = 0;
     std::optional<QPoint> m_place;
     std::unique_ptr<QQmlEngine> m_engine;
-    std::unique_ptr<Contents> m_contents; // while it is open; goes before the engine
+    std::unique_ptr<Contents> m_contents; // from the first opening; goes before the engine
 };
 
 } // namespace zelk

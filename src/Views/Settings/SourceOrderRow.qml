@@ -16,12 +16,13 @@ ReorderRow {
 
     objectName: "sourceRow"
     label: row.name
-    textInset: words.x
+    textInset: words.anchors.leftMargin
     implicitHeight: Math.max(Tokens.size.formRowOfTwoLines, words.height + 2 * Tokens.space.sm)
 
     Symbol {
         id: icon
 
+        anchors.left: parent.left
         anchors.verticalCenter: parent.verticalCenter
         name: row.symbol
         color: row.isEnabled ? Tokens.color.primary : Tokens.color.secondary
@@ -33,8 +34,10 @@ ReorderRow {
     Column {
         id: words
 
-        x: icon.width + Tokens.space.lg
-        width: toggle.x - x - Tokens.space.md
+        anchors.left: parent.left
+        anchors.leftMargin: icon.width + Tokens.space.lg
+        anchors.right: toggle.left
+        anchors.rightMargin: Tokens.space.md
         anchors.verticalCenter: parent.verticalCenter
         spacing: Tokens.space.xxs
 

@@ -235,6 +235,20 @@ private Q_SLOTS:
         QVERIFY(reached.contains(controls));
     }
 
+    void theSettingsOpenBesideTheSetup() {
+        SetupWindow bench;
+        bench.open();
+        bench.key(Qt::Key_Comma, Qt::ControlModifier);
+        QCOMPARE(bench.settingsOpened, 1);
+        QVERIFY(bench.model.isOnboardingPresented());
+        bench.press("setupPrimary");
+        bench.model.setOnboardingPresented(false);
+        QTRY_VERIFY(!bench.item("setupSheet"));
+        bench.key(Qt::Key_Comma, Qt::ControlModifier);
+        settleDown();
+        QCOMPARE(bench.settingsOpened, 2); // once, as without a setup
+    }
+
     void nothingBehindTheSheetIsInReach() {
         SetupWindow bench;
         bench.loadLibraryInto();

@@ -177,53 +177,36 @@ private Q_SLOTS:
         QCOMPARE(QAccessible::queryAccessibleInterface(bench.item("quality1"))->role(), QAccessible::RadioButton);
     }
 
-    void aFolderIsTakenAsItsPathAndACancelChangesNothing() {
-        const QTemporaryDir folder;
-        QVERIFY(QDir(folder.path()).mkpath(u"new folder"_s));
-        SafeConfig config = withSources({});
-        config.outputDir = folder.path();
-        SetupWindow bench;
-        bench.openAt(Screen::fineTuning, config);
-        const auto button = [&bench](const QString &text) {
-            return WindowBench::itemsOf(bench.content(),
-                                        [&text](QQuickItem *each) {
-                                            return each->inherits("QQuickAbstractButton") &&
-                                                   each->property("text").toString() == text;
-                                        })
-                .value(0);
-        };
-        bench.press("folderChoose");
-        QTRY_VERIFY(button(u"Cancel"_s));
-        bench.click(button(u"Cancel"_s));
-        QTRY_VERIFY(!button(u"Cancel"_s));
-        QCOMPARE(bench.coordinator()->outputDir(), folder.path());
-        bench.press("folderChoose");
-        QTRY_VERIFY(button(u"Open"_s));
-        QTRY_VERIFY(bench.shows(u"new folder"_s)); // the only one there is, and so the one to be opened
-        bench.click(button(u"Open"_s));
-        QTRY_COMPARE(bench.coordinator()->outputDir(), folder.filePath(u"new folder"_s));
-        QVERIFY(bench.shows(bench.coordinator()->outputDir()));
-    }
-
-    void anAddressThatIsNoFolderChangesNothing() {
+    void theFolderThatIsChosenIsTakenAndACancelChangesNothing() {
         SetupWindow bench;
         bench.openAt(Screen::fineTuning, withSources({}));
-        SetupChoices choices(bench.model);
-        for (const auto &nowhere : {QUrl(), QUrl(u"https://x/music"_s)})
-            choices.takeFolder(nowhere);
+        bench.press("folderChoose");
+        settleDown();
         QCOMPARE(bench.coordinator()->outputDir(), u"~/Music/DjayImport"_s);
+        bench.folders->next = u"/music/new folder"_s;
+        bench.click(bench.item("folderChoose"));
+        QTRY_COMPARE(bench.coordinator()->outputDir(), u"/music/new folder"_s);
+        QVERIFY(bench.shows(u"/music/new folder"_s));
+        bench.press("folderChoose");
+        settleDown();
+        QCOMPARE(bench.folders->starts,
+                 (QStringList{u"~/Music/DjayImport"_s, u"~/Music/DjayImport"_s, u"/music/new folder"_s}));
+        QCOMPARE(bench.folders->titles.first(), u"Download location"_s);
     }
 
-    void choosingAFolderBeginsAtTheOneThatHoldsOrAtHome() {
-        const QTemporaryDir folder;
+    void aFolderIsForTheSetupThatAskedForIt() {
         SetupWindow bench;
         bench.openAt(Screen::fineTuning, withSources({}));
-        const SetupChoices choices(bench.model);
-        QCOMPARE(choices.folderToShow(), QUrl::fromLocalFile(QDir::homePath())); // the default isn't there yet
-        bench.coordinator()->setOutputDir(folder.path());
-        QCOMPARE(choices.folderToShow(), QUrl::fromLocalFile(folder.path()));
-        bench.coordinator()->setOutputDir(u"~"_s);
-        QCOMPARE(choices.folderToShow(), QUrl::fromLocalFile(QDir::homePath()));
+        bench.folders->holds = true;
+        bench.folders->next = u"/music/late"_s;
+        bench.press("folderChoose");
+        QTRY_COMPARE(bench.folders->starts.size(), 1);
+        bench.model.setOnboardingPresented(false);
+        QTRY_VERIFY(!bench.item("setupSheet"));
+        bench.openAt(Screen::fineTuning, withSources({}));
+        bench.folders->release();
+        settleDown();
+        QCOMPARE(bench.coordinator()->outputDir(), u"~/Music/DjayImport"_s);
     }
 
     void anIconWithoutAGlyphShowsItsSymbolInTheSameFrame() {

@@ -135,6 +135,31 @@ private Q_SLOTS:
         QTEST(playlistSummary(apple, spotify, local), "text");
     }
 
+    void theRowsAtTheEnd_data() {
+        QTest::addColumn<int>("place");
+        QTest::addColumn<QString>("symbol");
+        QTest::addColumn<QString>("title");
+        QTest::addColumn<QString>("value");
+        QTest::addColumn<QString>("valueOfNothing");
+        QTest::newRow("accounts") << 0 << u"music.note.list"_s << u"Playlist sources"_s << u"a"_s << u"None yet"_s;
+        QTest::newRow("sources") << 1 << u"square.and.arrow.down"_s << u"Download sources"_s << u"b"_s << QString();
+        QTest::newRow("quality") << 2 << u"waveform"_s << u"Quality"_s << u"c"_s << QString();
+        QTest::newRow("folder") << 3 << u"folder"_s << u"Saved to"_s << u"d"_s << QString();
+    }
+    void theRowsAtTheEnd() {
+        QFETCH(int, place);
+        const auto rows = recapRows({.playlists = u"a"_s, .sources = u"b"_s, .quality = u"c"_s, .folder = u"d"_s});
+        QCOMPARE(rows.size(), 4u);
+        const RecapFace &row = rows.at(static_cast<std::size_t>(place));
+        QTEST(row.symbol, "symbol");
+        QTEST(row.title, "title");
+        QTEST(row.value, "value");
+        QCOMPARE(row.isFolder, place == 3);
+        QVERIFY(Symbols::contains(row.symbol));
+        const Recap nothing;
+        QTEST(recapRows(nothing).at(static_cast<std::size_t>(place)).value, "valueOfNothing");
+    }
+
     void theSourcesAreNamedInTheOrderOfTheList() {
         QCOMPARE(sourcesSummary({}), QString());
         QCOMPARE(sourcesSummary({SourceId::youtube, SourceId::soulseek}), u"YouTube, Soulseek"_s);

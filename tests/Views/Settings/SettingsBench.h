@@ -4,12 +4,12 @@
 #include "Services/InstallerBench.h"
 #include "Services/UpdaterModel.h"
 #include "Styling/TokensSingleton.h"
-#include "Support/OneShot.h"
 #include "Support/SampleData.h"
 #include "Support/ScriptedClient.h"
 #include "Support/Settle.h"
 #include "Views/Accessible.h"
 #include "Views/Appearance.h"
+#include "Views/ScriptedFolders.h"
 #include "Views/Settings/SettingsWindow.h"
 
 #include <QNetworkAccessManager>
@@ -29,25 +29,12 @@ inline void failOnWarnings() {
     QTest::failOnWarning(QRegularExpression(QStringLiteral("^(?!This plugin does not support raise)")));
 }
 
-// Answers the question for a folder as the test tells it.
-class ScriptedFolders final : public FolderPanel {
-public:
-    QFuture<std::optional<QString>> choose(const QString &, const QString &start) override {
-        starts += start;
-        OneShot<std::optional<QString>> answer(nullptr);
-        answer.fulfil(next);
-        return answer.future();
-    }
-
-    std::optional<QString> next;
-    QStringList starts;
-};
-
 // A desktop whose user wants what the test says.
 class WantedDesktop final : public DesktopSettings {
 public:
     using DesktopSettings::setColorScheme;
     using DesktopSettings::setIncreasedContrast;
+    using DesktopSettings::setTextScale;
 };
 
 // Counts how often something is said of an update.

@@ -27,8 +27,8 @@ ChoiceControl {
     }
 
     Rectangle {
-        x: words.x
-        width: parent.width - x
+        anchors.left: words.left
+        anchors.right: parent.right
         height: Tokens.size.hairline
         visible: option.divided
         color: Tokens.color.divider
@@ -38,7 +38,8 @@ ChoiceControl {
         id: mark
 
         objectName: "qualityMark"
-        x: Tokens.space.lg
+        anchors.left: parent.left
+        anchors.leftMargin: Tokens.space.lg
         anchors.verticalCenter: parent.verticalCenter
         name: option.on ? "largecircle.fill.circle" : "circle"
         color: option.on ? Tokens.color.accent : Tokens.color.secondary

@@ -5,36 +5,32 @@ import QtQuick
 import zelk
 
 Item {
-    id: row
+    id: recap
 
-    required property string symbol
-    required property string title
-    required property string value
-    // Without it there is nothing to be said.
-    property bool ok: true
+    required property var row // a RecapFace
     property bool divided: false
-    property int elide: Text.ElideRight
-    property string buttonText: ""
 
-    signal activated
+    signal changing
 
     width: parent?.width ?? 0
-    implicitHeight: Tokens.size.recapRow
+    implicitHeight: Math.max(Tokens.size.recapRow, words.height + 2 * Tokens.space.sm)
 
     Rectangle {
-        x: name.x
-        width: parent.width - x
+        anchors.left: name.left
+        anchors.right: parent.right
         height: Tokens.size.hairline
-        visible: row.divided
+        visible: recap.divided
         color: Tokens.color.divider
     }
 
     Symbol {
         id: mark
 
-        x: Tokens.space.lg
+        objectName: "recapSymbol"
+        anchors.left: parent.left
+        anchors.leftMargin: Tokens.space.lg
         anchors.verticalCenter: parent.verticalCenter
-        name: row.symbol
+        name: recap.row.symbol
         size: Tokens.size.labelSymbol
     }
 
@@ -44,11 +40,12 @@ Item {
         anchors.left: mark.right
         anchors.leftMargin: Tokens.space.md
         anchors.verticalCenter: parent.verticalCenter
-        text: row.title
+        text: recap.row.title
         font: Tokens.font.callout
     }
 
-    TextLine {
+    // A path is cut in its middle; whatever else was chosen is read whole.
+    Text {
         id: words
 
         objectName: "recapValue"
@@ -58,10 +55,15 @@ Item {
         anchors.rightMargin: button.visible ? Tokens.space.md : Tokens.space.lg
         anchors.verticalCenter: parent.verticalCenter
         horizontalAlignment: Text.AlignRight
-        elide: row.elide
-        text: row.ok ? row.value : qsTr("None yet")
+        textFormat: Text.PlainText
+        wrapMode: recap.row.isFolder ? Text.NoWrap : Text.Wrap
+        elide: recap.row.isFolder ? Text.ElideMiddle : Text.ElideNone
+        text: recap.row.value
         color: Tokens.color.secondary
         font: Tokens.font.callout
+        Accessible.role: Accessible.StaticText
+        Accessible.name: words.text
+        Accessible.ignored: words.text === ""
 
         HoverHandler {
             id: hover
@@ -80,9 +82,9 @@ Item {
         anchors.right: parent.right
         anchors.rightMargin: Tokens.space.lg
         anchors.verticalCenter: parent.verticalCenter
-        visible: row.buttonText !== ""
+        visible: recap.row.isFolder
         small: true
-        text: row.buttonText
-        onClicked: row.activated()
+        text: qsTr("Change…")
+        onClicked: recap.changing()
     }
 }

@@ -68,7 +68,7 @@ Flickable {
         opacity: area.arrival
 
         transform: Translate {
-            x: (1 - area.arrival) * Tokens.space.xl
+            x: (area.LayoutMirroring.enabled ? -1 : 1) * (1 - area.arrival) * Tokens.space.xl
         }
     }
 

@@ -1,4 +1,4 @@
-// A service in the setup: its mark, what it is for, and at the right whatever is done with it.
+// A service in the setup: its mark, what it is for, and at the end whatever is done with it.
 pragma ComponentBehavior: Bound
 
 import QtQuick
@@ -15,14 +15,15 @@ Item {
     property int iconSize: Tokens.size.serviceIcon
     property int padding: Tokens.space.md
     property bool divided: false
-    readonly property real textX: words.x
+    // How far from the edge its words begin.
+    readonly property real textStart: Tokens.space.lg + place.width + words.anchors.leftMargin
 
     width: parent?.width ?? 0
     implicitHeight: Math.max(words.height, place.height) + 2 * line.padding
 
     Rectangle {
-        x: words.x
-        width: parent.width - x
+        anchors.left: words.left
+        anchors.right: parent.right
         height: Tokens.size.hairline
         visible: line.divided
         color: Tokens.color.divider
@@ -31,7 +32,8 @@ Item {
     Item {
         id: place
 
-        x: Tokens.space.lg
+        anchors.left: parent.left
+        anchors.leftMargin: Tokens.space.lg
         anchors.verticalCenter: parent.verticalCenter
         width: line.iconSize
         height: width
@@ -47,9 +49,10 @@ Item {
         anchors.verticalCenter: parent.verticalCenter
         spacing: Tokens.space.xxs
 
-        TextLine {
+        Paragraph {
             width: parent.width
             text: line.title
+            color: Tokens.color.primary
             font: line.titleFont
         }
 

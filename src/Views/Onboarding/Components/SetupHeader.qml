@@ -16,7 +16,8 @@ Item {
     Symbol {
         id: symbol
 
-        x: Tokens.space.xl
+        anchors.left: parent.left
+        anchors.leftMargin: Tokens.space.xl
         anchors.verticalCenter: parent.verticalCenter
         name: header.info.symbol
         color: Tokens.color.accent

@@ -47,8 +47,9 @@ Column {
 
         SecretField {
             objectName: "sourceToken"
-            x: line.textX
-            width: parent.width - x - Tokens.space.lg
+            anchors.left: parent?.left
+            anchors.leftMargin: line.textStart
+            width: (parent?.width ?? 0) - line.textStart - Tokens.space.lg
             placeholderText: row.info.keyPlaceholder
             text: row.token
             onTextChanged: row.tokenEdited(text)

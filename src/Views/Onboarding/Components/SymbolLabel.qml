@@ -13,12 +13,13 @@ Item {
     property color symbolInk: Tokens.color.accent
     property int symbolSize: Tokens.size.labelSymbol
 
-    implicitWidth: words.x + words.implicitWidth
+    implicitWidth: mark.width + Tokens.space.md + words.implicitWidth
     implicitHeight: Math.max(mark.height, words.height)
 
     Symbol {
         id: mark
 
+        anchors.left: parent.left
         y: Math.round((words.firstLine - height) / 2)
         name: label.symbol
         color: label.symbolInk
@@ -30,8 +31,9 @@ Item {
 
         readonly property real firstLine: words.height / Math.max(1, words.lineCount)
 
-        x: mark.width + Tokens.space.md
-        width: Math.min(implicitWidth, label.width - x)
+        anchors.left: mark.right
+        anchors.leftMargin: Tokens.space.md
+        width: Math.min(implicitWidth, label.width - mark.width - Tokens.space.md)
         text: label.text
         color: label.ink
         font: Tokens.font.callout

@@ -13,8 +13,8 @@ Item {
     implicitHeight: words.height + 2 * Tokens.space.md
 
     Rectangle {
-        x: words.x
-        width: parent.width - x
+        anchors.left: words.left
+        anchors.right: parent.right
         height: Tokens.size.hairline
         visible: row.divided
         color: Tokens.color.divider
@@ -23,7 +23,8 @@ Item {
     Item {
         id: mark
 
-        x: Tokens.space.lg
+        anchors.left: parent.left
+        anchors.leftMargin: Tokens.space.lg
         anchors.verticalCenter: parent.verticalCenter
         width: Tokens.size.toolMark
         height: width
@@ -56,6 +57,7 @@ Item {
 
         ProgressLine {
             objectName: "toolBar"
+            anchors.left: parent.left
             width: Math.min(Tokens.size.toolBar, parent.width)
             visible: row.tool.measured
             label: row.tool.name

@@ -142,8 +142,9 @@ Column {
 
             CheckMark {
                 objectName: "identityStrict"
-                x: matching.textX
-                width: parent.width - x - Tokens.space.lg
+                anchors.left: parent?.left
+                anchors.leftMargin: matching.textStart
+                width: (parent?.width ?? 0) - matching.textStart - Tokens.space.lg
                 text: qsTr("Reject a download AcoustID flags as a different recording.")
                 font: Tokens.font.caption
                 on: screen.choices.identityStrict
@@ -157,8 +158,9 @@ Column {
 
             SecretField {
                 objectName: "acoustidKey"
-                x: matching.textX
-                width: parent.width - x - Tokens.space.lg
+                anchors.left: parent?.left
+                anchors.leftMargin: matching.textStart
+                width: (parent?.width ?? 0) - matching.textStart - Tokens.space.lg
                 placeholderText: qsTr("AcoustID API key (optional)")
                 text: screen.choices.acoustidKey
                 onTextChanged: screen.choices.acoustidKey = text

@@ -30,6 +30,7 @@ Column {
     }
 
     TextLine {
+        anchors.left: parent.left
         topPadding: Tokens.space.lg
         bottomPadding: Tokens.space.sm
         text: qsTr("Privacy")
@@ -57,8 +58,9 @@ Column {
 
         SecretField {
             objectName: "proxySubscription"
-            x: tunnel.textX
-            width: parent.width - x - Tokens.space.lg
+            anchors.left: parent?.left
+            anchors.leftMargin: tunnel.textStart
+            width: (parent?.width ?? 0) - tunnel.textStart - Tokens.space.lg
             placeholderText: qsTr("Vantrix VPN subscription URL (optional)")
             text: screen.choices.proxySubscription
             onTextChanged: screen.choices.proxySubscription = text

@@ -12,6 +12,7 @@ Column {
     spacing: Tokens.space.sm
 
     TextLine {
+        anchors.left: parent.left
         text: qsTr("Download location")
         font: Tokens.font.headline
         Accessible.role: Accessible.Heading
@@ -27,12 +28,14 @@ Column {
             FolderLine {
                 objectName: "outputFolder"
                 anchors.verticalCenter: parent.verticalCenter
-                x: Tokens.space.lg
-                width: parent.width - x - Tokens.space.md
+                anchors.left: parent.left
+                anchors.leftMargin: Tokens.space.lg
+                anchors.right: parent.right
+                anchors.rightMargin: Tokens.space.md
                 symbol: "folder"
                 path: screen.choices.outputDir
                 small: true
-                onChoosing: chooser.ask(screen.choices.folderToShow())
+                onChoosing: screen.choices.chooseFolder()
             }
         }
     }
@@ -44,6 +47,7 @@ Column {
     }
 
     TextLine {
+        anchors.left: parent.left
         topPadding: Tokens.space.lg
         text: qsTr("Download quality")
         font: Tokens.font.headline
@@ -65,11 +69,5 @@ Column {
                 onActivated: screen.choices.chooseQuality(index)
             }
         }
-    }
-
-    FolderQuestion {
-        id: chooser
-
-        onChosen: folder => screen.choices.takeFolder(folder)
     }
 }

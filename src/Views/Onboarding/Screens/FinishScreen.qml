@@ -49,39 +49,17 @@ Column {
         anchors.horizontalCenter: parent.horizontalCenter
         width: Math.min(Tokens.size.recapWidth, parent.width)
 
-        RecapRow {
-            objectName: "recapAccounts"
-            symbol: "music.note.list"
-            title: qsTr("Playlist sources")
-            value: screen.choices.playlistSummary
-            ok: value !== ""
-        }
+        Repeater {
+            model: screen.choices.recap.length
 
-        RecapRow {
-            objectName: "recapSources"
-            divided: true
-            symbol: "square.and.arrow.down"
-            title: qsTr("Download sources")
-            value: screen.choices.sourcesSummary
-        }
+            RecapRow {
+                required property int index
 
-        RecapRow {
-            objectName: "recapQuality"
-            divided: true
-            symbol: "waveform"
-            title: qsTr("Quality")
-            value: screen.choices.qualityName
-        }
-
-        RecapRow {
-            objectName: "recapFolder"
-            divided: true
-            symbol: "folder"
-            title: qsTr("Saved to")
-            value: screen.choices.outputDir
-            elide: Text.ElideMiddle
-            buttonText: qsTr("Change…")
-            onActivated: chooser.ask(screen.choices.folderToShow())
+                objectName: row.name
+                row: screen.choices.recap[index]
+                divided: index > 0
+                onChanging: screen.choices.chooseFolder()
+            }
         }
     }
 
@@ -96,11 +74,5 @@ Column {
         horizontalAlignment: Text.AlignHCenter
         text: qsTr("Select playlists in the sidebar and press Sync. Downloads land in your djay watch folder automatically.")
         font: Tokens.font.callout
-    }
-
-    FolderQuestion {
-        id: chooser
-
-        onChosen: folder => screen.choices.takeFolder(folder)
     }
 }

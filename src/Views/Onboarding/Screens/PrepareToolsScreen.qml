@@ -80,6 +80,7 @@ Column {
 
         PushButton {
             objectName: "toolsTryAgain"
+            anchors.left: parent.left
             text: qsTr("Try Again")
             onClicked: screen.logic.tryAgain()
         }

@@ -49,16 +49,19 @@ Column {
         spacing: Tokens.space.lg
 
         SymbolLabel {
+            anchors.left: parent.left
             symbol: "music.note.list"
             text: qsTr("Connect Apple Music or Spotify")
         }
 
         SymbolLabel {
+            anchors.left: parent.left
             symbol: "arrow.down.circle"
             text: qsTr("zelk downloads matching audio")
         }
 
         SymbolLabel {
+            anchors.left: parent.left
             symbol: "square.stack.3d.up"
             text: qsTr("Auto-imports into your djay library")
         }
