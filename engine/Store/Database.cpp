@@ -189,16 +189,14 @@ QSqlQuery Database::query(const QString &statement, const QVariantList &values) 
 }
 
 template<class Function>
-auto Database::transaction(Function function) {
+auto Database::transaction(Function function, Begins begins) {
     return _queue.run([&]() -> decltype(function()) {
         if (!_awaited.isEmpty()) {
             prepare(_awaited);
             _awaited.clear();
         }
         QSqlDatabase database = QSqlDatabase::database(_connection, false);
-        if (!database.transaction()) {
-            throw errorOf(database.lastError());
-        }
+        query(begins == Begins::Writing ? u"BEGIN IMMEDIATE"_s : u"BEGIN"_s);
         const auto commit = [&database] {
             if (!database.commit()) {
                 throw errorOf(database.lastError());
@@ -503,36 +501,38 @@ void Database::forgetReviewsOf(const QString &rowKey) {
 }
 
 void Database::followRows(const QHash<QString, QString> &rowKeys, Remember which) {
-    transaction([&] {
-        QHash<QString, QString> before; // of these rows
-        for (QSqlQuery row = query(u"SELECT spelling, row_key FROM spellings"_s); row.next();) {
-            if (const QString spelling = row.value(0).toString(); rowKeys.contains(spelling)) {
-                before.insert(spelling, row.value(1).toString());
+    transaction(
+        [&] {
+            QHash<QString, QString> before; // of these rows
+            for (QSqlQuery row = query(u"SELECT spelling, row_key FROM spellings"_s); row.next();) {
+                if (const QString spelling = row.value(0).toString(); rowKeys.contains(spelling)) {
+                    before.insert(spelling, row.value(1).toString());
+                }
             }
-        }
-        QSet<QString> met;
-        if (which == Remember::WhatIsMet) {
-            for (QSqlQuery row = query(u"SELECT row_key FROM wants UNION SELECT row_key FROM decisions"_s);
-                 row.next();) {
-                met.insert(row.value(0).toString());
+            QSet<QString> met;
+            if (which == Remember::WhatIsMet) {
+                for (QSqlQuery row = query(u"SELECT row_key FROM wants UNION SELECT row_key FROM decisions"_s);
+                     row.next();) {
+                    met.insert(row.value(0).toString());
+                }
             }
-        }
-        QSqlQuery entry = prepared(u"INSERT OR REPLACE INTO spellings (spelling, row_key) VALUES (?, ?)"_s);
-        for (auto row = rowKeys.cbegin(); row != rowKeys.cend(); ++row) {
-            const QString key = before.value(row.key());
-            if (key.isEmpty() ? which == Remember::WhatIsMet && !met.contains(*row) : key == *row) {
-                continue;
+            QSqlQuery entry = prepared(u"INSERT OR REPLACE INTO spellings (spelling, row_key) VALUES (?, ?)"_s);
+            for (auto row = rowKeys.cbegin(); row != rowKeys.cend(); ++row) {
+                const QString key = before.value(row.key());
+                if (key.isEmpty() ? which == Remember::WhatIsMet && !met.contains(*row) : key == *row) {
+                    continue;
+                }
+                if (!key.isEmpty()) {
+                    follow(key, *row);
+                }
+                entry.bindValue(0, row.key());
+                entry.bindValue(1, *row);
+                if (!entry.exec()) {
+                    throw errorOf(entry.lastError());
+                }
             }
-            if (!key.isEmpty()) {
-                follow(key, *row);
-            }
-            entry.bindValue(0, row.key());
-            entry.bindValue(1, *row);
-            if (!entry.exec()) {
-                throw errorOf(entry.lastError());
-            }
-        }
-    });
+        },
+        Begins::Writing);
 }
 
 /// Two rows that had one key may have two now, so what was remembered is copied: the old key is nobody's in the end.

@@ -104,8 +104,11 @@ public:
     void recordAudioFiles(const std::vector<AudioFile> &read, const QStringList &gone);
 
 private:
+    /// What reads before it writes has to say so at its beginning: SQLite refuses it the write if another engine has
+    /// written since it has read.
+    enum class Begins { Either, Writing };
     template<class Function>
-    auto transaction(Function function);
+    auto transaction(Function function, Begins begins = Begins::Either);
     QSqlQuery prepared(const QString &statement);
     QSqlQuery query(const QString &statement, const QVariantList &values = {});
     // Parts of transactions

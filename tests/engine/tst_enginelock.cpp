@@ -2,6 +2,7 @@
 #include "engine/TerminalChild.h"
 
 #include "Library/AudioReader.h"
+#include "Store/Database.h"
 #include "Store/RunLock.h"
 
 #include <QFileInfo>
@@ -188,6 +189,28 @@ private Q_SLOTS:
         }
         QVERIFY(done >= 1);
         QCOMPARE(home.outputFiles(), expected);
+    }
+
+    void twoEnginesMayRememberAtTheSameTime() {
+        const QTemporaryDir folder;
+        const auto silent = [](const QString &) {};
+        zelk::engine::Database ours(folder.filePath(u"engine.db"_s), silent);
+        zelk::engine::Database theirs(folder.filePath(u"engine.db"_s), silent);
+        std::thread other([&theirs] {
+            for (int i = 0; i < 300; ++i) {
+                theirs.recordDecision(u"row %1"_s.arg(i), {});
+            }
+        });
+        QString failure;
+        try {
+            for (int i = 0; i < 300; ++i) {
+                ours.followRows({{u"spelling %1"_s.arg(i), u"row"_s}}, zelk::engine::Database::Remember::All);
+            }
+        } catch (const zelk::engine::DatabaseError &error) {
+            failure = QString::fromUtf8(error.what());
+        }
+        other.join();
+        QCOMPARE(failure, QString());
     }
 
     void aDecisionWaitsForNoOtherEngineAndIsNotLost() {
