@@ -14,7 +14,8 @@ Window {
     objectName: "settingsWindow"
     title: qsTr("Settings")
     width: Tokens.size.settingsWidth
-    height: Tokens.size.settingsHeight
+    // In large text it would be higher than some screens are.
+    height: Math.min(Tokens.size.settingsHeight, Screen.desktopAvailableHeight)
     minimumWidth: Tokens.size.settingsWidth
     minimumHeight: Tokens.size.settingsMinimumHeight
     color: Tokens.color.window

@@ -1,5 +1,7 @@
 #include "SettingsBench.h"
 
+#include <QScreen>
+
 using namespace zelk;
 using namespace Qt::Literals::StringLiterals;
 
@@ -24,6 +26,14 @@ private Q_SLOTS:
         const SettingsBench bench;
         QCOMPARE(bench.window()->size(), QSize(720, 640));
         QCOMPARE(bench.window()->title(), u"Settings"_s);
+    }
+
+    void inLargeTextItIsNoHigherThanTheScreen() {
+        SettingsBench bench;
+        bench.desktop->setTextScale(1.5);
+        settle();
+        QCOMPARE(bench.window()->height(), qMin(960, bench.window()->screen()->availableVirtualSize().height()));
+        QVERIFY(bench.window()->height() < 960); // or this screen shows nothing of it
     }
 
     void showingItReadsTheConfigurationOnce() {
