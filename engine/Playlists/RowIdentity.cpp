@@ -8,13 +8,32 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace zelk::engine {
 
+namespace {
+
+constexpr QChar lengthMark = u':';
+
+/// Exporters round, and services measure one recording differently.
+constexpr qint64 mostSecondsApart = 4;
+
+} // namespace
+
 QString rowKeyOf(const ListedTrack &track, const Probe &probe) {
-    const QString seconds = QString::number(std::llround(probe.durationSec.value_or(0)));
-    QStringList parts{probe.title.core, probe.title.version.join(u' '), probe.artists.join(u','), seconds};
+    QStringList parts{probe.title.core, probe.title.version.join(u' '), probe.artists.join(u',')};
     if (probe.artists.isEmpty()) { // a bare title says too little
         parts += track.location;
     }
-    return QString::fromLatin1(QCryptographicHash::hash(parts.join(u'\n').toUtf8(), QCryptographicHash::Sha1).toHex());
+    const QByteArray hash = QCryptographicHash::hash(parts.join(u'\n').toUtf8(), QCryptographicHash::Sha1);
+    return QString::fromLatin1(hash.toHex()) + lengthMark +
+           QString::number(std::llround(probe.durationSec.value_or(0)));
+}
+
+QString keyWithoutLength(const QString &rowKey) {
+    return rowKey.section(lengthMark, 0, 0);
+}
+
+bool mayBeOneRecording(const QString &rowKey, const QString &other) {
+    const qint64 apart = rowKey.section(lengthMark, 1).toLongLong() - other.section(lengthMark, 1).toLongLong();
+    return std::abs(apart) <= mostSecondsApart && keyWithoutLength(rowKey) == keyWithoutLength(other);
 }
 
 QString spellingOf(const ListedTrack &track) {

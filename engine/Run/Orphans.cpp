@@ -1,5 +1,7 @@
 #include "Run/Orphans.h"
 
+#include "Playlists/RowIdentity.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -28,10 +30,11 @@ QStringList findOrphans(Database &database, const PlaylistSnapshot &snapshot, co
     if (!snapshot.isComplete) { // a playlist that isn't known yet may want any of them
         return {};
     }
-    QSet<QString> liveRows;
+    QMultiHash<QString, QString> liveRows; // keys, by what they have without the length
     for (const Playlist &playlist : snapshot.playlists) {
         for (std::size_t i = 0; playlist.tracks && i < playlist.tracks->size(); ++i) {
-            liveRows.insert((*playlist.tracks)[i].rowKey);
+            const QString &key = (*playlist.tracks)[i].rowKey;
+            liveRows.insert(keyWithoutLength(key), key);
         }
     }
     QSet<QString> kept;
@@ -42,10 +45,19 @@ QStringList findOrphans(Database &database, const PlaylistSnapshot &snapshot, co
             kept.insert(origin.key());
         }
     }
+    const auto isLive = [&](const QString &rowKey) {
+        const QString common = keyWithoutLength(rowKey);
+        for (auto row = liveRows.constFind(common); row != liveRows.cend() && row.key() == common; ++row) {
+            if (mayBeOneRecording(rowKey, *row)) {
+                return true;
+            }
+        }
+        return false;
+    };
     QSet<qint64> wanted;
     QSet<qint64> concerned;
     for (const Want &want : database.wants()) {
-        if (liveRows.contains(want.rowKey) || kept.contains(want.playlistId)) {
+        if (isLive(want.rowKey) || kept.contains(want.playlistId)) {
             wanted.insert(want.fileId);
         }
         if (playlists.isEmpty() || playlists.contains(want.playlistId)) {

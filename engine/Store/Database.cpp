@@ -2,6 +2,7 @@
 
 #include "Files/FileProblem.h"
 #include "Files/PrivateFile.h"
+#include "Playlists/RowIdentity.h"
 #include "Store/Schema.h"
 #include "Transport/JSONReader.h"
 #include "Transport/JSONWriter.h"
@@ -393,13 +394,23 @@ void Database::takeBack(const WrittenFile &file) {
 }
 
 std::optional<StoredDecision> Database::decision(const QString &rowKey) {
-    return transaction([&]() -> std::optional<StoredDecision> {
-        QSqlQuery row = query(u"SELECT kind, path FROM decisions WHERE row_key = ?"_s, {rowKey});
-        if (!row.next()) {
-            return std::nullopt;
+    return transaction([&] {
+        std::optional<StoredDecision> found;
+        // Keys with another length begin with the same; ";" is the sign behind ":".
+        const QString common = keyWithoutLength(rowKey);
+        for (QSqlQuery row = query(u"SELECT row_key, kind, path FROM decisions WHERE row_key >= ? AND row_key < ?"_s,
+                                   {common, common + u';'});
+             row.next();) {
+            const QString key = row.value(0).toString();
+            if (key == rowKey || (!found && mayBeOneRecording(key, rowKey))) {
+                const bool take = row.value(1).toString() == "take"_L1;
+                found = {take ? StoredDecision::Kind::Take : StoredDecision::Kind::Skip, row.value(2).toString()};
+                if (key == rowKey) {
+                    break;
+                }
+            }
         }
-        const bool take = row.value(0).toString() == "take"_L1;
-        return StoredDecision{take ? StoredDecision::Kind::Take : StoredDecision::Kind::Skip, row.value(1).toString()};
+        return found;
     });
 }
 

@@ -37,6 +37,27 @@ class EngineMemory : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    void aListThatIsExportedAnewWithAnotherLengthKeepsItsFilesAndDecisions() {
+        const EngineHome home;
+        home.addAudio(u"a.flac"_s, u"Ann"_s, u"One"_s);
+        home.addAudio(u"live.mp3"_s, u"Ines"_s, u"Slow Burn (Live)"_s);
+        home.addList(u"L.csv"_s, {u"One|Ann|2"_s, u"Slow Burn|Ines|2"_s});
+        EngineChild engine(home);
+        const QJsonValue track = dataOf(named(engine.syncAll(), u"needsReview"_s).first()).value("trackId"_L1);
+        engine.tell(u"reviewDecision"_s, {{u"trackId"_s, track}, {u"decision"_s, QJsonObject{{u"kind"_s, u"skip"_s}}}});
+        QCOMPARE(dataOf(engine.until(u"trackFinished"_s)).value("status"_L1).toString(), u"skipped"_s);
+
+        home.addList(u"L.csv"_s, {u"One|Ann|4"_s, u"Slow Burn|Ines|4"_s});
+        QVERIFY(orphansOf(engine).isEmpty());
+        const QList<QJsonObject> events = engine.syncAll();
+        QVERIFY(named(events, u"needsReview"_s).isEmpty());
+        QVERIFY(named(events, u"orphansFound"_s).isEmpty());
+        QCOMPARE(home.outputFiles(), QStringList{u"Ann - One.flac"_s});
+
+        home.addList(u"L.csv"_s, {u"One|Ann|40"_s, u"Slow Burn|Ines|2"_s}); // that is another recording
+        QCOMPARE(orphansOf(engine), QJsonArray{home.output(u"/Ann - One.flac"_s)});
+    }
+
     void aDatabaseOfTheFirstFormIsBroughtToThePresentOne() {
         const EngineHome home;
         home.addList(u"L.csv"_s, {u"One|Ann|2"_s});
