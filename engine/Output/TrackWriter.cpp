@@ -19,6 +19,9 @@ namespace {
 /// The least share of its bytes that a stream must have to count as whole.
 constexpr double wholeShare = 0.9;
 
+/// Seconds.
+constexpr double conversionSlack = 1;
+
 /// Removes a partial file unless it has been put in place.
 class PartialFile {
 public:
@@ -46,8 +49,10 @@ void heed(const std::stop_token &stop) {
     }
 }
 
-bool isOfLength(const AudioFile &file, const WriteOrder &order) {
-    return std::abs(file.durationSec - order.source.durationSec) <= order.toleranceSec;
+bool isOfLength(const AudioFile &file, const WriteOrder &order, bool converted = false) {
+    // An encoder adds a little silence, however strict the user is.
+    const double tolerance = converted ? std::max(order.toleranceSec, conversionSlack) : order.toleranceSec;
+    return std::abs(file.durationSec - order.source.durationSec) <= tolerance;
 }
 
 /// Throws if the source has become another file since the collection was read.
@@ -77,7 +82,7 @@ AudioFile verified(const QString &path, const WriteOrder &order, bool converted)
     // Tag libraries don't notice a disk that fills up under them; a stream that has lost bytes has a lower bitrate,
     // and tags that have lost some can't be read.
     const bool wholeStream = converted || written.bitrateKbps >= wholeShare * order.source.bitrateKbps;
-    if (!isOfLength(written, order) || !wholeStream || !hasTags(path, order.tags)) {
+    if (!isOfLength(written, order, converted) || !wholeStream || !hasTags(path, order.tags)) {
         throw VerifyFailed(u"The copy of %1 came out shorter than the file. Check the disk's space and sync again."_s
                                .arg(order.source.path)
                                .toStdString());

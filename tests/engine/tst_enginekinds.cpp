@@ -52,6 +52,21 @@ private Q_SLOTS:
         QCOMPARE(readAudio(home.output(u"/Ann - One.mp3"_s)).format, u"MP3"_s);
     }
 
+    void aConversionMayAddALittleHoweverStrictTheToleranceIs() {
+        const EngineHome home;
+        home.addAudio(u"a.opus"_s, u"Ann"_s, u"One"_s);
+        home.addList(u"L.csv"_s, {u"One|Ann|2"_s});
+        EngineChild engine(home);
+        const QJsonObject run{{u"searchCount"_s, 5},
+                              {u"concurrency"_s, 1},
+                              {u"toleranceSec"_s, 0},
+                              {u"searchTimeoutSec"_s, 30},
+                              {u"cooloffHours"_s, 24}};
+        const QJsonObject patch{{u"run"_s, run}};
+        QVERIFY(engine.call(u"setConfig"_s, QJsonObject{{u"patch"_s, patch}}).value("ok"_L1).toBool());
+        QCOMPARE(endings(engine.syncAll()).values(), QStringList{u"ok downloaded"_s});
+    }
+
     void boxesThatLieAboutTheirSizeHarmNobody_data() {
         QTest::addColumn<int>("at");
         QTest::addColumn<QByteArray>("bytes");
