@@ -76,6 +76,9 @@ bool SyncRun::upgrade(const RunRow &row, const RecordingPtr &recording, const Wr
         takeOver(row, recording, standing, *before);
         return true;
     }
+    if (_bySourceNow.claim(source.path, recording) != recording) {
+        return false; // a decision has just taken it
+    }
     const WriteOrder order = orderFor(row, source, stemOf(standing.path), standing.path);
     _replacedNow.insert(standing.path, recording);
     // Not present: that would end the track.
