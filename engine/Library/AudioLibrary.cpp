@@ -75,11 +75,15 @@ std::vector<AudioFile> AudioLibrary::scan(const QStringList &folders, std::stop_
         }
         _loaded = true;
     }
+    QSet<QString> ours; // the output folder may lie in the collection
+    for (const WrittenFile &file : _database.writtenFiles()) {
+        ours.insert(file.path);
+    }
     QStringList all;
     QSet<QString> seen;
     FolderVisitor visitor;
     visitor.file = [&](const QString &path) {
-        if (hasAudioName(path) && !seen.contains(path)) {
+        if (hasAudioName(path) && !seen.contains(path) && !ours.contains(path)) {
             seen.insert(path);
             all += path;
         }

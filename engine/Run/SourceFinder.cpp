@@ -104,10 +104,12 @@ FoundSource SourceFinder::search(const ListedTrack &track, const MatchPreference
     };
     FoundSource found;
     MatchResult match;
+    bool isNamedShutOut = false;
     try {
         const auto file = readNamed(track.location);
         look();
-        if (file && allowed(*file, preferences)) {
+        isNamedShutOut = file && !allowed(*file, preferences);
+        if (file && !isNamedShutOut) {
             found.kind = FoundSource::Kind::Found;
             found.file = *file;
             return found;
@@ -136,7 +138,7 @@ FoundSource SourceFinder::search(const ListedTrack &track, const MatchPreference
         return found;
     }
     found.detail =
-        match.shutOut > 0
+        match.shutOut > 0 || isNamedShutOut
             ? u"Only files that your quality or source settings shut out fit. Change them in Settings, or add a better"
               " file to your collection and sync again."_s
         : !_absent.isEmpty()

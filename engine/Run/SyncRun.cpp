@@ -9,6 +9,7 @@
 #include "Transport/HelperProtocolEnvelope.h"
 
 #include <QDateTime>
+#include <QFileInfo>
 
 #include <algorithm>
 
@@ -128,6 +129,7 @@ void SyncRun::loadMemory(const std::vector<Playlist> &playlists) {
             own += file.path;
             _names.take(stemOf(file.path));
             _bySource.insert(file.sourcePath, file);
+            _bySource.insert(file.path, file); // a list may name what was made for another
         }
     }
     for (const QString &stem : _output.stems(own)) {
@@ -359,7 +361,9 @@ void SyncRun::searchRow(const RunRow &row, const RecordingPtr &recording, const 
         conclude(Recording::State::Skipped, {});
         return;
     }
-    const bool rests = !decision && _request.config.run.cooloffHours > 0;
+    // What the list itself names isn't told by the collection, and may have come since.
+    const bool isNamed = !row.track->location.isEmpty() && QFileInfo(row.track->location).isFile();
+    const bool rests = !decision && !isNamed && _request.config.run.cooloffHours > 0;
     const auto cooling = rests ? _services.database.coolOff(key) : std::nullopt;
     if (cooling && cooling->untilMs > QDateTime::currentMSecsSinceEpoch() &&
         cooling->fingerprint == search->fingerprint()) {
@@ -487,7 +491,6 @@ WriteOrder SyncRun::orderFor(const RunRow &row, const AudioFile &source, const Q
 }
 
 void SyncRun::post(const RunRow &row, const RecordingPtr &recording, const WriteOrder &order) {
-    _bySourceNow.insert(order.source.path, recording);
     {
         const std::lock_guard lock(_mutex);
         ++_inHand;
