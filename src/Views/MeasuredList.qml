@@ -44,6 +44,13 @@ Flickable {
         list.moved(target, modifiers);
     }
 
+    // The pointer brings the keyboard along, but not its ring.
+    function take(index: int) {
+        column.byKeyboard = false;
+        list.currentIndex = index;
+        list.forceActiveFocus(Qt.MouseFocusReason);
+    }
+
     function findTyped(event: var): bool {
         if (list.find === null || event.modifiers & (Qt.ControlModifier | Qt.AltModifier | Qt.MetaModifier))
             return false;
@@ -86,7 +93,8 @@ Flickable {
         if (list.model.contentHeight <= 0)
             return;
         event.accepted = true;
-        column.byKeyboard = true;
+        if (![Qt.Key_Control, Qt.Key_Shift, Qt.Key_Alt, Qt.Key_Meta].includes(event.key))
+            column.byKeyboard = true;
         switch (event.key) {
         case Qt.Key_Up:
             return list.step(-1, event.modifiers);
@@ -148,10 +156,21 @@ Flickable {
         id: hint
     }
 
+    FocusWatch {
+        item: list
+        onCame: byKeyboard => column.byKeyboard = byKeyboard
+    }
+
     TapHandler {
+        id: tap
+
+        acceptedButtons: Qt.LeftButton | Qt.RightButton
         onPressedChanged: {
-            column.byKeyboard = false;
-            list.forceActiveFocus(Qt.MouseFocusReason);
+            if (!tap.pressed)
+                return;
+            const under = list.model.indexAt(tap.point.position.y - list.topInset);
+            const canTake = under >= 0 && column.neighbour(under - 1, 1) === under;
+            list.take(canTake ? under : list.currentIndex);
         }
     }
 }

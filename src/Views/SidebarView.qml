@@ -101,7 +101,7 @@ Rectangle {
             Component {
                 SidebarFolderRow {
                     onPressed: modifiers => {
-                        list.currentIndex = entry.index;
+                        list.take(entry.index);
                         sidebar.logic.press(entry.index, modifiers);
                     }
                     onToggled: sidebar.logic.toggleExpansion(entry.index)
@@ -111,7 +111,7 @@ Rectangle {
             Component {
                 SidebarPlaylistRow {
                     onPressed: modifiers => {
-                        list.currentIndex = entry.index;
+                        list.take(entry.index);
                         sidebar.logic.press(entry.index, modifiers);
                     }
                 }

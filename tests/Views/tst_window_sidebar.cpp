@@ -113,6 +113,31 @@ private Q_SLOTS:
         QTRY_COMPARE(bench.current(), u"Gigs 2025"_s);
     }
 
+    void aClickBringsTheKeyboardWithoutARing() {
+        Bench bench;
+        bench.item("filterField")->forceActiveFocus(Qt::TabFocusReason);
+        QTRY_VERIFY(bench.row(u"Requests"_s)); // the last to be drawn
+        bench.click(bench.row(u"Peak Time 132"_s));
+        QVERIFY(bench.list()->hasActiveFocus());
+        QCOMPARE(bench.selection(), Ids{u"peak"_s});
+        QVERIFY(!bench.rows()->currentShown());
+        QTest::keyClick(bench.window.window(), Qt::Key_Control); // does nothing alone
+        QVERIFY(!bench.rows()->currentShown());
+        bench.key(Qt::Key_Up);
+        QCOMPARE(bench.current(), u"Broken Beat Sketches"_s);
+        QVERIFY(bench.rows()->currentShown());
+        // The ring doesn't go along with a click.
+        bench.click(bench.row(u"Requests"_s));
+        QCOMPARE(bench.current(), u"Requests"_s);
+        QVERIFY(!bench.rows()->currentShown());
+        bench.key(Qt::Key_A, Qt::ControlModifier);
+        QCOMPARE(bench.selection().size(), 5);
+        // The keyboard that comes back later shows where it is.
+        bench.item("filterField")->forceActiveFocus(Qt::TabFocusReason);
+        bench.list()->forceActiveFocus(Qt::TabFocusReason);
+        QVERIFY(bench.rows()->currentShown());
+    }
+
     void theEndsAndPagesAreOneKeyAway() {
         std::vector<PlaylistDTO> many;
         for (int i = 0; i < 100; ++i) {

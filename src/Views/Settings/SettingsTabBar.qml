@@ -26,10 +26,6 @@ FocusScope {
     }
 
     implicitHeight: Tokens.size.tabRow
-    onActiveFocusChanged: {
-        if (!bar.activeFocus)
-            bar.ringed = true;
-    }
     Accessible.role: Accessible.PageTabList
     Accessible.name: qsTr("Settings")
     Keys.onLeftPressed: bar.goAcross(-1)
@@ -67,6 +63,15 @@ FocusScope {
                 Accessible.selectable: true
                 Accessible.selected: tab.current
                 onActivated: bar.logic.current = tab.index
+                onTapped: {
+                    bar.ringed = false;
+                    tab.forceActiveFocus(Qt.MouseFocusReason);
+                }
+
+                FocusWatch {
+                    item: tab
+                    onCame: byKeyboard => bar.ringed = byKeyboard
+                }
 
                 Rectangle {
                     anchors.fill: parent

@@ -121,6 +121,33 @@ private Q_SLOTS:
         QCOMPARE(current(), 0);
     }
 
+    void theRingOfATabIsForTheKeyboardAlone() {
+        SettingsBench bench;
+        const auto ringed = [&bench](int index) {
+            return !SettingsBench::itemsOf(bench.items("settingsTab").at(index), [](QQuickItem *each) {
+                        return each->property("controlRadius").isValid();
+                    }).isEmpty();
+        };
+        QVERIFY(!ringed(0));
+        bench.key(Qt::Key_Right);
+        QVERIFY(ringed(1));
+        bench.show(4);
+        QVERIFY(bench.items("settingsTab").at(4)->hasActiveFocus());
+        QVERIFY(!ringed(4));
+        // Nor does it come when the window does.
+        QWindow other;
+        other.show();
+        other.requestActivate();
+        QVERIFY(QTest::qWaitForWindowActive(&other));
+        bench.window()->requestActivate();
+        QVERIFY(QTest::qWaitForWindowActive(bench.window()));
+        QVERIFY(!ringed(4));
+        bench.key(Qt::Key_Left);
+        QVERIFY(ringed(3));
+        bench.show(3);
+        QVERIFY(!ringed(3));
+    }
+
     void aScreenReaderPicksATab() {
         SettingsBench bench;
         QQuickItem *tab = bench.items("settingsTab").at(7);
