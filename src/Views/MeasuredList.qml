@@ -13,6 +13,8 @@ Flickable {
     property alias currentIndex: column.currentIndex
     property int topInset: 0
     property int bottomInset: 0
+    // The rows' notes stand beside the list, where they cover none of its rows, and not under their row.
+    property bool hintsBeside: false
     // Where somebody who types means to go: from (text) to an index, -1 for nowhere.
     property var find: null
 
@@ -154,6 +156,15 @@ Flickable {
 
     Hint {
         id: hint
+
+        readonly property Item row: hint.parent as Item
+
+        objectName: "rowHint"
+        x: !hint.row ? 0
+         : !list.hintsBeside ? Math.round((hint.row.width - hint.implicitWidth) / 2)
+         : list.LayoutMirroring.enabled ? -hint.implicitWidth - Tokens.space.xs : hint.row.width + Tokens.space.xs
+        y: !hint.row ? 0
+         : list.hintsBeside ? Math.round((hint.row.height - hint.implicitHeight) / 2) : hint.row.height + Tokens.space.xs
     }
 
     FocusWatch {

@@ -70,6 +70,7 @@ Rectangle {
         anchors.bottom: parent.bottom
         width: parent.width
         bottomInset: Tokens.space.sm
+        hintsBeside: true
         visible: sidebar.logic.face === SidebarLogic.List
         Accessible.name: qsTr("Playlists")
         model: sidebar.logic.playlists

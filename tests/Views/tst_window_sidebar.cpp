@@ -228,6 +228,19 @@ private Q_SLOTS:
         bench.drawFrame();
     }
 
+    void theNoteOfAFolderCoversNoRow() {
+        Bench bench;
+        bench.key(Qt::Key_Right);
+        bench.drawFrame();
+        QTRY_VERIFY(bench.row(u"Gigs 2025"_s));
+        QQuickItem *const folder = bench.row(u"Gigs 2025"_s);
+        QTest::mouseMove(bench.window.window(), folder->mapToScene(QPointF(100, 10)).toPoint());
+        const auto *const note = bench.list()->findChild<QObject *>(u"rowHint"_s);
+        QTRY_VERIFY(note->property("opened").toBool());
+        QCOMPARE(note->property("text").toString(), u"Select all playlists in “Gigs 2025”"_s);
+        QVERIFY(note->property("x").toDouble() >= folder->width());
+    }
+
     void everyLevelIsIndentedBySixteen() {
         Bench bench;
         bench.key(Qt::Key_Right);

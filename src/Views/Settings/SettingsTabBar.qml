@@ -54,7 +54,8 @@ FocusScope {
                 readonly property color ink: tab.current ? Tokens.color.accent : Tokens.color.secondary
 
                 objectName: "settingsTab"
-                width: Math.max(Tokens.size.tabWidth, caption.implicitWidth + Tokens.space.xxs)
+                // Of one width, selected or not.
+                width: Math.max(Tokens.size.tabWidth, Math.ceil(widest.advanceWidth) + 2 * Tokens.space.sm)
                 height: Tokens.size.tabHeight
                 role: Accessible.PageTab
                 label: tab.modelData.label
@@ -66,6 +67,13 @@ FocusScope {
                 onTapped: {
                     bar.ringed = false;
                     tab.forceActiveFocus(Qt.MouseFocusReason);
+                }
+
+                TextMetrics {
+                    id: widest
+
+                    font: Tokens.font.captionSemibold
+                    text: tab.modelData.label
                 }
 
                 FocusWatch {

@@ -121,6 +121,21 @@ private Q_SLOTS:
         QCOMPARE(current(), 0);
     }
 
+    void theWordsOfATabKeepAwayFromItsEdges() {
+        SettingsBench bench;
+        QList<double> widths;
+        for (const QQuickItem *tab : bench.items("settingsTab"))
+            widths += tab->width();
+        for (int i = 0; i < widths.size(); ++i) {
+            bench.show(i);
+            const QQuickItem *const tab = bench.items("settingsTab").at(i);
+            QCOMPARE(tab->width(), widths.at(i)); // nothing moves
+            const auto words = SettingsBench::itemsOf(bench.items("settingsTab").at(i),
+                                                      [](QQuickItem *each) { return each->inherits("QQuickText"); });
+            QVERIFY2(words.value(0)->implicitWidth() + 2 * 8 <= tab->width() + 0.5, qPrintable(QString::number(i)));
+        }
+    }
+
     void theRingOfATabIsForTheKeyboardAlone() {
         SettingsBench bench;
         const auto ringed = [&bench](int index) {
