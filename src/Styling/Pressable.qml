@@ -14,6 +14,7 @@ Item {
     readonly property alias pressed: tap.pressed
 
     signal activated
+    signal tapped // by the pointer, which activates as well
 
     function press() {
         if (control.enabled)
@@ -42,6 +43,9 @@ Item {
 
         // What lies under it is to be left alone.
         gesturePolicy: TapHandler.WithinBounds
-        onTapped: control.press()
+        onTapped: {
+            control.tapped();
+            control.press();
+        }
     }
 }

@@ -12,6 +12,9 @@ Row {
     required property color ink
     property bool prominent: false
     property real maximumWidth: Infinity
+    readonly property real textRoom: pill.maximumWidth - mark.width - pill.spacing
+    // What stands there of the text where there is no room for all of it.
+    property string shortText: pill.text
 
     spacing: Tokens.space.xs
     Accessible.role: Accessible.StaticText
@@ -29,9 +32,9 @@ Row {
     TextLine {
         anchors.verticalCenter: parent.verticalCenter
         readable: false
-        text: pill.text
+        text: pill.shortText
         color: pill.ink
         font: pill.prominent ? Tokens.font.captionSemibold : Tokens.font.caption
-        width: Math.min(implicitWidth, pill.maximumWidth - mark.width - pill.spacing)
+        width: Math.min(implicitWidth, pill.textRoom)
     }
 }

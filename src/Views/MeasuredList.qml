@@ -13,6 +13,8 @@ Flickable {
     property alias currentIndex: column.currentIndex
     property int topInset: 0
     property int bottomInset: 0
+    // The rows' notes stand beside the list, where they cover none of its rows, and not under their row.
+    property bool hintsBeside: false
     // Where somebody who types means to go: from (text) to an index, -1 for nowhere.
     property var find: null
 
@@ -42,6 +44,13 @@ Flickable {
         list.currentIndex = target;
         list.reveal(target);
         list.moved(target, modifiers);
+    }
+
+    // The pointer brings the keyboard along, but not its ring.
+    function take(index: int) {
+        column.byKeyboard = false;
+        list.currentIndex = index;
+        list.forceActiveFocus(Qt.MouseFocusReason);
     }
 
     function findTyped(event: var): bool {
@@ -86,7 +95,8 @@ Flickable {
         if (list.model.contentHeight <= 0)
             return;
         event.accepted = true;
-        column.byKeyboard = true;
+        if (![Qt.Key_Control, Qt.Key_Shift, Qt.Key_Alt, Qt.Key_Meta].includes(event.key))
+            column.byKeyboard = true;
         switch (event.key) {
         case Qt.Key_Up:
             return list.step(-1, event.modifiers);
@@ -146,12 +156,32 @@ Flickable {
 
     Hint {
         id: hint
+
+        readonly property Item row: hint.parent as Item
+
+        objectName: "rowHint"
+        x: !hint.row ? 0
+         : !list.hintsBeside ? Math.round((hint.row.width - hint.implicitWidth) / 2)
+         : list.LayoutMirroring.enabled ? -hint.implicitWidth - Tokens.space.xs : hint.row.width + Tokens.space.xs
+        y: !hint.row ? 0
+         : list.hintsBeside ? Math.round((hint.row.height - hint.implicitHeight) / 2) : hint.row.height + Tokens.space.xs
+    }
+
+    FocusWatch {
+        item: list
+        onCame: byKeyboard => column.byKeyboard = byKeyboard
     }
 
     TapHandler {
+        id: tap
+
+        acceptedButtons: Qt.LeftButton | Qt.RightButton
         onPressedChanged: {
-            column.byKeyboard = false;
-            list.forceActiveFocus(Qt.MouseFocusReason);
+            if (!tap.pressed)
+                return;
+            const under = list.model.indexAt(tap.point.position.y - list.topInset);
+            const canTake = under >= 0 && column.neighbour(under - 1, 1) === under;
+            list.take(canTake ? under : list.currentIndex);
         }
     }
 }

@@ -10,7 +10,8 @@ Item {
     required property ReviewLogic logic
 
     // Side by side while there is room, else one below the other.
-    readonly property bool stacked: skip.implicitWidth + choices.across + 3 * Tokens.space.md > bar.width
+    readonly property bool stacked: skip.implicitWidth + Tokens.space.sm + choices.across
+                                    + 2 * Tokens.space.md > bar.width
 
     implicitHeight: bar.stacked ? skip.height + Tokens.space.sm + choices.height + 2 * Tokens.space.md
                                 : Tokens.size.toolbar

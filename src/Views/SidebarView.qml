@@ -70,6 +70,7 @@ Rectangle {
         anchors.bottom: parent.bottom
         width: parent.width
         bottomInset: Tokens.space.sm
+        hintsBeside: true
         visible: sidebar.logic.face === SidebarLogic.List
         Accessible.name: qsTr("Playlists")
         model: sidebar.logic.playlists
@@ -101,7 +102,7 @@ Rectangle {
             Component {
                 SidebarFolderRow {
                     onPressed: modifiers => {
-                        list.currentIndex = entry.index;
+                        list.take(entry.index);
                         sidebar.logic.press(entry.index, modifiers);
                     }
                     onToggled: sidebar.logic.toggleExpansion(entry.index)
@@ -111,7 +112,7 @@ Rectangle {
             Component {
                 SidebarPlaylistRow {
                     onPressed: modifiers => {
-                        list.currentIndex = entry.index;
+                        list.take(entry.index);
                         sidebar.logic.press(entry.index, modifiers);
                     }
                 }

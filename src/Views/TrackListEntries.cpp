@@ -109,4 +109,8 @@ QString TrackRowEntry::fittingDetail(double width, const QFont &font) const {
     return zelk::fittingDetail(m_face.text, width, font);
 }
 
+QString TrackRowEntry::fittingReason(double width, const QFont &font) const {
+    return zelk::fittingReason(m_face.text, width, font);
+}
+
 } // namespace zelk

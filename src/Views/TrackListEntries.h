@@ -97,6 +97,7 @@ public:
     double fraction() const { return m_face.fraction; }
     QString percentText() const;
     Q_INVOKABLE QString fittingDetail(double width, const QFont &font) const;
+    Q_INVOKABLE QString fittingReason(double width, const QFont &font) const;
 
 Q_SIGNALS:
     void trackChanged();

@@ -22,8 +22,12 @@ Item {
         spacing: Tokens.space.sm
 
         StatusPill {
+            id: reason
+
             anchors.verticalCenter: parent.verticalCenter
             text: cell.entry.statusText
+            shortText: cell.failed && reason.text !== ""
+                       ? cell.entry.fittingReason(reason.textRoom, Tokens.font.caption) : reason.text
             symbol: cell.entry.statusSymbol
             ink: Tokens.color.inks[cell.entry.statusInk]
             maximumWidth: cell.failed ? cell.width - retry.width - Tokens.space.sm : cell.width

@@ -93,4 +93,13 @@ QString fittingDetail(const QString &text, double width, const QFont &font) {
     return parts.join(u" · "_s);
 }
 
+QString fittingReason(const QString &text, double width, const QFont &font) {
+    QString kept = QFontMetricsF(font).elidedText(text, Qt::ElideRight, width);
+    if (kept == text)
+        return text;
+    while (!kept.isEmpty() && !kept.back().isLetterOrNumber())
+        kept.chop(1);
+    return kept + u'…';
+}
+
 } // namespace zelk

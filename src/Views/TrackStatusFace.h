@@ -27,4 +27,8 @@ TrackStatusFace trackStatusFace(const TrackModel &track);
 // part always stays. Digits count as the widest, so that a ticking number doesn't make a part come and go.
 QString fittingDetail(const QString &text, double width, const QFont &font);
 
+// As much of a failure's reason as fits into `width` logical pixels. What is left out begins after a word or within
+// one, never after a stop: that and the ellipsis would read as four dots.
+QString fittingReason(const QString &text, double width, const QFont &font);
+
 } // namespace zelk

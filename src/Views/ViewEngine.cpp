@@ -16,6 +16,15 @@ namespace zelk {
 
 namespace {
 
+// Once for all engines: a singleton that is registered anew is another one for what an engine loads from then on.
+void registerTypes() {
+    static const bool done = [] {
+        qml_register_types_zelk();
+        return true;
+    }();
+    Q_UNUSED(done)
+}
+
 // The plural forms of English, by name: the C locale has no language that would lead to them.
 void installPlurals() {
     static QTranslator english;
@@ -26,7 +35,7 @@ void installPlurals() {
 } // namespace
 
 void prepareViewEngine(QQmlEngine &engine) {
-    qml_register_types_zelk();
+    registerTypes();
     installPlurals();
     installItemAccessibility();
     engine.addImportPath(u"qrc:/qt/qml"_s);

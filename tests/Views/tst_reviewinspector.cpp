@@ -97,6 +97,25 @@ private Q_SLOTS:
         QVERIFY(shows(u"Review 1 of 2"_s));
     }
 
+    void theButtonsStandInOneRow() {
+        review(1, two());
+        auto *const memory = bench->window.window()->property("memory").value<QObject *>();
+        QVERIFY(memory->setProperty("inspectorWidth", 300));
+        bench->window.window()->resize(1040, 700);
+        bench->click(bench->items("candidate").at(0));
+        bench->drawFrame();
+        QCOMPARE(bench->item("reviewInspector")->width(), 300.0);
+        const QQuickItem *const skip = bench->item("reviewSkip");
+        QCOMPARE(skip->parentItem()->height(), 52.0);
+        double right = 0;
+        for (const char *name : {"reviewSkip", "reviewUseSelected", "reviewAcceptBest"}) {
+            const QRectF place = bench->item(name)->mapRectToScene(QRectF(QPointF(), bench->item(name)->size()));
+            QCOMPARE(place.y(), skip->mapToScene(QPointF()).y());
+            QVERIFY(right == 0 || place.x() >= right + 8);
+            right = place.right();
+        }
+    }
+
     void aClickPicksACandidateAndASecondOneKeepsIt() {
         review(2, two());
         QVERIFY(!bench->item("reviewUseSelected"));

@@ -86,6 +86,22 @@ private Q_SLOTS:
         QCOMPARE(fittingDetail(u"11% · 1 MB"_s, tight, font), u"11%"_s);
     }
 
+    void aReasonThatDoesNotFitIsNotCutAfterAStop() {
+        const QFont font = TypeScale().caption;
+        const QFontMetricsF metrics(font);
+        const QString all = u"Not in your collection. Add it."_s;
+        QCOMPARE(fittingReason(all, metrics.horizontalAdvance(all), font), all);
+        QCOMPARE(fittingReason(all, metrics.horizontalAdvance(u"Not in your collection.…"_s) + 0.5, font),
+                 u"Not in your collection…"_s);
+        QCOMPARE(fittingReason(all, metrics.horizontalAdvance(u"Not in your collection. …"_s) + 0.5, font),
+                 u"Not in your collection…"_s);
+        QCOMPARE(fittingReason(all, metrics.horizontalAdvance(u"Not in your coll…"_s) + 0.5, font),
+                 u"Not in your coll…"_s);
+        QVERIFY(!fittingReason(u"No file."_s, metrics.horizontalAdvance(u"No file"_s), font).contains(u'.'));
+        QCOMPARE(fittingReason(all, 1, font), u"…"_s);
+        QCOMPARE(fittingReason({}, 1, font), QString());
+    }
+
     void groupCounts() {
         QCOMPARE(groupCountsLine(17, 42, 2, 1), u"17 / 42 · 2 need review · 1 failed"_s);
         QCOMPARE(groupCountsLine(31, 64, 0, 0), u"31 / 64"_s);

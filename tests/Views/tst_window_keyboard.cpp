@@ -76,6 +76,27 @@ private Q_SLOTS:
         QVERIFY(!bench.currentRow());
     }
 
+    void aClickBringsTheKeyboardToItsRowWithoutARing() {
+        Bench bench(30);
+        bench.key(Qt::Key_Down);
+        QTRY_VERIFY(bench.currentRow());
+        for (const Qt::MouseButton button : {Qt::LeftButton, Qt::RightButton}) {
+            bench.item("filterField")->forceActiveFocus(Qt::TabFocusReason);
+            bench.click(bench.items("trackRow").at(4), {}, button);
+            if (button == Qt::RightButton) {
+                QTRY_VERIFY(bench.item("menuRetry"));
+                bench.key(Qt::Key_Escape);
+                QTRY_VERIFY(!bench.item("menuRetry"));
+            }
+            QTRY_VERIFY(bench.table->hasActiveFocus());
+            QVERIFY(!bench.currentRow());
+            QCOMPARE(bench.current(), 6);
+            bench.key(Qt::Key_Up);
+            QCOMPARE(bench.current(), 5);
+            QVERIFY(bench.currentRow());
+        }
+    }
+
     void theMenuOpensUnderTheRowOfTheKeyboard_data() {
         QTest::addColumn<int>("key");
         QTest::addColumn<int>("modifiers");

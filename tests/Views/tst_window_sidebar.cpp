@@ -113,6 +113,31 @@ private Q_SLOTS:
         QTRY_COMPARE(bench.current(), u"Gigs 2025"_s);
     }
 
+    void aClickBringsTheKeyboardWithoutARing() {
+        Bench bench;
+        bench.item("filterField")->forceActiveFocus(Qt::TabFocusReason);
+        QTRY_VERIFY(bench.row(u"Requests"_s)); // the last to be drawn
+        bench.click(bench.row(u"Peak Time 132"_s));
+        QVERIFY(bench.list()->hasActiveFocus());
+        QCOMPARE(bench.selection(), Ids{u"peak"_s});
+        QVERIFY(!bench.rows()->currentShown());
+        QTest::keyClick(bench.window.window(), Qt::Key_Control); // does nothing alone
+        QVERIFY(!bench.rows()->currentShown());
+        bench.key(Qt::Key_Up);
+        QCOMPARE(bench.current(), u"Broken Beat Sketches"_s);
+        QVERIFY(bench.rows()->currentShown());
+        // The ring doesn't go along with a click.
+        bench.click(bench.row(u"Requests"_s));
+        QCOMPARE(bench.current(), u"Requests"_s);
+        QVERIFY(!bench.rows()->currentShown());
+        bench.key(Qt::Key_A, Qt::ControlModifier);
+        QCOMPARE(bench.selection().size(), 5);
+        // The keyboard that comes back later shows where it is.
+        bench.item("filterField")->forceActiveFocus(Qt::TabFocusReason);
+        bench.list()->forceActiveFocus(Qt::TabFocusReason);
+        QVERIFY(bench.rows()->currentShown());
+    }
+
     void theEndsAndPagesAreOneKeyAway() {
         std::vector<PlaylistDTO> many;
         for (int i = 0; i < 100; ++i) {
@@ -201,6 +226,19 @@ private Q_SLOTS:
         QTRY_COMPARE(bench.current(), u"Gigs 2025"_s);
         bench.item("filterField")->setProperty("text", QString());
         bench.drawFrame();
+    }
+
+    void theNoteOfAFolderCoversNoRow() {
+        Bench bench;
+        bench.key(Qt::Key_Right);
+        bench.drawFrame();
+        QTRY_VERIFY(bench.row(u"Gigs 2025"_s));
+        QQuickItem *const folder = bench.row(u"Gigs 2025"_s);
+        QTest::mouseMove(bench.window.window(), folder->mapToScene(QPointF(100, 10)).toPoint());
+        const auto *const note = bench.list()->findChild<QObject *>(u"rowHint"_s);
+        QTRY_VERIFY(note->property("opened").toBool());
+        QCOMPARE(note->property("text").toString(), u"Select all playlists in “Gigs 2025”"_s);
+        QVERIFY(note->property("x").toDouble() >= folder->width());
     }
 
     void everyLevelIsIndentedBySixteen() {

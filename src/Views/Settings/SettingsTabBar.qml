@@ -26,10 +26,6 @@ FocusScope {
     }
 
     implicitHeight: Tokens.size.tabRow
-    onActiveFocusChanged: {
-        if (!bar.activeFocus)
-            bar.ringed = true;
-    }
     Accessible.role: Accessible.PageTabList
     Accessible.name: qsTr("Settings")
     Keys.onLeftPressed: bar.goAcross(-1)
@@ -58,7 +54,8 @@ FocusScope {
                 readonly property color ink: tab.current ? Tokens.color.accent : Tokens.color.secondary
 
                 objectName: "settingsTab"
-                width: Math.max(Tokens.size.tabWidth, caption.implicitWidth + Tokens.space.xxs)
+                // Of one width, selected or not.
+                width: Math.max(Tokens.size.tabWidth, Math.ceil(widest.advanceWidth) + 2 * Tokens.space.sm)
                 height: Tokens.size.tabHeight
                 role: Accessible.PageTab
                 label: tab.modelData.label
@@ -67,6 +64,22 @@ FocusScope {
                 Accessible.selectable: true
                 Accessible.selected: tab.current
                 onActivated: bar.logic.current = tab.index
+                onTapped: {
+                    bar.ringed = false;
+                    tab.forceActiveFocus(Qt.MouseFocusReason);
+                }
+
+                TextMetrics {
+                    id: widest
+
+                    font: Tokens.font.captionSemibold
+                    text: tab.modelData.label
+                }
+
+                FocusWatch {
+                    item: tab
+                    onCame: byKeyboard => bar.ringed = byKeyboard
+                }
 
                 Rectangle {
                     anchors.fill: parent

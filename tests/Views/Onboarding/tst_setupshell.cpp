@@ -106,6 +106,20 @@ private Q_SLOTS:
         QVERIFY(qAbs(corner.red() - (ground.red() * 0.64 + 0x0D * 0.36)) < 3);
     }
 
+    void noWordOfASubtitleStandsAlone() {
+        SetupWindow bench;
+        bench.engine->reply(Method::provisionTools, allInstalled);
+        bench.open();
+        for (const auto screen : {Screen::connectMusic, Screen::downloadSources, Screen::fineTuning}) {
+            bench.goTo(screen);
+            const QQuickItem *const subtitle = bench.item("setupSubtitle");
+            const double whole = subtitle->implicitWidth();
+            const int lines = subtitle->property("lineCount").toInt();
+            QVERIFY(lines <= 2);
+            QVERIFY2(lines == 1 || subtitle->width() < 0.65 * whole, qPrintable(QString::number(whole)));
+        }
+    }
+
     void eachScreenHasItsHeaderAndButtons() {
         SetupWindow bench;
         bench.engine->reply(Method::provisionTools, allInstalled);

@@ -131,6 +131,48 @@ private Q_SLOTS:
         QCOMPARE(current(), 0);
     }
 
+    void theWordsOfATabKeepAwayFromItsEdges() {
+        SettingsBench bench;
+        QList<double> widths;
+        for (const QQuickItem *tab : bench.items("settingsTab"))
+            widths += tab->width();
+        for (int i = 0; i < widths.size(); ++i) {
+            bench.show(i);
+            const QQuickItem *const tab = bench.items("settingsTab").at(i);
+            QCOMPARE(tab->width(), widths.at(i)); // nothing moves
+            const auto words = SettingsBench::itemsOf(bench.items("settingsTab").at(i),
+                                                      [](QQuickItem *each) { return each->inherits("QQuickText"); });
+            QVERIFY2(words.value(0)->implicitWidth() + 2 * 8 <= tab->width() + 0.5, qPrintable(QString::number(i)));
+        }
+    }
+
+    void theRingOfATabIsForTheKeyboardAlone() {
+        SettingsBench bench;
+        const auto ringed = [&bench](int index) {
+            return !SettingsBench::itemsOf(bench.items("settingsTab").at(index), [](QQuickItem *each) {
+                        return each->property("controlRadius").isValid();
+                    }).isEmpty();
+        };
+        QVERIFY(!ringed(0));
+        bench.key(Qt::Key_Right);
+        QVERIFY(ringed(1));
+        bench.show(4);
+        QVERIFY(bench.items("settingsTab").at(4)->hasActiveFocus());
+        QVERIFY(!ringed(4));
+        // Nor does it come when the window does.
+        QWindow other;
+        other.show();
+        other.requestActivate();
+        QVERIFY(QTest::qWaitForWindowActive(&other));
+        bench.window()->requestActivate();
+        QVERIFY(QTest::qWaitForWindowActive(bench.window()));
+        QVERIFY(!ringed(4));
+        bench.key(Qt::Key_Left);
+        QVERIFY(ringed(3));
+        bench.show(3);
+        QVERIFY(!ringed(3));
+    }
+
     void aScreenReaderPicksATab() {
         SettingsBench bench;
         QQuickItem *tab = bench.items("settingsTab").at(7);

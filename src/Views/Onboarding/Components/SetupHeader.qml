@@ -45,8 +45,12 @@ Item {
         Paragraph {
             id: subtitle
 
+            // Two lines are about as long as each other: no word stands alone in the second.
+            readonly property int lines: Math.max(1, Math.ceil(subtitle.implicitWidth / parent.width))
+
             objectName: "setupSubtitle"
-            width: parent.width
+            width: subtitle.lines > 1 ? Math.min(parent.width, Math.ceil(1.15 * subtitle.implicitWidth / subtitle.lines))
+                                      : parent.width
             visible: header.info.subtitle !== ""
             text: header.info.subtitle
             lineHeight: 1
