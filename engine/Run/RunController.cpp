@@ -16,6 +16,7 @@ bool RunController::start(RunRequest request, const std::function<void()> &accep
     }
     auto run = std::make_shared<SyncRun>(std::move(request), _services);
     _current = run;
+    _desk.expectRun();
     accepted();
     _runs.post([this, run] {
         RunTurns turns;

@@ -23,7 +23,7 @@ constexpr std::chrono::seconds scanPatience{60};
 
 SyncRun::SyncRun(RunRequest request, RunServices services)
     : _request(std::move(request)), _services(services), _events(services.events, _request.runId, _stop.get_token()),
-      _output(_request.outputDir, services.files), _covers(_stop.get_token()),
+      _output(_request.outputDir, services.files), _covers(_stop.get_token()), _tally{_request.runId, {}, {}},
       _writers(std::make_unique<WorkQueue>(_request.concurrency())) {}
 
 void SyncRun::cancel(bool tellDone) {
@@ -252,7 +252,7 @@ void SyncRun::takeRow(const RunRow &row) {
             const std::lock_guard lock(_mutex);
             recording->state = Recording::State::Written;
             recording->file = *earlier;
-            ++_summary.present;
+            ++_tally.summary.present;
         }
         _bySourceNow.insert(earlier->sourcePath, recording);
         addWant(*earlier, key, row.playlistId);
@@ -298,7 +298,7 @@ void SyncRun::joinRow(const RunRow &row, const RecordingPtr &recording) {
     std::unique_lock lock(_mutex);
     const bool stands = recording->state == Recording::State::Written;
     if (stands) {
-        ++_summary.present;
+        ++_tally.summary.present;
     }
     const WrittenFile file = recording->file;
     lock.unlock();
@@ -419,8 +419,8 @@ void SyncRun::addReview(const RunRow &row, const PendingReview &like) {
     _services.database.recordReview(review);
     {
         const std::lock_guard lock(_mutex);
-        ++_summary.flagged;
-        _flagged.insert(row.trackId);
+        ++_tally.summary.flagged;
+        _tally.flagged.insert(row.trackId);
         _anyFlagged = true;
     }
     _events.needsReview(review);
