@@ -81,9 +81,10 @@ std::vector<Playlist> SyncRun::selectedPlaylists(QStringList &refusals) {
     for (const PlaylistSelection &selected : _request.selection) {
         const Playlist *playlist = snapshot->find(selected.id);
         if (!playlist) {
-            const QString refusal = snapshot->isComplete
-                                        ? u"The playlist %1 isn't there any more. Reload the playlists."_s
-                                        : u"The playlist %1 hasn't been read yet. Sync again in a minute."_s;
+            const QString refusal =
+                snapshot->isComplete
+                    ? u"The playlist %1 isn't there any more. Choose Refresh Library in the File menu."_s
+                    : u"The playlist %1 hasn't been read yet. Sync again in a minute."_s;
             refusals += refusal.arg(selected.name.value_or(selected.id));
         } else if (_request.config.hides(playlist->source)) {
             refusals +=

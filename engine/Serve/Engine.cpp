@@ -185,7 +185,7 @@ std::vector<PreviewTrackDTO> Engine::playlistTracks(PlaylistSourceId source, con
     const Playlist *playlist = snapshot->find(id);
     if (!playlist || playlist->source != source || _config.current().hides(source)) {
         throw MethodError(EngineErrorCode::invalidParams,
-                          u"id: there is no such playlist any more. Reload the playlists."_s);
+                          u"id: there is no such playlist any more. Choose Refresh Library in the File menu."_s);
     }
     if (playlist->isFolder) {
         return {};
