@@ -6,6 +6,7 @@
 #include "Run/Orphans.h"
 #include "Run/WriteFailure.h"
 #include "Store/RowMemory.h"
+#include "Support/FileBrowserOrder.h"
 #include "Transport/HelperProtocolEnvelope.h"
 
 #include <QDateTime>
@@ -95,7 +96,7 @@ std::vector<Playlist> SyncRun::selectedPlaylists(QStringList &refusals) {
             playlists.push_back(*playlist);
         }
     }
-    return playlists;
+    return sortedByName(std::move(playlists)); // as the application previews them
 }
 
 void SyncRun::prepareOutput() {
