@@ -74,7 +74,11 @@ private Q_SLOTS:
             }
             QCOMPARE(played, byName);
             engine.until(u"syncDone"_s);
-            std::reverse(selection.begin(), selection.end());
+            QJsonArray reversed;
+            for (const QJsonValue &each : std::as_const(selection)) {
+                reversed.prepend(each);
+            }
+            selection = reversed;
         }
     }
 
