@@ -28,6 +28,8 @@ struct PlaylistSnapshot {
     QHash<QString, std::size_t> byId;
     /// Files and folders that couldn't be looked at: what they held before may still be wanted.
     QStringList unreadable;
+    /// What is wrong with each of them that is there, for people to read: its path, and why.
+    QStringList problems;
     /// False if the scan that made it hadn't ended: whatever isn't in it may be there all the same.
     bool isComplete = true;
 

@@ -126,6 +126,7 @@ void PlaylistCatalogue::lookThrough(PlaylistSnapshot &snapshot) {
     QStringList watched;
     const auto note = [&](const QString &path, const QString &why) {
         snapshot.unreadable += path;
+        snapshot.problems += path + ": "_L1 + why;
         _files.warnOnce(path, why);
     };
     for (const QString &root : places.folders) {
@@ -172,6 +173,9 @@ void PlaylistCatalogue::enter(PlaylistSnapshot &snapshot, const QString &root, c
     const std::lock_guard lock(_mutex);
     if (reading.isPartial) {
         snapshot.unreadable += path;
+    }
+    if (!reading.problem.isEmpty()) {
+        snapshot.problems += path + ": "_L1 + reading.problem;
     }
     if (reading.content) {
         SnapshotBuilder(snapshot).enter(*playlistSourceOf(path), root, path, reading.content);

@@ -90,6 +90,11 @@ ReadFile readAs(Form form, QIODevice &device, const QString &folder) {
     return {};
 }
 
+/// Why a file isn't told as a whole: the last that was wrong with it.
+QString problemOf(const ReadFile &content) {
+    return content.whole || content.warnings.empty() ? QString() : content.warnings.back().message;
+}
+
 } // namespace
 
 std::optional<PlaylistSourceId> playlistSourceOf(const QString &path) {
@@ -117,7 +122,7 @@ PlaylistFiles::Reading PlaylistFiles::read(const QString &path, std::stop_token 
         return {};
     }
     if (const auto known = _known.constFind(path); known != _known.constEnd() && known->stamp == *stamp) {
-        return {known->content, !known->content->whole};
+        return {known->content, !known->content->whole, problemOf(*known->content)};
     }
     try {
         if (stamp->size > largestFile) {
@@ -129,7 +134,7 @@ PlaylistFiles::Reading PlaylistFiles::read(const QString &path, std::stop_token 
             throw FileProblem(path, file.failure());
         }
         if (stop.stop_requested()) {
-            return {nullptr, true};
+            return {nullptr, true, {}};
         }
         for (ReadList &list : content->lists) {
             for (ListedTrack &track : list.tracks) {
@@ -143,16 +148,17 @@ PlaylistFiles::Reading PlaylistFiles::read(const QString &path, std::stop_token 
         tellWarnings(path, *content);
         _told.remove(path);
         _known.insert(path, {*stamp, content});
-        return {content, !content->whole};
+        return {content, !content->whole, problemOf(*content)};
     } catch (const FileProblem &problem) {
         if (problem.code() == ENOENT) {
             return {};
         }
         _known.remove(path);
-        warnOnce(path, problem.code() == EFBIG
-                           ? u"it is larger than %1 bytes, and no playlist is that large"_s.arg(largestFile)
-                           : problem.reason());
-        return {nullptr, true};
+        const QString why = problem.code() == EFBIG
+                                ? u"it is larger than %1 bytes, and no playlist is that large"_s.arg(largestFile)
+                                : problem.reason();
+        warnOnce(path, why);
+        return {nullptr, true, why};
     }
 }
 

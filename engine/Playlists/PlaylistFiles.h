@@ -27,6 +27,7 @@ public:
         std::shared_ptr<const ReadFile> content;
         /// True if it is there but what it holds isn't known, or not all of it: that may still be wanted.
         bool isPartial = false;
+        QString problem{}; ///< Why, if it is partial and wasn't merely stopped.
     };
     /// What is passed over goes to the log, once for each state of the file.
     Reading read(const QString &path, std::stop_token stop);

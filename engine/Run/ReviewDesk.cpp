@@ -118,10 +118,32 @@ void ReviewDesk::inTurn(const std::function<void()> &work) {
 }
 
 void ReviewDesk::attend(std::shared_ptr<SyncRun> run) {
+    _ended = _run && !run ? _run->toldTally() : std::nullopt;
     _run = std::move(run);
     if (_run) {
         _begun = _run->runId();
+        const std::lock_guard lock(_mutex);
+        _runExpected = false;
     }
+}
+
+void ReviewDesk::expectRun() {
+    const std::lock_guard lock(_mutex);
+    _runExpected = true;
+}
+
+void ReviewDesk::sumUpAnew(const std::vector<PendingReview> &rows, const DecisionOutcome &outcome,
+                           const std::stop_token &stop) {
+    if (!_ended || !_ended->count(rows, outcome)) {
+        return;
+    }
+    {
+        const std::lock_guard lock(_mutex);
+        if (_runExpected) {
+            return;
+        }
+    }
+    RunEvents(_services.events, _ended->runId, stop).syncDone(_ended->summary);
 }
 
 void ReviewDesk::cancel() {
@@ -256,6 +278,7 @@ void ReviewDesk::settle(const PendingReview &review, const QString &sourcePath, 
         }
     }
     giveBack();
+    sumUpAnew(rows, outcome, stop);
 }
 
 /// All rows that wait for a decision on the recording; the one that it was made for first.

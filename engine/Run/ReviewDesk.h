@@ -36,6 +36,8 @@ public:
     void inTurn(const std::function<void()> &work);
     /// From now on decisions are carried out as a part of this run; of none if null. To be called in turn.
     void attend(std::shared_ptr<SyncRun> run);
+    /// A run is asked for: nothing more is told of how the one before it has ended.
+    void expectRun();
 
     /// Stops the decisions taken so far at their next safe point. They are kept, and the next run carries them out.
     void cancel();
@@ -86,6 +88,8 @@ private:
     QString freeStem(const PendingReview &row, const OutputFolder &folder);
     /// `runId` is for an engine in which no run has begun yet.
     void refuse(const std::optional<QString> &runId, const QString &message);
+    /// The summary of the run that is over counts its doubtful rows: tells it again once one of them is decided.
+    void sumUpAnew(const std::vector<PendingReview> &rows, const DecisionOutcome &outcome, const std::stop_token &stop);
 
     RunServices _services;
     const std::function<Settings()> _settings;
@@ -93,8 +97,10 @@ private:
     // The queue's thread's own
     std::shared_ptr<SyncRun> _run;
     QString _begun; // the run that began last
+    std::optional<RunTally> _ended;
 
-    std::mutex _mutex;      // guards the next
+    std::mutex _mutex; // guards the next three
+    bool _runExpected = false;
     std::stop_source _stop; // of the decisions taken since the last cancel
     bool _stopping = false;
     std::stop_source _ending;

@@ -16,6 +16,7 @@ bool RunController::start(RunRequest request, RunLock::Hold hold, const std::fun
     }
     auto run = std::make_shared<SyncRun>(std::move(request), _services);
     _current = run;
+    _desk.expectRun();
     accepted();
     _runs.post([this, run, hold = std::move(hold)]() mutable {
         RunTurns turns;

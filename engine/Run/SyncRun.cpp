@@ -6,6 +6,7 @@
 #include "Run/Orphans.h"
 #include "Run/WriteFailure.h"
 #include "Store/RowMemory.h"
+#include "Support/FileBrowserOrder.h"
 #include "Transport/HelperProtocolEnvelope.h"
 
 #include <QDateTime>
@@ -26,7 +27,7 @@ constexpr std::chrono::seconds scanPatience{60};
 
 SyncRun::SyncRun(RunRequest request, RunServices services)
     : _request(std::move(request)), _services(services), _events(services.events, _request.runId, _stop.get_token()),
-      _output(_request.outputDir, services.files), _covers(_stop.get_token()),
+      _output(_request.outputDir, services.files), _covers(_stop.get_token()), _tally{_request.runId, {}, {}},
       _writers(std::make_unique<WorkQueue>(_request.concurrency())) {}
 
 void SyncRun::cancel(bool tellDone) {
@@ -85,9 +86,10 @@ std::vector<Playlist> SyncRun::selectedPlaylists(QStringList &refusals) {
     for (const PlaylistSelection &selected : _request.selection) {
         const Playlist *playlist = snapshot->find(selected.id);
         if (!playlist) {
-            const QString refusal = snapshot->isComplete
-                                        ? u"The playlist %1 isn't there any more. Reload the playlists."_s
-                                        : u"The playlist %1 hasn't been read yet. Sync again in a minute."_s;
+            const QString refusal =
+                snapshot->isComplete
+                    ? u"The playlist %1 isn't there any more. Choose Refresh Library in the File menu."_s
+                    : u"The playlist %1 hasn't been read yet. Sync again in a minute."_s;
             refusals += refusal.arg(selected.name.value_or(selected.id));
         } else if (_request.config.hides(playlist->source)) {
             refusals +=
@@ -98,11 +100,12 @@ std::vector<Playlist> SyncRun::selectedPlaylists(QStringList &refusals) {
             playlists.push_back(*playlist);
         }
     }
-    // In the library's order, whatever order they were picked in: it decides which of two tracks gets the plain name.
+    // By name as the application previews them, and those of one name in the library's order, whatever order they were
+    // picked in: it decides which of two tracks gets the plain name.
     std::sort(playlists.begin(), playlists.end(), [&snapshot](const Playlist &a, const Playlist &b) {
         return snapshot->byId.value(a.id) < snapshot->byId.value(b.id);
     });
-    return playlists;
+    return sortedByName(std::move(playlists));
 }
 
 void SyncRun::prepareOutput() {
@@ -259,7 +262,7 @@ void SyncRun::takeRow(const RunRow &row) {
             const std::lock_guard lock(_mutex);
             recording->state = Recording::State::Written;
             recording->file = *earlier;
-            ++_summary.present;
+            ++_tally.summary.present;
         }
         _bySourceNow.insert(earlier->sourcePath, recording);
         addWant(*earlier, key, row.playlistId);
@@ -305,7 +308,7 @@ void SyncRun::joinRow(const RunRow &row, const RecordingPtr &recording) {
     std::unique_lock lock(_mutex);
     const bool stands = recording->state == Recording::State::Written;
     if (stands) {
-        ++_summary.present;
+        ++_tally.summary.present;
     }
     const WrittenFile file = recording->file;
     lock.unlock();
@@ -428,8 +431,8 @@ void SyncRun::addReview(const RunRow &row, const PendingReview &like) {
     _services.database.recordReview(review);
     {
         const std::lock_guard lock(_mutex);
-        ++_summary.flagged;
-        _flagged.insert(row.trackId);
+        ++_tally.summary.flagged;
+        _tally.flagged.insert(row.trackId);
         _anyFlagged = true;
     }
     _events.needsReview(review);

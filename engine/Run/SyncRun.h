@@ -5,6 +5,7 @@
 #include "Output/TrackWriter.h"
 #include "Run/CoverDesk.h"
 #include "Run/Recording.h"
+#include "Run/RunTally.h"
 #include "Run/RunTypes.h"
 #include "Run/SourceFinder.h"
 
@@ -59,6 +60,8 @@ public:
     void letRowPass(const QString &rowKey, const std::stop_token &stop);
     /// The name that the run keeps for a recording; empty if it keeps none. From any thread.
     QString reservedStem(const QString &rowKey) const;
+    /// What the summary tells; nothing if none is sent. From any thread.
+    std::optional<RunTally> toldTally() const;
     /// A name that the run gives to nothing else. From any thread.
     QString claimStem(const QString &wanted) { return _names.claim(wanted); }
 
@@ -108,7 +111,6 @@ private:
     void endWritten(const RunRow &row, const WrittenFile &file, ServerEvent::TrackFinishKind kind);
     void failOutput(const QString &message);
     void coolOff(const QString &rowKey, const QString &detail);
-    void count(const std::vector<PendingReview> &rows, const DecisionOutcome &outcome);
 
     void finish(const std::vector<Playlist> &playlists);
     void sendSummary();
@@ -138,10 +140,9 @@ private:
     QHash<QString, QString> _reserved; // stems of rows that still wait for a decision, by row key; changed by the
                                        // executing thread only
     QString _rowInHand;                // the key of the row that the executing thread is at
-    QSet<QString> _flagged;            // tracks that wait for a decision and count as that
     int _inHand = 0;
     int _waitingForDesk = 0; // rows
-    SyncSummary _summary;
+    RunTally _tally;
     bool _anyFailed = false;
     bool _anyFlagged = false;
     bool _outputTold = false;

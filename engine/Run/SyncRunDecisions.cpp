@@ -59,7 +59,10 @@ RecordingPtr SyncRun::takeToDesk(const QString &rowKey, const QString &sourcePat
 
 void SyncRun::giveBack(const RecordingPtr &recording, const QString &sourcePath, const std::vector<PendingReview> &rows,
                        const DecisionOutcome &outcome) {
-    count(rows, outcome);
+    {
+        const std::lock_guard lock(_mutex);
+        _tally.count(rows, outcome);
+    }
     if (!recording) {
         return;
     }
@@ -95,20 +98,9 @@ void SyncRun::giveBack(const RecordingPtr &recording, const QString &sourcePath,
     _changed.notify_all();
 }
 
-void SyncRun::count(const std::vector<PendingReview> &rows, const DecisionOutcome &outcome) {
+std::optional<RunTally> SyncRun::toldTally() const {
     const std::lock_guard lock(_mutex);
-    const bool written = outcome.state == Recording::State::Written;
-    for (std::size_t i = 0; outcome.state != Recording::State::Doubtful && i < rows.size(); ++i) {
-        if (!_flagged.remove(rows[i].trackId)) { // a row of an earlier run
-            continue;
-        }
-        const bool isNew = outcome.isNew && i == 0;
-        --_summary.flagged;
-        _summary.ok += written && isNew ? 1 : 0;
-        _summary.present += written && !isNew ? 1 : 0;
-        _summary.failed += outcome.state == Recording::State::Failed ? 1 : 0;
-        _summary.skipped += outcome.state == Recording::State::Skipped ? 1 : 0;
-    }
+    return _tellDone ? std::optional(_tally) : std::nullopt;
 }
 
 QString SyncRun::reservedStem(const QString &rowKey) const {

@@ -62,7 +62,7 @@ void SyncRun::writeFile(const RunRow &row, const RecordingPtr &recording, WriteO
         recording->file = file;
         recording->detail = detail;
         waiting = std::exchange(recording->waiting, {});
-        _summary.upgraded += state == Recording::State::Written && recording->worse && !isKept ? 1 : 0;
+        _tally.summary.upgraded += state == Recording::State::Written && recording->worse && !isKept ? 1 : 0;
     }
     if (state == Recording::State::Written && !isKept) {
         endWritten(row, file, ServerEvent::TrackFinishKind::downloaded);
@@ -129,9 +129,9 @@ void SyncRun::rememberWant(const Want &want) {
 void SyncRun::endRow(const RunRow &row, Finish status, const QString &detail) {
     {
         const std::lock_guard lock(_mutex);
-        _summary.failed += status == Finish::failed ? 1 : 0;
-        _summary.flagged += status == Finish::lowConfidence ? 1 : 0;
-        _summary.skipped += status == Finish::skipped ? 1 : 0;
+        _tally.summary.failed += status == Finish::failed ? 1 : 0;
+        _tally.summary.flagged += status == Finish::lowConfidence ? 1 : 0;
+        _tally.summary.skipped += status == Finish::skipped ? 1 : 0;
         _anyFailed |= status == Finish::failed;
         _anyFlagged |= status == Finish::lowConfidence;
     }
@@ -141,8 +141,8 @@ void SyncRun::endRow(const RunRow &row, Finish status, const QString &detail) {
 void SyncRun::endWritten(const RunRow &row, const WrittenFile &file, ServerEvent::TrackFinishKind kind) {
     {
         const std::lock_guard lock(_mutex);
-        _summary.ok += kind == ServerEvent::TrackFinishKind::downloaded ? 1 : 0;
-        _summary.present += kind == ServerEvent::TrackFinishKind::verified ? 1 : 0;
+        _tally.summary.ok += kind == ServerEvent::TrackFinishKind::downloaded ? 1 : 0;
+        _tally.summary.present += kind == ServerEvent::TrackFinishKind::verified ? 1 : 0;
     }
     _events.written(row.trackId, file, kind);
 }
@@ -181,7 +181,7 @@ void SyncRun::finish(const std::vector<Playlist> &playlists) {
             _events.error(u"orphans"_s, result.failure);
         }
         const std::lock_guard lock(_mutex);
-        _summary.removed = result.moved.size();
+        _tally.summary.removed = result.moved.size();
         orphans.removeIf([&](const QString &path) { return result.moved.contains(path); });
     }
     if (!orphans.isEmpty()) {
@@ -192,7 +192,7 @@ void SyncRun::finish(const std::vector<Playlist> &playlists) {
 void SyncRun::sendSummary() {
     std::unique_lock lock(_mutex);
     const bool tell = _tellDone;
-    const SyncSummary summary = _summary;
+    const SyncSummary summary = _tally.summary;
     lock.unlock();
     if (tell) {
         _events.syncDone(summary);

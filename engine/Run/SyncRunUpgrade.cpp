@@ -111,8 +111,8 @@ void SyncRun::takeOver(const RunRow &row, const RecordingPtr &recording, const W
         const std::lock_guard lock(_mutex);
         recording->state = Recording::State::Written;
         recording->file = better;
-        ++_summary.present;
-        _summary.upgraded += _request.dryRun() ? 0 : 1;
+        ++_tally.summary.present;
+        _tally.summary.upgraded += _request.dryRun() ? 0 : 1;
     }
     _replacedNow.insert(standing.path, recording);
     addWant(better, row.track->rowKey, row.playlistId);

@@ -81,6 +81,16 @@ QStringList missingOf(const QStringList &folders) {
     return missing;
 }
 
+/// The first few problems; a folder of nothing but broken files must not fill the window.
+QString unreadText(const QStringList &problems) {
+    constexpr qsizetype mostTold = 3;
+    const qsizetype more = problems.size() - mostTold;
+    const QString told =
+        problems.mid(0, mostTold).join(u"; "_s) + (more > 0 ? u"; and %1 more"_s.arg(more) : QString());
+    return problems.size() == 1 ? u"1 file can't be read: %1."_s.arg(told)
+                                : u"%1 files can't be read: %2."_s.arg(problems.size()).arg(told);
+}
+
 DoctorCheck checkPlaylists(const DoctorSubject &subject) {
     DoctorCheck check{u"playlists"_s, u"Playlists"_s, okStatus, {}, false};
     const QStringList missing = missingOf(subject.config.playlistDirs);
@@ -94,6 +104,11 @@ DoctorCheck checkPlaylists(const DoctorSubject &subject) {
         check.detail = u"None found. Put your exported playlists (CSV, M3U) into %1."_s.arg(places);
     } else {
         check.detail = u"%1 found in %2"_s.arg(subject.playlists).arg(places);
+    }
+    if (!subject.problems.isEmpty()) {
+        const bool isSentence = check.status != okStatus;
+        check.detail = *check.detail + (isSentence ? u" "_s : u". "_s) + unreadText(subject.problems);
+        check.status = isSentence ? check.status : warningStatus;
     }
     return check;
 }

@@ -26,6 +26,7 @@ struct DoctorSubject {
     EngineConfig config;
     QString outputDir; ///< Absolute.
     qsizetype playlists = 0;
+    QStringList problems = {}; ///< Of files and folders of playlists: the path, and what is wrong with it.
 };
 
 /// The checks "ffmpeg", "output-folder", "playlists", "collection" and "disk-space", in this order. Changes nothing.

@@ -186,7 +186,7 @@ std::vector<PreviewTrackDTO> Engine::playlistTracks(PlaylistSourceId source, con
     const Playlist *playlist = snapshot->find(id);
     if (!playlist || playlist->source != source || _config.current().hides(source)) {
         throw MethodError(EngineErrorCode::invalidParams,
-                          u"id: there is no such playlist any more. Reload the playlists."_s);
+                          u"id: there is no such playlist any more. Choose Refresh Library in the File menu."_s);
     }
     if (playlist->isFolder) {
         return {};
@@ -304,7 +304,7 @@ DoctorSubject Engine::doctorSubject() {
     const auto snapshot = _playlists.refresh(scanPatience);
     const auto lists = std::count_if(snapshot->playlists.begin(), snapshot->playlists.end(),
                                      [](const Playlist &playlist) { return !playlist.isFolder; });
-    return {_config.current(), outputDir(), lists};
+    return {_config.current(), outputDir(), lists, snapshot->problems};
 }
 
 std::vector<DoctorCheck> Engine::runDoctor() {

@@ -12,6 +12,19 @@ namespace {
 /// The pause before the preview of a selection is fetched.
 constexpr std::chrono::milliseconds previewDebounce{250};
 
+/// Shows the selection's preview where neither rows of a run nor of a preview stand: after a run that has shown
+/// nothing, and when a new list may hold what was selected all along.
+void previewWhereNothingShows(AppModel &model) {
+    PreviewStore *const preview = model.preview();
+    if (!preview || model.sync()->isRunning() || !model.sync()->groups()->isEmpty() || preview->isLoading() ||
+        preview->trackCount() > 0)
+        return;
+    // A playlist that couldn't be read is asked for again.
+    if (!preview->groups()->isEmpty())
+        preview->clear();
+    model.selectionChanged();
+}
+
 } // namespace
 
 AppModel::AppModel(Launcher launcher, Surroundings surroundings, QObject *parent)
@@ -19,6 +32,10 @@ AppModel::AppModel(Launcher launcher, Surroundings surroundings, QObject *parent
       _sync(new SyncStore(this)), _cliTool(new CLIToolStore(_surroundings.toolPlaces, _surroundings.toolTarget, this)),
       _signIns(new SignIns(this)) {
     followFocusedReview();
+    connect(_sync, &SyncStore::phaseChanged, this, [this] {
+        if (_sync->phase() == SyncPhase::done || _sync->phase() == SyncPhase::cancelled)
+            previewWhereNothingShows(*this);
+    });
 }
 
 AppModel::AppModel(std::shared_ptr<HelperClienting> client, Surroundings surroundings, QObject *parent)
@@ -70,6 +87,10 @@ void AppModel::attach(std::shared_ptr<HelperClienting> client) {
     _client = std::move(client);
     Q_EMIT clientChanged();
     _library = new LibraryStore(_client, this);
+    connect(_library, &LibraryStore::loadStateChanged, this, [this] {
+        if (_library->loadState() == LoadState::loaded())
+            previewWhereNothingShows(*this);
+    });
     Q_EMIT libraryChanged();
     _preview = new PreviewStore(_client, _surroundings.clock, previewDebounce, this);
     Q_EMIT previewChanged();

@@ -1,5 +1,5 @@
 #include "App/AppModel.h"
-#include "State/FileBrowserOrder.h"
+#include "Support/FileBrowserOrder.h"
 
 #include <QPointer>
 

@@ -17,6 +17,10 @@ namespace {
 const QString automaticKey = u"SUEnableAutomaticChecks"_s;
 const QString skippedKey = u"SUSkippedVersion"_s;
 
+bool hasFeed(const UpdaterSurroundings &surroundings) {
+    return !surroundings.bundle.info(u"SUFeedURL"_s).toString().isEmpty();
+}
+
 /// Nothing for a failure that the user brought about.
 std::optional<UpdateProblem> problemOf(const std::exception_ptr &failure) {
     try {
@@ -50,8 +54,7 @@ void AppUpdater::start() {
 }
 
 void AppUpdater::followSchedule() {
-    const bool hasFeed = !_surroundings->bundle.info(u"SUFeedURL"_s).toString().isEmpty();
-    if (_started && hasFeed && automaticallyChecksForUpdates() && !_surroundings->unattended)
+    if (_started && hasFeed(*_surroundings) && automaticallyChecksForUpdates() && !_surroundings->unattended)
         _schedule.start();
     else
         _schedule.stop();
@@ -59,7 +62,8 @@ void AppUpdater::followSchedule() {
 
 bool AppUpdater::automaticallyChecksForUpdates() const {
     const auto chosen = _surroundings->defaults->value(automaticKey);
-    return chosen.isValid() ? chosen.toBool() : _surroundings->bundle.info(automaticKey).toBool();
+    return chosen.isValid() ? chosen.toBool()
+                            : hasFeed(*_surroundings) && _surroundings->bundle.info(automaticKey).toBool();
 }
 
 void AppUpdater::setAutomaticallyChecksForUpdates(bool automatically) {
@@ -104,7 +108,8 @@ void AppUpdater::checkByItself() {
 void AppUpdater::begin(bool asked) {
     _asked = asked;
     _phase = Phase::Checking;
-    _schedule.checked();
+    if (hasFeed(*_surroundings)) // or else nobody is asked
+        _schedule.checked();
     if (asked)
         show(Phase::Checking, UpdateScene::Checking());
     _task = startTask(this, [this](std::stop_token stop) { return check(std::move(stop)); });

@@ -32,6 +32,13 @@ Window {
         frame.forceActiveFocus();
     }
 
+    // The bounds go first: a window manager holds a window that becomes lower to those that it knows.
+    function fit() {
+        dialog.minimumHeight = frame.implicitHeight;
+        dialog.maximumHeight = frame.implicitHeight;
+        dialog.height = frame.implicitHeight;
+    }
+
     function refuse() {
         if (dialog.secondaryText === "")
             dialog.dismissed();
@@ -44,11 +51,8 @@ Window {
     title: dialog.heading
     flags: Qt.Dialog
     width: Tokens.size.dialogWidth
-    height: frame.implicitHeight
     minimumWidth: dialog.width
     maximumWidth: dialog.width
-    minimumHeight: dialog.height
-    maximumHeight: dialog.height
     color: Tokens.color.window
     onClosing: dialog.dismissed()
 
@@ -68,6 +72,7 @@ Window {
         objectName: "dialogFrame"
         width: dialog.width
         implicitHeight: Math.ceil(buttons.y + buttons.height + Tokens.space.xl)
+        onImplicitHeightChanged: dialog.fit()
         focus: true
         Accessible.role: Accessible.Dialog
         Accessible.name: dialog.heading

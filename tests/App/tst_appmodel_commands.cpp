@@ -19,6 +19,9 @@ namespace {
 
 using Id = std::optional<QString>;
 
+const QByteArray tracks = R"({"tracks":[{"id":"a#0","title":"T","artist":"A","durationSec":9,)"
+                          R"("artwork":{"kind":"none"},"onDisk":"missing"}]})";
+
 } // namespace
 
 class TestAppModelCommands : public QObject {
@@ -41,6 +44,11 @@ class TestAppModelCommands : public QObject {
         run({syncStarted(u"run-1"_s), playlistStarted(u"p"_s, {u"p#0"_s, u"p#1"_s, u"p#2"_s, u"p#3"_s})});
         for (int i = 0; i < waiting; ++i)
             run({needsReview(u"p#%1"_s.arg(i))});
+    }
+    /// A reply that fails is asked for in the other shape too.
+    void failTracks() {
+        for (int i = 0; i < 2; ++i)
+            client->fail(Method::getPlaylistTracks, HelperError::engineError(u"invalid_params"_s, u"gone"_s));
     }
     QStringList previewed() const {
         QStringList ids;
@@ -153,6 +161,80 @@ private Q_SLOTS:
         model->selectionChanged();
         QCOMPARE(model->sync()->phase(), SyncPhase::done);
         QVERIFY(model->sync()->summary());
+    }
+
+    void aSelectionThatComesBackIntoTheLibraryIsPreviewedAgain() {
+        const std::vector list{playlistOf(u"a"_s, u"A"_s)};
+        load(list);
+        model->library()->setSelection({u"a"_s});
+        model->startSync();
+        settle();
+        client->release("null");
+        // The file is gone: the run ends without rows, and what is selected can't be shown.
+        failTracks();
+        run({syncStarted(u"run-1"_s), syncDone(0)});
+        passDebounce();
+        QCOMPARE(previewed().size(), 2);
+        load({});
+        passDebounce();
+        QVERIFY(model->preview()->groups()->isEmpty());
+        client->reply(Method::getPlaylistTracks, tracks);
+        load(list);
+        passDebounce();
+        QCOMPARE(model->preview()->trackCount(), 1);
+        QVERIFY(!model->preview()->isLoading());
+        load(list); // what shows is not asked for again
+        passDebounce();
+        QCOMPARE(previewed().size(), 3);
+    }
+
+    void anUnreadablePlaylistIsAskedForAgainByARefresh() {
+        const std::vector list{playlistOf(u"a"_s, u"A"_s)};
+        load(list);
+        model->library()->setSelection({u"a"_s});
+        failTracks();
+        model->selectionChanged();
+        passDebounce();
+        QCOMPARE(model->preview()->trackCount(), 0);
+        client->reply(Method::getPlaylistTracks, tracks);
+        load(list);
+        passDebounce();
+        QCOMPARE(model->preview()->trackCount(), 1);
+    }
+
+    void aRunThatEndsWithoutRowsGivesThePreviewBack_data() {
+        QTest::addColumn<bool>("isCancelled");
+        QTest::newRow("done") << false;
+        QTest::newRow("cancelled while preparing") << true;
+    }
+
+    void aRunThatEndsWithoutRowsGivesThePreviewBack() {
+        QFETCH(bool, isCancelled);
+        load({playlistOf(u"a"_s, u"A"_s)});
+        model->library()->setSelection({u"a"_s});
+        client->fail(Method::startSync, HelperError::engineError(u"busy"_s, u"busy"_s));
+        model->startSync();
+        passDebounce();
+        QVERIFY(previewed().isEmpty()); // it is shown as being prepared
+        client->reply(Method::getPlaylistTracks, tracks);
+        if (isCancelled)
+            model->cancelSync();
+        else
+            run({syncDone(0)});
+        passDebounce();
+        QCOMPARE(model->preview()->trackCount(), 1);
+    }
+
+    void aRefreshBesideTheRowsOfARunLeavesThem() {
+        load({playlistOf(u"p"_s, u"P"_s)});
+        model->library()->setSelection({u"p"_s});
+        review(1);
+        run({syncDone(1)});
+        load({playlistOf(u"p"_s, u"Renamed"_s)});
+        passDebounce();
+        QCOMPARE(model->sync()->groups()->count(), 1);
+        QCOMPARE(model->sync()->phase(), SyncPhase::done);
+        QVERIFY(previewed().isEmpty());
     }
 
     void commandsWithoutAClientDoNothing() {

@@ -87,6 +87,17 @@ private Q_SLOTS:
         QVERIFY(!_bench->model->automaticallyChecks());
     }
 
+    void withoutAFeedItDoesNotClaimToCheckNorToHaveChecked() {
+        _bench->info[u"SUEnableAutomaticChecks"_s] = true;
+        _bench->info[u"SUFeedURL"_s] = QString();
+        _bench->launch().checkForUpdates();
+        QVERIFY(!_bench->model->automaticallyChecks());
+        QTRY_VERIFY(_bench->driver.failedFor(UpdateProblem::noFeed));
+        QVERIFY(!_bench->defaults->value(u"SULastCheckTime"_s).isValid());
+        _bench->model->setAutomaticallyChecks(true); // the user's word counts all the same
+        QVERIFY(_bench->model->automaticallyChecks());
+    }
+
     void withoutItsBundleItOnlySaysThatThereIsNothing() {
         UpdaterSurroundings bare = _bench->surroundings();
         bare.bundle = Bundle(_bench->home.filePath(u"nowhere"_s), {});

@@ -1,5 +1,5 @@
-#include "State/FileBrowserOrder.h"
 #include "State/Records.h"
+#include "Support/FileBrowserOrder.h"
 
 #include <QTest>
 
@@ -42,9 +42,9 @@ private Q_SLOTS:
     }
 
     void playlistsAreSortedByNameAndEqualOnesStayInOrder() {
-        const auto sorted = sortedByName({playlistOf(u"1"_s, u"Mix 10"_s), playlistOf(u"2"_s, u"Mix 2"_s),
-                                          playlistOf(u"3"_s, u"A"_s), playlistOf(u"4"_s, u"Mix 2"_s),
-                                          playlistOf(u"5"_s, u"Mix 2"_s), playlistOf(u"0"_s, u"Mix 2"_s)});
+        const auto sorted = sortedByName(std::vector{playlistOf(u"1"_s, u"Mix 10"_s), playlistOf(u"2"_s, u"Mix 2"_s),
+                                                     playlistOf(u"3"_s, u"A"_s), playlistOf(u"4"_s, u"Mix 2"_s),
+                                                     playlistOf(u"5"_s, u"Mix 2"_s), playlistOf(u"0"_s, u"Mix 2"_s)});
         QStringList ids;
         for (const auto &playlist : sorted)
             ids.append(playlist.id);

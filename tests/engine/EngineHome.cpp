@@ -200,7 +200,7 @@ QList<QJsonObject> EngineChild::syncAll(const QJsonObject &options) {
     if (!call(u"startSync"_s, params).value("ok"_L1).toBool()) {
         return events;
     }
-    for (QJsonObject line = next(); !line.isEmpty(); line = next()) {
+    for (QJsonObject line = until(u"syncStarted"_s); !line.isEmpty(); line = next()) {
         events += line;
         if (line.value("event"_L1).toString() == "syncDone"_L1) {
             break;

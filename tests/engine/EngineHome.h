@@ -63,7 +63,7 @@ public:
 
     /// Lists the playlists and returns the selection of all that aren't folders.
     QJsonArray selectAll();
-    /// Syncs everything and returns all events up to syncDone.
+    /// Syncs everything and returns all events of it up to syncDone.
     QList<QJsonObject> syncAll(const QJsonObject &options = {});
 
     /// Ends its input and returns the exit status, or nothing if it doesn't end in time.

@@ -85,6 +85,46 @@ private Q_SLOTS:
         }
     }
 
+    void aPlaylistFileThatCannotBeReadIsNamedWithItsReason_data() {
+        QTest::addColumn<bool>("besideGood");
+        QTest::newRow("alone") << false;
+        QTest::newRow("beside a good one") << true;
+    }
+
+    void aPlaylistFileThatCannotBeReadIsNamedWithItsReason() {
+        QFETCH(bool, besideGood);
+        const EngineHome home;
+        home.write(home.playlists(u"broken.csv"_s), "no,such,columns\n1,2,3\n");
+        if (besideGood) {
+            home.addList(u"Good.csv"_s, {u"One|Ann|2"_s});
+        }
+        EngineChild engine(home);
+        for (int again = 0; again < 2; ++again) { // the second time it is known from the first
+            const QJsonObject check = checksOf(engine).value(u"playlists"_s);
+            QCOMPARE(statusOf(check), besideGood ? u"warn"_s : u"fail"_s);
+            QVERIFY(!isFixable(check));
+            const QString detail = check.value("detail"_L1).toString();
+            const QString expected =
+                u"1 file can't be read: %1: no column tells the tracks' names"_s.arg(home.playlists(u"broken.csv"_s));
+            QVERIFY2(detail.contains(expected), qPrintable(detail));
+            QVERIFY(detail.startsWith(besideGood ? u"1 found in"_s : u"None found. "_s));
+        }
+        home.addList(u"broken.csv"_s, {u"Two|Ann|2"_s});
+        QCOMPARE(statusOf(checksOf(engine).value(u"playlists"_s)), u"ok"_s);
+    }
+
+    void manyPlaylistFilesThatCannotBeReadAreCounted() {
+        const EngineHome home;
+        for (int i = 1; i <= 5; ++i) {
+            home.write(home.playlists(u"broken%1.csv"_s.arg(i)), {});
+        }
+        EngineChild engine(home);
+        const QString detail = checksOf(engine).value(u"playlists"_s).value("detail"_L1).toString();
+        QVERIFY2(detail.contains("5 files can't be read: "_L1) && detail.endsWith("; and 2 more."_L1),
+                 qPrintable(detail));
+        QCOMPARE(detail.count("holds nothing"_L1), 3);
+    }
+
     void aFolderThatCannotBeMadeIsNotOfferedToBeMade_data() {
         QTest::addColumn<QString>("variable");
         QTest::addColumn<QString>("check");

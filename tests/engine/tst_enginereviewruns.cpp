@@ -126,6 +126,66 @@ private Q_SLOTS:
         QCOMPARE(endings(engine.syncAll()).values(), QStringList{u"ok downloaded"_s}); // without asking again
     }
 
+    void aDecisionAfterTheRunIsCountedInItsSummary() {
+        const EngineHome home;
+        home.addAudio(u"one.mp3"_s, u"Ines"_s, u"Slow Burn (Live)"_s);
+        home.addAudio(u"two.mp3"_s, u"Ann"_s, u"Other (Live)"_s);
+        home.addList(u"L.csv"_s, {u"Slow Burn|Ines|2"_s, u"Other|Ann|2"_s, u"Slow Burn|Ines|2"_s, u"None|At all|2"_s});
+        EngineChild engine(home);
+        const QList<QJsonObject> events = engine.syncAll();
+        const QList<QJsonObject> doubtful = named(events, u"needsReview"_s);
+        QCOMPARE(doubtful.size(), 3);
+        QCOMPARE(summaryOf(events).value("flagged"_L1).toInt(), 3);
+        QCOMPARE(summaryOf(events).value("failed"_L1).toInt(), 1);
+
+        engine.tell(u"reviewDecision"_s, decisionOn(trackOf(doubtful[0])));
+        const QJsonObject first = engine.until(u"syncDone"_s);
+        QCOMPARE(idOf(first), idOf(events.last()));
+        QJsonObject summary = summaryOf({first});
+        QCOMPARE(summary.value("ok"_L1).toInt(), 1);
+        QCOMPARE(summary.value("present"_L1).toInt(), 1); // the other row of the same recording
+        QCOMPARE(summary.value("flagged"_L1).toInt(), 1);
+
+        engine.tell(u"reviewDecision"_s, decisionOn(trackOf(doubtful[1]), QJsonObject{{u"kind"_s, u"skip"_s}}));
+        summary = summaryOf({engine.until(u"syncDone"_s)});
+        QCOMPARE(summary.value("ok"_L1).toInt(), 1);
+        QCOMPARE(summary.value("flagged"_L1).toInt(), 0);
+        QCOMPARE(summary.value("skipped"_L1).toInt(), 1);
+        QCOMPARE(summary.value("failed"_L1).toInt(), 1);
+    }
+
+    void aDecisionThatComesToNothingLeavesTheSummary() {
+        const EngineHome home;
+        home.addAudio(u"one.mp3"_s, u"Ines"_s, u"Slow Burn (Live)"_s);
+        home.addList(u"L.csv"_s, {u"Slow Burn|Ines|2"_s});
+        EngineChild engine(home);
+        const QJsonValue track = trackOf(named(engine.syncAll(), u"needsReview"_s).first());
+        engine.tell(u"reviewDecision"_s,
+                    decisionOn(track, QJsonObject{{u"kind"_s, u"url"_s}, {u"url"_s, u"/nowhere/at/all.mp3"_s}}));
+        engine.until(u"error"_s);
+        engine.tell(u"reviewDecision"_s, decisionOn(track));
+        const QList<QJsonObject> events = eventsUntil(engine, u"syncDone"_s);
+        QCOMPARE(endings(events).values(), QStringList{u"ok downloaded"_s}); // nothing was summed up before
+    }
+
+    void afterACancelledRunADecisionSumsUpNothing() {
+        const EngineHome home;
+        home.addAudio(u"one.mp3"_s, u"Ines"_s, u"Slow Burn (Live)"_s);
+        home.addWav(u"Ann - Big.wav"_s, longSeconds);
+        home.addList(u"L.csv"_s, {u"Slow Burn|Ines|2"_s, longRow});
+        EngineChild engine(home);
+        engine.call(u"startSync"_s, QJsonObject{{u"selection"_s, engine.selectAll()}});
+        const QJsonObject doubtful = engine.until(u"needsReview"_s);
+        engine.tell(u"cancelSync"_s, {{u"runId"_s, idOf(doubtful)}});
+        engine.until(u"playlistFinished"_s);
+        engine.tell(u"reviewDecision"_s, decisionOn(trackOf(doubtful)));
+        QCOMPARE(dataOf(engine.untilTrack(u"trackFinished"_s, 0)).value("status"_L1).toString(), u"ok"_s);
+        // The application shows that run as cancelled, and so it stays.
+        engine.call(u"startSync"_s, QJsonObject{{u"selection"_s, engine.selectAll()}});
+        const QList<QJsonObject> events = eventsUntil(engine, u"syncStarted"_s);
+        QVERIFY(named(events, u"syncDone"_s).isEmpty());
+    }
+
     void aDecisionOnARowOfAnEarlierRunSpeaksForTheRunThatBeganLast_data() {
         QTest::addColumn<bool>("during");
         QTest::newRow("during it") << true;

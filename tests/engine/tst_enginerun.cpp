@@ -57,6 +57,31 @@ class EngineRun : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    void playlistsArePlayedByNameHoweverTheyAreSelected() {
+        const EngineHome home;
+        const QStringList byName{u"apple"_s, u"Banana"_s, u"Mix 2"_s, u"Mix 10"_s};
+        for (const QString &name : {u"gigs/Banana.csv"_s, u"Mix 10.csv"_s, u"apple.csv"_s, u"Mix 2.csv"_s}) {
+            home.addList(name, {u"One|Ann|2"_s});
+        }
+        EngineChild engine(home);
+        QJsonArray selection = engine.selectAll();
+        QCOMPARE(selection.size(), byName.size());
+        for (int turn = 0; turn < 2; ++turn) {
+            engine.call(u"startSync"_s, QJsonObject{{u"selection"_s, selection}});
+            QStringList played;
+            for (int i = 0; i < byName.size(); ++i) {
+                played += dataOf(engine.until(u"playlistStarted"_s)).value("name"_L1).toString();
+            }
+            QCOMPARE(played, byName);
+            engine.until(u"syncDone"_s);
+            QJsonArray reversed;
+            for (const QJsonValue &each : std::as_const(selection)) {
+                reversed.prepend(each);
+            }
+            selection = reversed;
+        }
+    }
+
     void aRunTellsItsStoryInOrderUnderItsId() {
         const EngineHome home;
         home.addAudio(u"bandcamp/x.flac"_s, u"Mira Holt"_s, u"Night Drive"_s);

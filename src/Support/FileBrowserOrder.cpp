@@ -1,6 +1,4 @@
-#include "State/FileBrowserOrder.h"
-
-#include <algorithm>
+#include "Support/FileBrowserOrder.h"
 
 namespace zelk {
 
@@ -16,11 +14,6 @@ QLocale collationOf(const QLocale &locale) {
 
 FileBrowserOrder::FileBrowserOrder(const QLocale &locale) : _collator(collationOf(locale)) {
     _collator.setNumericMode(true);
-}
-
-std::vector<PlaylistDTO> sortedByName(std::vector<PlaylistDTO> playlists, const FileBrowserOrder &order) {
-    std::ranges::stable_sort(playlists, order, &PlaylistDTO::name);
-    return playlists;
 }
 
 } // namespace zelk

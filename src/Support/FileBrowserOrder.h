@@ -1,10 +1,9 @@
 #pragma once
 
-#include "Transport/HelperProtocolCatalogue.h"
-
 #include <QCollator>
 #include <QLocale>
 
+#include <algorithm>
 #include <vector>
 
 namespace zelk {
@@ -21,8 +20,11 @@ private:
     QCollator _collator;
 };
 
-/// The playlists by name. Those of the same name stay in the order given.
-std::vector<PlaylistDTO> sortedByName(std::vector<PlaylistDTO> playlists,
-                                      const FileBrowserOrder &order = FileBrowserOrder());
+/// What has a `name`, by it. Those of the same name stay in the order given.
+template<typename Named>
+std::vector<Named> sortedByName(std::vector<Named> list, const FileBrowserOrder &order = FileBrowserOrder()) {
+    std::ranges::stable_sort(list, order, &Named::name);
+    return list;
+}
 
 } // namespace zelk
