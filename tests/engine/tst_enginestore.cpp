@@ -267,7 +267,7 @@ private Q_SLOTS:
             QSqlDatabase::removeDatabase(u"other"_s);
         };
         alter(u"ALTER TABLE cooloffs RENAME TO elsewhere"_s); // so that it fails on the way
-        QVERIFY_EXCEPTION_THROWN(database.recordOutcome(rows, take, &file), DatabaseError);
+        QVERIFY_THROWS_EXCEPTION(DatabaseError, database.recordOutcome(rows, take, &file));
         QVERIFY(!database.decision(u"key"_s));
         QVERIFY(database.writtenFiles().empty());
         QCOMPARE(database.reviewsOf(u"key"_s), rows);
