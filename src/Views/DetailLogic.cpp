@@ -23,7 +23,10 @@ DetailLogic::DetailLogic(AppModel &model, QObject *parent)
     connect(&m_model, &AppModel::resolvedFocusedReviewChanged, this, &DetailLogic::followReview);
     connect(sync->groups(), &PlaylistGroups::countChanged, this, &DetailLogic::updateFace);
     connect(sync->groups(), &PlaylistGroups::countsChanged, this, [this] { m_tick.request(); });
-    connect(sync, &SyncStore::phaseChanged, this, [this] { m_tick.request(); });
+    connect(sync, &SyncStore::phaseChanged, this, [this, sync] {
+        m_tracks.setHalted(sync->phase() == SyncPhase::interrupted);
+        m_tick.request();
+    });
     connect(sync, &SyncStore::summaryChanged, this, [this] { m_tick.request(); });
     attach();
     attachPreview();

@@ -90,7 +90,7 @@ Item {
             height: implicitHeight
             y: toolbar.height + (root.banner.shown ? Tokens.space.sm : -height)
             opacity: root.banner.shown ? 1 : 0
-            visible: opacity > 0
+            visible: opacity > 0 && !setupSheet.told
             logic: root.banner
 
             Behavior on y {
@@ -165,6 +165,9 @@ Item {
     }
 
     SetupSheet {
+        id: setupSheet
+
+        banner: root.banner
         logic: root.setup
         settings: root.commands.settings
     }

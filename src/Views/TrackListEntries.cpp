@@ -89,6 +89,13 @@ void TrackRowEntry::setUnderReview(bool underReview) {
     Q_EMIT underReviewChanged();
 }
 
+void TrackRowEntry::setHalted(bool halted) {
+    if (m_halted == halted)
+        return;
+    m_halted = halted;
+    Q_EMIT stateChanged();
+}
+
 QString TrackRowEntry::hint() const {
     QStringList lines{m_title, m_artist, m_album, m_time, details(), m_face.text};
     lines.removeAll(QString());

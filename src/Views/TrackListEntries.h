@@ -75,6 +75,8 @@ class TrackRowEntry : public zelk::ListEntry {
     Q_PROPERTY(int statusInk READ statusInk NOTIFY stateChanged)
     Q_PROPERTY(double fraction READ fraction NOTIFY stateChanged)
     Q_PROPERTY(QString percentText READ percentText NOTIFY stateChanged)
+    // The engine that was at it is gone.
+    Q_PROPERTY(bool halted READ halted NOTIFY stateChanged)
 
 public:
     // TrackStatusFace::Kind, in its order.
@@ -86,6 +88,7 @@ public:
     // What an event may have changed.
     void loadState(const TrackModel &track);
     void setUnderReview(bool underReview);
+    void setHalted(bool halted);
 
     QString hint() const;
     QString details() const;
@@ -95,6 +98,7 @@ public:
     QString statusSymbol() const { return m_face.symbol; }
     int statusInk() const { return static_cast<int>(m_face.ink); }
     double fraction() const { return m_face.fraction; }
+    bool halted() const { return m_halted; }
     QString percentText() const;
     Q_INVOKABLE QString fittingDetail(double width, const QFont &font) const;
     Q_INVOKABLE QString fittingReason(double width, const QFont &font) const;
@@ -112,6 +116,7 @@ private:
     TrackStatusFace m_face;
     bool m_last = false;
     bool m_underReview = false;
+    bool m_halted = false;
 };
 
 } // namespace zelk

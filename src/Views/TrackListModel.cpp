@@ -192,6 +192,14 @@ void TrackListModel::playlistsChanged() {
     }
 }
 
+void TrackListModel::setHalted(bool halted) {
+    if (m_halted == halted)
+        return;
+    m_halted = halted;
+    if (const int count = rowCount(); count > 0)
+        Q_EMIT dataChanged(index(0), index(count - 1), {StateRole});
+}
+
 void TrackListModel::setUnderReview(const TrackModel *track) {
     const QString id = track ? track->id() : QString();
     if (m_underReview == id)
@@ -292,10 +300,12 @@ void TrackListModel::load(ListEntry &entry, const QList<int> &roles) const {
         const TableGeometry::Place place = m_geometry.placeOf(entry.index());
         const bool last = place.row + 1 == m_groups->at(place.group)->total();
         row->load(*track, last, track->id() == m_underReview);
+        row->setHalted(m_halted);
         return;
     }
     if (roles.contains(StateRole) || roles.contains(ProgressRole))
         row->loadState(*track);
+    row->setHalted(m_halted);
     if (roles.contains(ReviewRole))
         row->setUnderReview(track->id() == m_underReview);
 }

@@ -57,6 +57,8 @@ public:
     void playlistsChanged();
     // The row that is drawn as under review; null for none.
     void setUnderReview(const TrackModel *track);
+    // Whether whoever worked on the rows is gone: none of them is under way, whatever it was last said to be at.
+    void setHalted(bool halted);
 
     int rowCount(const QModelIndex &parent = {}) const override;
     QVariant data(const QModelIndex &index, int role) const override;
@@ -103,6 +105,7 @@ private:
     QHash<RowKey, TrackModel::Fields> m_dirtyRows;
     QHash<int, PlaylistGroup::Fields> m_dirtyGroups;
     QString m_underReview;
+    bool m_halted = false;
     bool m_showsDownloads = false;
     FrameTick m_tick;
 };

@@ -52,11 +52,14 @@ Item {
         spacing: cell.checking ? Tokens.space.xs : Tokens.space.sm
         Accessible.role: Accessible.StaticText
         Accessible.name: cell.entry.statusLabel
+        Accessible.description: cell.entry.halted ? qsTr("Interrupted") : ""
 
         Spinner {
             id: spinner
 
+            objectName: "statusSpinner"
             anchors.verticalCenter: parent.verticalCenter
+            visible: !cell.entry.halted
             color: cell.checking ? Tokens.color.secondary : Tokens.color.accent
         }
 

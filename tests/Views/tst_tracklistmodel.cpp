@@ -69,6 +69,34 @@ private Q_SLOTS:
         QCOMPARE(bench.model.kindOf(7), -1); // the blank row
     }
 
+    void rowsAreHaltedAtOnceAndSoAreThoseThatComeIntoView() {
+        Bench bench;
+        bench.groups.append(makeGroup(u"a"_s, 2));
+        bench.track(0, 0)->setState(TrackState::working(Phase::converting));
+        const auto loaded = [&](int index) {
+            auto entry = bench.model.createEntry(TrackListModel::Row);
+            entry->setIndex(index);
+            bench.model.load(*entry, {});
+            return entry;
+        };
+        const auto before = loaded(2);
+        auto *row = qobject_cast<TrackRowEntry *>(before.get());
+        QVERIFY(!row->halted());
+        bench.told();
+        bench.model.setHalted(true);
+        const auto told = bench.told();
+        QVERIFY(told.contains({2, QList<int>{TrackListModel::StateRole}}));
+        bench.model.load(*row, {TrackListModel::StateRole});
+        QVERIFY(row->halted());
+        QCOMPARE(row->statusText(), u"Converting"_s); // what it was last at
+        QVERIFY(qobject_cast<TrackRowEntry *>(loaded(3).get())->halted());
+        bench.model.setHalted(true);
+        QVERIFY(bench.told().isEmpty());
+        bench.model.setHalted(false);
+        bench.model.load(*row, {TrackListModel::StateRole});
+        QVERIFY(!row->halted());
+    }
+
     void collapsingTakesExactlyTheRowsOut() {
         Bench bench;
         bench.groups.append(makeGroup(u"a"_s, 3));

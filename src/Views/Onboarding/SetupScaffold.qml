@@ -9,6 +9,9 @@ Item {
     id: scaffold
 
     required property SetupLogic logic
+    required property BannerLogic banner
+    // Whether the message stands here, over the buttons.
+    required property bool told
 
     // Another screen has come up.
     signal turned
@@ -24,10 +27,23 @@ Item {
 
     ScreenArea {
         anchors.top: header.bottom
-        anchors.bottom: footer.top
+        anchors.bottom: scaffold.told ? message.top : footer.top
         width: parent.width
         logic: scaffold.logic
         onTurned: scaffold.turned()
+    }
+
+    BannerView {
+        id: message
+
+        anchors.bottom: footer.top
+        anchors.bottomMargin: Tokens.space.md
+        anchors.horizontalCenter: parent.horizontalCenter
+        objectName: "setupBanner"
+        width: parent.width - 2 * Tokens.space.xl
+        height: implicitHeight
+        visible: scaffold.told
+        logic: scaffold.banner
     }
 
     Item {

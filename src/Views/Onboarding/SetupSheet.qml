@@ -9,6 +9,9 @@ T.Popup {
     id: sheet
 
     required property SetupLogic logic
+    required property BannerLogic banner
+    // The message came while this was up: behind the sheet nobody would see what their press has led to.
+    property bool told: false
     // Opens the settings, a window of their own that waits for no setup.
     required property T.Action settings
 
@@ -75,9 +78,24 @@ T.Popup {
             anchors.fill: parent
             visible: sheet.logic.present
             logic: sheet.logic
-            // Each screen begins where Return goes on.
-            onTurned: frame.forceActiveFocus()
+            banner: sheet.banner
+            told: sheet.told
+            onTurned: {
+                sheet.told = false;
+                // Each screen begins where Return goes on.
+                frame.forceActiveFocus();
+            }
         }
+    }
+
+    onClosed: sheet.told = false
+
+    Connections {
+        function onChanged() {
+            sheet.told = sheet.visible && sheet.banner.shown;
+        }
+
+        target: sheet.banner
     }
 
     // What had the keyboard and was shut leaves it to nobody: the sheet's own keys are on the frame.

@@ -118,6 +118,41 @@ private Q_SLOTS:
         QVERIFY(bench.model.sync()->banner()->message.startsWith(u"Spotify connection failed: "_s));
     }
 
+    void whatFailedIsSaidInTheSheetUntilItIsDismissedOrLeft_data() {
+        QTest::addColumn<bool>("isDismissed");
+        QTest::newRow("dismissed") << true;
+        QTest::newRow("left") << false;
+    }
+
+    void whatFailedIsSaidInTheSheetUntilItIsDismissedOrLeft() {
+        QFETCH(bool, isDismissed);
+        SetupWindow bench;
+        bench.model.sync()->setBanner(SyncBanner::info(u"Said before"_s));
+        bench.openAt(Screen::connectMusic);
+        QVERIFY(!bench.item("setupBanner")); // it stays where it was
+        QVERIFY(bench.item("banner"));
+        bench.press(bench.part("spotifyLine", "accountConnect"));
+        QTRY_COMPARE(bench.engine->held(), 1);
+        bench.engine->releaseFailing(HelperError::engineError(u"not_configured"_s, u"Export them first."_s));
+        QTRY_VERIFY(bench.item("setupBanner"));
+        QCOMPARE(bench.texts(bench.item("setupBanner")),
+                 QStringList{u"Spotify connection failed: Export them first."_s});
+        QVERIFY(!bench.item("banner")); // said once
+        // It stands over the buttons and takes its room from the screen.
+        const QQuickItem *message = bench.item("setupBanner");
+        const QQuickItem *body = bench.item("setupBody");
+        QVERIFY(body->y() + body->height() <= message->y());
+        if (isDismissed) {
+            bench.press(bench.part("setupBanner", "dismissBanner"));
+            QTRY_VERIFY(!bench.item("setupBanner"));
+            QVERIFY(!bench.model.sync()->banner());
+        } else {
+            bench.press("setupPrimary");
+            QTRY_VERIFY(!bench.item("setupBanner"));
+            QVERIFY(bench.model.sync()->banner()); // in the window, for later
+        }
+    }
+
     void aConnectGoesOnWithoutItsScreenAndIsNotBegunTwice() {
         SetupWindow bench;
         bench.openAt(Screen::connectMusic);
