@@ -12,8 +12,8 @@ namespace {
 /// The pause before the preview of a selection is fetched.
 constexpr std::chrono::milliseconds previewDebounce{250};
 
-/// Shows the selection's preview where neither rows of a run nor of a preview stand: after a run that has shown
-/// nothing, and when a new list may hold what was selected all along.
+/// Shows the selection's preview where neither rows of a run nor of a preview stand, when a new list may hold what was
+/// selected all along.
 void previewWhereNothingShows(AppModel &model) {
     PreviewStore *const preview = model.preview();
     if (!preview || model.sync()->isRunning() || !model.sync()->groups()->isEmpty() || preview->isLoading() ||
@@ -32,10 +32,6 @@ AppModel::AppModel(Launcher launcher, Surroundings surroundings, QObject *parent
       _sync(new SyncStore(this)), _cliTool(new CLIToolStore(_surroundings.toolPlaces, _surroundings.toolTarget, this)),
       _signIns(new SignIns(this)) {
     followFocusedReview();
-    connect(_sync, &SyncStore::phaseChanged, this, [this] {
-        if (_sync->phase() == SyncPhase::done || _sync->phase() == SyncPhase::cancelled)
-            previewWhereNothingShows(*this);
-    });
 }
 
 AppModel::AppModel(std::shared_ptr<HelperClienting> client, Surroundings surroundings, QObject *parent)

@@ -49,6 +49,7 @@ Item {
             readonly property int lines: Math.max(1, Math.ceil(subtitle.implicitWidth / parent.width))
 
             objectName: "setupSubtitle"
+            anchors.left: parent.left
             width: subtitle.lines > 1 ? Math.min(parent.width, Math.ceil(1.15 * subtitle.implicitWidth / subtitle.lines))
                                       : parent.width
             visible: header.info.subtitle !== ""
