@@ -75,7 +75,7 @@ private Q_SLOTS:
             QCOMPARE(played, byName);
             engine.until(u"syncDone"_s);
             QJsonArray reversed;
-            for (const QJsonValue &each : std::as_const(selection)) {
+            for (const auto &each : std::as_const(selection)) {
                 reversed.prepend(each);
             }
             selection = reversed;
