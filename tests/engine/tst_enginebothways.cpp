@@ -122,6 +122,8 @@ class EngineBothWays : public QObject {
     SyncSummary _summary;
 
 private Q_SLOTS:
+    void cleanup() { settle(); } // what the model had begun ends behind it
+
     void theApplicationAndATerminalWriteTheSameFolder() {
         const EngineHome home;
         fill(home);
