@@ -14,6 +14,7 @@
 #include <csignal>
 #include <sys/prctl.h>
 #include <unistd.h>
+#include <utility>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -77,8 +78,11 @@ void await(QProcess &process, const AudioFile &source, const std::stop_token &st
 void judge(QProcess &process, const AudioFile &source, const QString &to) {
     const QString said = lastLineOf(process.readAll());
     const auto refuse = [](const QString &message) { throw ConversionFailed(message.toStdString()); };
-    for (const int code : {ENOSPC, EDQUOT, EFBIG}) {
-        if (said.contains(FileProblem(to, code).reason())) {
+    // The system's words in English, which it is made to speak, whatever the user's language.
+    static const std::pair<int, QLatin1StringView> full[] = {
+        {ENOSPC, "No space left on device"_L1}, {EDQUOT, "Disk quota exceeded"_L1}, {EFBIG, "File too large"_L1}};
+    for (const auto &[code, words] : full) {
+        if (said.contains(words)) {
             throw FileProblem(to, code);
         }
     }
@@ -134,6 +138,9 @@ void convertAudio(const AudioFile &source, const QString &to, std::stop_token st
     QProcess process;
     process.setProcessChannelMode(QProcess::MergedChannels);
     process.setStandardInputFile(QProcess::nullDevice());
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(u"LC_ALL"_s, u"C"_s);
+    process.setProcessEnvironment(environment);
     endWithThisProcess(process);
     process.start(program, argumentsFor(source, to));
     try {
