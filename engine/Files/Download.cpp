@@ -1,6 +1,6 @@
 #include "Files/Download.h"
 
-#include "Output/CopyFile.h"
+#include "Files/Stopped.h"
 
 #include <QEventLoop>
 #include <QNetworkAccessManager>

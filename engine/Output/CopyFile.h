@@ -1,21 +1,15 @@
 #pragma once
 
 #include "Files/FileOps.h"
+#include "Files/Stopped.h"
 
 #include <QString>
 
-#include <exception>
 #include <functional>
 #include <stdexcept>
 #include <stop_token>
 
 namespace zelk::engine {
-
-/// The work was asked to stop.
-class Stopped : public std::exception {
-public:
-    const char *what() const noexcept override { return "stopped"; }
-};
 
 /// A file wasn't the same at the end of its copying as at the beginning. what() is a sentence in UTF-8 that says what
 /// to do.
