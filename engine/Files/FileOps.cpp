@@ -1,5 +1,8 @@
 #include "Files/FileOps.h"
 
+#include "Files/FileProblem.h"
+
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <fcntl.h>
@@ -58,6 +61,16 @@ int FileOps::unlink(const QByteArray &path) {
 FileOps &FileOps::system() {
     static FileOps ops;
     return ops;
+}
+
+void writeAll(FileOps &ops, int descriptor, QByteArrayView bytes, const QString &path) {
+    for (qsizetype done = 0; done < bytes.size();) {
+        const ssize_t written = ops.write(descriptor, bytes.data() + done, static_cast<size_t>(bytes.size() - done));
+        if (written < 0 && errno != EINTR) {
+            throw FileProblem(path, errno);
+        }
+        done += std::max<ssize_t>(written, 0);
+    }
 }
 
 } // namespace zelk::engine

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <QByteArray>
+#include <QByteArrayView>
+#include <QString>
 
 #include <sys/types.h>
 
@@ -25,5 +27,8 @@ public:
     /// The real calls.
     static FileOps &system();
 };
+
+/// Writes all of it, however little the system takes at a time. Throws FileProblem, which names `path`.
+void writeAll(FileOps &ops, int descriptor, QByteArrayView bytes, const QString &path);
 
 } // namespace zelk::engine

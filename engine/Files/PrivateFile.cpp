@@ -12,21 +12,6 @@
 
 namespace zelk::engine {
 
-namespace {
-
-void writeAll(FileOps &ops, int descriptor, const QByteArray &bytes, const QString &path) {
-    for (qsizetype done = 0; done < bytes.size();) {
-        const ssize_t written =
-            ops.write(descriptor, bytes.constData() + done, static_cast<size_t>(bytes.size() - done));
-        if (written < 0 && errno != EINTR) {
-            throw FileProblem(path, errno);
-        }
-        done += std::max<ssize_t>(written, 0);
-    }
-}
-
-} // namespace
-
 std::optional<QByteArray> readWholeFile(const QString &path) {
     FileOps &ops = FileOps::system();
     const int descriptor = ops.open(QFile::encodeName(path), O_RDONLY, 0);

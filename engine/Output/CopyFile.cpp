@@ -71,13 +71,7 @@ void pump(const Descriptor &in, const QString &from, const Descriptor &out, cons
         if (count == 0) {
             break;
         }
-        for (ssize_t at = 0; at < count;) {
-            const ssize_t written = ops.write(out.number(), chunk.constData() + at, static_cast<size_t>(count - at));
-            if (written < 0 && errno != EINTR) {
-                throw FileProblem(to, errno);
-            }
-            at += std::max<ssize_t>(written, 0);
-        }
+        writeAll(ops, out.number(), QByteArrayView(chunk).first(count), to);
         done += count;
         progress(done, std::max(total, done));
     }

@@ -61,16 +61,7 @@ public:
     Shelf(const Shelf &) = delete;
     Shelf &operator=(const Shelf &) = delete;
 
-    void write(const QByteArray &bytes) {
-        for (qsizetype at = 0; at < bytes.size();) {
-            const ssize_t written =
-                _ops.write(_descriptor, bytes.constData() + at, static_cast<size_t>(bytes.size() - at));
-            if (written < 0 && errno != EINTR) {
-                throw FileProblem(_path, errno);
-            }
-            at += std::max<ssize_t>(written, 0);
-        }
-    }
+    void write(const QByteArray &bytes) { writeAll(_ops, _descriptor, bytes, _path); }
 
     /// Closes it and gives it another name.
     void finish(const QString &path) {
