@@ -123,6 +123,11 @@ public:
         const QString name = QString::fromLatin1(objectName);
         return itemsOf(content(), [&name](QQuickItem *each) { return each->objectName() == name; }).value(0);
     }
+    // One of several of that name; waits for it, since what is long comes into view over a few frames.
+    QQuickItem *item(const char *objectName, qsizetype place) const {
+        [[maybe_unused]] const bool there = QTest::qWaitFor([&] { return items(objectName).size() > place; });
+        return items(objectName).value(place);
+    }
     QList<QQuickItem *> items(const char *objectName) const {
         const QString name = QString::fromLatin1(objectName);
         return itemsOf(content(), [&name](QQuickItem *each) { return each->objectName() == name; });

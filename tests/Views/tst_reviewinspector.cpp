@@ -102,7 +102,7 @@ private Q_SLOTS:
         auto *const memory = bench->window.window()->property("memory").value<QObject *>();
         QVERIFY(memory->setProperty("inspectorWidth", 300));
         bench->window.window()->resize(1040, 700);
-        bench->click(bench->items("candidate").at(0));
+        bench->click(bench->item("candidate", 0));
         bench->drawFrame();
         QCOMPARE(bench->item("reviewInspector")->width(), 300.0);
         const QQuickItem *const skip = bench->item("reviewSkip");
@@ -120,8 +120,8 @@ private Q_SLOTS:
         review(2, two());
         QVERIFY(!bench->item("reviewUseSelected"));
         for (int i = 0; i < 2; ++i) {
-            bench->click(bench->items("candidate").at(1));
-            const auto *row = QAccessible::queryAccessibleInterface(bench->items("candidate").at(1));
+            bench->click(bench->item("candidate", 1));
+            const auto *row = QAccessible::queryAccessibleInterface(bench->item("candidate", 1));
             QVERIFY(row->state().checked);
             QCOMPARE(row->role(), QAccessible::RadioButton);
         }
@@ -133,9 +133,9 @@ private Q_SLOTS:
 
     void aCandidateIsPickedByKeyboardAlone() {
         review(1, two());
-        bench->items("candidate").at(0)->forceActiveFocus(Qt::TabFocusReason);
+        bench->item("candidate", 0)->forceActiveFocus(Qt::TabFocusReason);
         bench->key(Qt::Key_Tab);
-        QVERIFY(bench->items("candidate").at(1)->hasActiveFocus());
+        QVERIFY(bench->item("candidate", 1)->hasActiveFocus());
         bench->key(Qt::Key_Space);
         QVERIFY(bench->item("reviewUseSelected"));
         bench->key(Qt::Key_Tab);
@@ -148,7 +148,7 @@ private Q_SLOTS:
         for (const char c : {'x', 'y'})
             QTest::keyClick(bench->window.window(), c);
         QVERIFY(bench->item("reviewUseURL"));
-        bench->click(bench->items("candidate").at(0));
+        bench->click(bench->item("candidate", 0));
         QVERIFY(!bench->item("reviewUseURL"));
         QVERIFY(bench->item("reviewUseSelected"));
         bench->click(bench->item("pastedURL"));

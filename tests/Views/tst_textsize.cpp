@@ -151,7 +151,7 @@ private Q_SLOTS:
         bench.key(Qt::Key_Escape);
         QTRY_VERIFY(!bench.item("menuVPNTest"));
         bench.showEverything();
-        bench.click(bench.items("trackRow").at(0), {}, Qt::RightButton);
+        bench.click(bench.item("trackRow", 0), {}, Qt::RightButton);
         QTRY_VERIFY(bench.item("menuCopyTitle"));
         bench.settle();
         QCOMPARE(faultsOf(bench.window.window()), QString());

@@ -31,8 +31,8 @@ struct Bench : WindowBench {
         return found;
     }
     QPoint at(int edge, int table = 0) const {
-        const QQuickItem *item = items("columnEdge").at(table * 6 + edge);
-        return item->mapToScene(QPointF(item->width() / 2, item->height() / 2)).toPoint();
+        const QQuickItem *handle = item("columnEdge", table * 6 + edge);
+        return handle->mapToScene(QPointF(handle->width() / 2, handle->height() / 2)).toPoint();
     }
     void drag(int edge, int by, int table = 0) {
         drawFrame();

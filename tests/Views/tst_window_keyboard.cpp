@@ -82,7 +82,7 @@ private Q_SLOTS:
         QTRY_VERIFY(bench.currentRow());
         for (const Qt::MouseButton button : {Qt::LeftButton, Qt::RightButton}) {
             bench.item("filterField")->forceActiveFocus(Qt::TabFocusReason);
-            bench.click(bench.items("trackRow").at(4), {}, button);
+            bench.click(bench.item("trackRow", 4), {}, button);
             if (button == Qt::RightButton) {
                 QTRY_VERIFY(bench.item("menuRetry"));
                 bench.key(Qt::Key_Escape);

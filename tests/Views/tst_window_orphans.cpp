@@ -86,12 +86,12 @@ private Q_SLOTS:
             const double y = item->mapToItem(list, QPointF(0, 0)).y();
             return y >= 0 && y + item->height() <= list->height();
         };
-        QQuickItem *last = bench.items("orphansReveal").last();
-        QVERIFY(!inView(last));
+        QQuickItem *last = bench.item("orphansReveal", 10);
+        QVERIFY(last && !inView(last));
         last->forceActiveFocus(Qt::TabFocusReason);
         QVERIFY(inView(last));
-        bench.items("orphansReveal").first()->forceActiveFocus(Qt::TabFocusReason);
-        QVERIFY(inView(bench.items("orphansReveal").first()));
+        bench.item("orphansReveal", 0)->forceActiveFocus(Qt::TabFocusReason);
+        QVERIFY(inView(bench.item("orphansReveal", 0)));
         // With room it takes as much as it needs.
         bench.window.window()->resize(880, 780);
         QTRY_COMPARE(list->height(), 11 * 24.0);
@@ -102,7 +102,7 @@ private Q_SLOTS:
         find(bench, 3);
         bench.click(bench.item("orphansToggle"));
         QTRY_COMPARE(bench.items("orphansReveal").size(), 3);
-        QQuickItem *second = bench.items("orphansReveal").at(1);
+        QQuickItem *second = bench.item("orphansReveal", 1);
         QCOMPARE(spoken(second), u"Reveal in Finder"_s);
         QCOMPARE(spoken(second, QAccessible::Description), u"Gone 2.aiff"_s);
         QVERIFY(press(second));

@@ -73,7 +73,7 @@ private Q_SLOTS:
         bench.model.sync()->groups()->at(0)->track(0)->setState(TrackState::awaitingReview({candidateOf(u"c"_s)}));
         QTRY_VERIFY(!bench.items("trackRow").isEmpty());
         QTRY_VERIFY(bench.item("reviewButton"));
-        bench.click(bench.items("trackRow").first(), {}, Qt::RightButton);
+        bench.click(bench.item("trackRow", 0), {}, Qt::RightButton);
         QTRY_VERIFY(bench.shows(u"Copy Title"_s));
         bench.drawFrame();
         double last = 0;
