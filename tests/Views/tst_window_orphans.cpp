@@ -86,8 +86,8 @@ private Q_SLOTS:
             const double y = item->mapToItem(list, QPointF(0, 0)).y();
             return y >= 0 && y + item->height() <= list->height();
         };
-        QQuickItem *last = bench.item("orphansReveal", 10);
-        QVERIFY(last && !inView(last));
+        QTRY_VERIFY(!inView(bench.items("orphansReveal").last()));
+        QQuickItem *last = bench.items("orphansReveal").last();
         last->forceActiveFocus(Qt::TabFocusReason);
         QVERIFY(inView(last));
         bench.item("orphansReveal", 0)->forceActiveFocus(Qt::TabFocusReason);

@@ -3,6 +3,7 @@
 #include "Output/Convert.h"
 #include "Output/CopyFile.h"
 #include "engine/EngineHome.h"
+#include "engine/Soon.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -16,16 +17,6 @@ using namespace zelk::engine;
 using namespace zelk::engine::testing;
 
 namespace {
-
-/// Waits until something is true that only the system tells.
-bool soon(const std::function<bool()> &condition) {
-    QElapsedTimer timer;
-    timer.start();
-    while (!condition() && timer.elapsed() < 10'000) {
-        QTest::qSleep(2);
-    }
-    return condition();
-}
 
 /// A home with one track to be converted and one to be copied, and a stand-in for the converter.
 struct Scene {

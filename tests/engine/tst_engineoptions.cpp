@@ -1,4 +1,5 @@
 #include "engine/EngineHome.h"
+#include "engine/Soon.h"
 #include "engine/TinyAudio.h"
 
 #include <QDir>
@@ -52,16 +53,6 @@ QProcessEnvironment withConverter(const EngineHome &home) {
     QProcessEnvironment environment;
     environment.insert(u"PATH"_s, home.path(u"bin"_s) + u":/usr/bin:/bin"_s);
     return environment;
-}
-
-/// Waits until something is true that only the file system tells.
-bool soon(const std::function<bool()> &condition) {
-    QElapsedTimer timer;
-    timer.start();
-    while (!condition() && timer.elapsed() < 20'000) {
-        QTest::qSleep(5);
-    }
-    return condition();
 }
 
 } // namespace

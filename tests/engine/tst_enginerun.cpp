@@ -1,4 +1,5 @@
 #include "engine/EngineHome.h"
+#include "engine/Soon.h"
 
 #include "Library/AudioReader.h"
 
@@ -38,16 +39,6 @@ QStringList namesOf(const QList<QJsonObject> &events, const QString &trackSuffix
 
 QJsonObject summaryOf(const QList<QJsonObject> &events) {
     return events.isEmpty() ? QJsonObject() : dataOf(events.last()).value("summary"_L1).toObject();
-}
-
-/// Waits until something is true that only the file system tells.
-bool soon(const std::function<bool()> &condition) {
-    QElapsedTimer timer;
-    timer.start();
-    while (!condition() && timer.elapsed() < 10'000) {
-        QTest::qSleep(2);
-    }
-    return condition();
 }
 
 } // namespace
