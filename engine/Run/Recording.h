@@ -3,10 +3,7 @@
 #include "Run/RunEvents.h"
 #include "Store/Records.h"
 
-#include <QHash>
-
 #include <memory>
-#include <mutex>
 #include <vector>
 
 namespace zelk::engine {
@@ -31,39 +28,6 @@ struct DecisionOutcome {
     WrittenFile file;                                    ///< Written.
     bool isNew = false;                                  ///< Written: just now.
     QString detail;                                      ///< Failed, Skipped.
-};
-
-/// Which recording each file of the collection is used for. Any thread may call.
-class RecordingsBySource {
-public:
-    RecordingPtr value(const QString &path) const {
-        const std::lock_guard lock(_mutex);
-        return _recordings.value(path);
-    }
-    void insert(const QString &path, const RecordingPtr &recording) {
-        const std::lock_guard lock(_mutex);
-        _recordings.insert(path, recording);
-    }
-    /// The one that the file is used for, which is the given one if there was none.
-    RecordingPtr claim(const QString &path, const RecordingPtr &recording) {
-        const std::lock_guard lock(_mutex);
-        RecordingPtr &entry = _recordings[path];
-        if (!entry) {
-            entry = recording;
-        }
-        return entry;
-    }
-    /// Lets go of the file if it is used for that one.
-    void release(const QString &path, const RecordingPtr &recording) {
-        const std::lock_guard lock(_mutex);
-        if (_recordings.value(path) == recording) {
-            _recordings.remove(path);
-        }
-    }
-
-private:
-    mutable std::mutex _mutex;
-    QHash<QString, RecordingPtr> _recordings;
 };
 
 } // namespace zelk::engine

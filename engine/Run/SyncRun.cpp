@@ -262,9 +262,9 @@ void SyncRun::takeRow(const RunRow &row) {
             const std::lock_guard lock(_mutex);
             recording->state = Recording::State::Written;
             recording->file = *earlier;
+            _bySourceNow.insert(earlier->sourcePath, recording);
             ++_tally.summary.present;
         }
-        _bySourceNow.insert(earlier->sourcePath, recording);
         addWant(*earlier, key, row.playlistId);
         _events.diskCheck(row.trackId, DiskCheckResult::present, metaOf(*earlier));
         return;
@@ -288,10 +288,8 @@ void SyncRun::failRow(const RunRow &row, const QString &detail) {
     {
         const std::lock_guard lock(_mutex);
         recording = _recordings.value(row.track->rowKey);
-        recording->state = Recording::State::Failed;
-        recording->detail = detail;
     }
-    settle(row, recording);
+    conclude(row, recording, Recording::State::Failed, detail);
 }
 
 std::optional<WrittenFile> SyncRun::earlierFile(const QString &rowKey) const {
@@ -346,22 +344,14 @@ void SyncRun::endJoined(const RunRow &row, const QString &rowKey, const Recordin
 
 void SyncRun::searchRow(const RunRow &row, const RecordingPtr &recording, const std::optional<WrittenFile> &earlier) {
     const QString &key = row.track->rowKey;
-    const auto conclude = [&](Recording::State state, const QString &detail) {
-        {
-            const std::lock_guard lock(_mutex);
-            recording->state = state;
-            recording->detail = detail;
-        }
-        settle(row, recording);
-    };
     const auto decision = _services.database.decision(key);
     if (decision && decision->kind == StoredDecision::Kind::Skip) {
-        conclude(Recording::State::Skipped, u"You chose to skip this track."_s);
+        conclude(row, recording, Recording::State::Skipped, u"You chose to skip this track."_s);
         return;
     }
     const SourceFinder *search = finder();
     if (!search) { // stopped while the collection was read
-        conclude(Recording::State::Skipped, {});
+        conclude(row, recording, Recording::State::Skipped);
         return;
     }
     // What the list itself names isn't told by the collection, and may have come since.
@@ -370,7 +360,7 @@ void SyncRun::searchRow(const RunRow &row, const RecordingPtr &recording, const 
     const auto cooling = rests ? _services.database.coolOff(key) : std::nullopt;
     if (cooling && cooling->untilMs > QDateTime::currentMSecsSinceEpoch() &&
         cooling->fingerprint == search->fingerprint()) {
-        conclude(Recording::State::Failed, cooling->detail);
+        conclude(row, recording, Recording::State::Failed, cooling->detail);
         return;
     }
     _events.step(row.trackId, Phase::searching);
@@ -387,18 +377,14 @@ void SyncRun::searchRow(const RunRow &row, const RecordingPtr &recording, const 
         if (!decision) {
             coolOff(key, found.detail);
         }
-        conclude(Recording::State::Failed, found.detail);
+        conclude(row, recording, Recording::State::Failed, found.detail);
     }
 }
 
 void SyncRun::review(const RunRow &row, const RecordingPtr &recording, const std::vector<CandidateDTO> &candidates) {
     if (!_request.asksForReview() || _request.dryRun()) {
-        {
-            const std::lock_guard lock(_mutex);
-            recording->state = Recording::State::Unsure;
-            recording->detail = u"Only doubtful matches. Sync with review to choose among them."_s;
-        }
-        settle(row, recording);
+        conclude(row, recording, Recording::State::Unsure,
+                 u"Only doubtful matches. Sync with review to choose among them."_s);
         return;
     }
     PendingReview pending;
@@ -445,7 +431,7 @@ void SyncRun::write(const RunRow &row, const RecordingPtr &recording, const Audi
     RecordingPtr same;
     {
         const std::lock_guard lock(_mutex);
-        same = _bySourceNow.claim(source.path, recording);
+        same = claimSource(source.path, recording);
         _recordings[key] = same;
     }
     if (same != recording) {
@@ -469,17 +455,21 @@ void SyncRun::write(const RunRow &row, const RecordingPtr &recording, const Audi
                                       earlier                          ? earlier->path
                                       : before != _bySource.constEnd() ? before->path
                                                                        : QString());
-    if (_request.dryRun() || !_outputProblem.isEmpty()) {
-        {
-            const std::lock_guard lock(_mutex);
-            recording->state = _request.dryRun() ? Recording::State::Skipped : Recording::State::Failed;
-            recording->detail =
-                _request.dryRun() ? u"Would copy %1 to %2."_s.arg(source.path, order.target) : _outputProblem;
-        }
-        settle(row, recording);
-        return;
+    if (_request.dryRun()) {
+        conclude(row, recording, Recording::State::Skipped, u"Would copy %1 to %2."_s.arg(source.path, order.target));
+    } else if (!_outputProblem.isEmpty()) {
+        conclude(row, recording, Recording::State::Failed, _outputProblem);
+    } else {
+        post(row, recording, order);
     }
-    post(row, recording, order);
+}
+
+RecordingPtr SyncRun::claimSource(const QString &path, const RecordingPtr &recording) {
+    RecordingPtr &entry = _bySourceNow[path];
+    if (!entry) {
+        entry = recording;
+    }
+    return entry;
 }
 
 WriteOrder SyncRun::orderFor(const RunRow &row, const AudioFile &source, const QString &stem,

@@ -90,6 +90,8 @@ private:
     QString stemOfRow(const ListedTrack &track);
     WriteOrder orderFor(const RunRow &row, const AudioFile &source, const QString &stem, const QString &replaces) const;
     void post(const RunRow &row, const RecordingPtr &recording, const WriteOrder &order);
+    /// The recording that a file is used for in this run: the given one if there was none. With `_mutex` held.
+    RecordingPtr claimSource(const QString &path, const RecordingPtr &recording);
 
     // Better copies, on the executing thread
     std::optional<AudioFile> betterCopyOf(const RunRow &row, const WrittenFile &standing);
@@ -106,6 +108,8 @@ private:
     void writeFile(const RunRow &row, const RecordingPtr &recording, WriteOrder order);
     qint64 finished(const WrittenFile &file, qint64 id);
     void settle(const RunRow &row, const RecordingPtr &recording);
+    /// Says how a recording has ended that nothing was written for, and ends its first row with it.
+    void conclude(const RunRow &row, const RecordingPtr &recording, Recording::State state, const QString &detail = {});
     void rememberWant(const Want &want);
     void endRow(const RunRow &row, Finish status, const QString &detail);
     void endWritten(const RunRow &row, const WrittenFile &file, ServerEvent::TrackFinishKind kind);
@@ -129,14 +133,14 @@ private:
     QHash<QString, WrittenFile> _bySource;     // the same, by what it was made from
     NameRegistry _names;
     std::unique_ptr<SourceFinder> _finder;
-    RecordingsBySource _bySourceNow;           // of this run
     QHash<QString, RecordingPtr> _replacedNow; // by the path of the worse file
     QSet<Want> _wants; // as they are remembered, so that a row whose file stands costs no transaction each time
     std::vector<qint64> _looked; // files that nothing better was found for, to be entered together
 
     mutable std::mutex _mutex; // guards all below
     std::condition_variable _changed;
-    QHash<QString, RecordingPtr> _recordings; // by row key
+    QHash<QString, RecordingPtr> _recordings;  // by row key
+    QHash<QString, RecordingPtr> _bySourceNow; // by the file of the collection that this run uses for it
     QHash<QString, QString> _reserved; // stems of rows that still wait for a decision, by row key; changed by the
                                        // executing thread only
     QString _rowInHand;                // the key of the row that the executing thread is at

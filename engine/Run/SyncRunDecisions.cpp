@@ -67,9 +67,6 @@ void SyncRun::giveBack(const RecordingPtr &recording, const QString &sourcePath,
         return;
     }
     const bool isOpen = outcome.state == Recording::State::Doubtful;
-    if (isOpen) {
-        _bySourceNow.release(sourcePath, recording);
-    }
     std::vector<std::pair<QString, RunRow>> waiting;
     {
         const std::lock_guard lock(_mutex);
@@ -79,6 +76,9 @@ void SyncRun::giveBack(const RecordingPtr &recording, const QString &sourcePath,
         recording->detail = outcome.detail;
         if (isOpen) {
             recording->review = rows.front();
+            if (_bySourceNow.value(sourcePath) == recording) {
+                _bySourceNow.remove(sourcePath);
+            }
         }
         waiting = std::exchange(recording->waiting, {});
     }

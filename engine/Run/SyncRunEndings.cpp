@@ -114,6 +114,16 @@ void SyncRun::settle(const RunRow &row, const RecordingPtr &recording) {
     }
 }
 
+void SyncRun::conclude(const RunRow &row, const RecordingPtr &recording, Recording::State state,
+                       const QString &detail) {
+    {
+        const std::lock_guard lock(_mutex);
+        recording->state = state;
+        recording->detail = detail;
+    }
+    settle(row, recording);
+}
+
 void SyncRun::rememberWant(const Want &want) {
     if (_request.dryRun()) {
         return;

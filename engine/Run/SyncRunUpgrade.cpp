@@ -60,8 +60,8 @@ std::optional<AudioFile> SyncRun::betterCopyOf(const RunRow &row, const WrittenF
 
 bool SyncRun::upgrade(const RunRow &row, const RecordingPtr &recording, const WrittenFile &standing,
                       const AudioFile &source) {
+    std::unique_lock lock(_mutex);
     if (const RecordingPtr same = _bySourceNow.value(source.path)) {
-        std::unique_lock lock(_mutex);
         if (same->state != Recording::State::Written) {
             return false; // the next run will find it written
         }
@@ -70,27 +70,26 @@ bool SyncRun::upgrade(const RunRow &row, const RecordingPtr &recording, const Wr
         takeOver(row, recording, standing, better);
         return true;
     }
+    lock.unlock();
     if (const auto before = _bySource.constFind(source.path); before != _bySource.constEnd() &&
                                                               before->path != standing.path &&
                                                               standsWhole(*before, _request.config.run.toleranceSec)) {
         takeOver(row, recording, standing, *before);
         return true;
     }
-    if (_bySourceNow.claim(source.path, recording) != recording) {
+    lock.lock();
+    if (claimSource(source.path, recording) != recording) {
         return false; // a decision has just taken it
     }
+    lock.unlock();
     const WriteOrder order = orderFor(row, source, stemOf(standing.path), standing.path);
     _replacedNow.insert(standing.path, recording);
     // Not present: that would end the track.
     _events.diskCheck(row.trackId, DiskCheckResult::missing);
     _events.step(row.trackId, Phase::searching);
     if (_request.dryRun()) {
-        {
-            const std::lock_guard lock(_mutex);
-            recording->state = Recording::State::Skipped;
-            recording->detail = u"Would replace %1 by %2."_s.arg(standing.path, source.path);
-        }
-        settle(row, recording);
+        conclude(row, recording, Recording::State::Skipped,
+                 u"Would replace %1 by %2."_s.arg(standing.path, source.path));
         return true;
     }
     recording->worse = standing;
