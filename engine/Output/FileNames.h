@@ -35,9 +35,10 @@ public:
     /// The stem, or the stem with " (2)", " (3)", … behind it; taken from now on.
     QString claim(const QString &stem);
 
-private:
+    /// What two stems have in common that may not stand side by side.
     static QString keyOf(const QString &stem);
 
+private:
     mutable std::mutex _mutex;
     QSet<QString> _taken;
 };

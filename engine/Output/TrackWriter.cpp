@@ -3,6 +3,7 @@
 #include "Files/FileProblem.h"
 #include "Library/AudioReader.h"
 #include "Output/Convert.h"
+#include "Output/Strays.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -129,6 +130,12 @@ WrittenFile writeTrack(const WriteOrder &order, const OutputFolder &folder, cons
     written.lossless = read.lossless;
     written.origin = order.source.origin;
     written.sourceKbps = order.source.bitrateKbps;
+    if (const QString twin = twinOf(partial.path(), order.strays); !twin.isEmpty()) {
+        written.path = twin;
+        written.modifiedMs = stampOf(twin).value_or(FileStamp()).modifiedMs;
+        hooks.commit(written);
+        return written;
+    }
     if (order.replaces != order.target) {
         written.replaces = order.replaces;
         if (stampOf(order.target)) {

@@ -19,6 +19,9 @@ struct WriteOrder {
     QString target;   ///< Absolute, with the extension of targetFormOf(source).
     /// A file of ours that the new one takes the place of, perhaps under another name; empty if there is none.
     QString replaces;
+    /// Files that the new one needn't be put beside if one of them is the same, byte by byte. Only where nothing is
+    /// replaced.
+    QStringList strays;
     Tags tags;
     /// Asked for a cover if the source has none and none lies beside it. May be absent.
     std::function<std::optional<Cover>()> cover;
@@ -41,7 +44,8 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-/// Copies or converts, tags, verifies, flushes and puts in place. Throws FileProblem, FileChanged, ConversionFailed,
+/// Copies or converts, tags, verifies, flushes and puts in place, or finds that the file is in the folder already, and
+/// says under which name. Throws FileProblem, FileChanged, ConversionFailed,
 /// VerifyFailed, Stopped, or what `commit` throws; then there is no new file, and what was there is untouched.
 WrittenFile writeTrack(const WriteOrder &order, const OutputFolder &folder, const WriteHooks &hooks,
                        std::stop_token stop, FileOps &ops = FileOps::system());

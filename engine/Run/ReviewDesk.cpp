@@ -6,6 +6,7 @@
 #include "Output/Convert.h"
 #include "Output/FileNames.h"
 #include "Output/RemoteAudio.h"
+#include "Output/Strays.h"
 #include "Run/WriteFailure.h"
 #include "Transport/Tagged.h"
 
@@ -360,7 +361,9 @@ WrittenFile ReviewDesk::write(const std::vector<PendingReview> &rows, const Choi
     WriteOrder order;
     order.source = choice.source;
     order.madeFrom = choice.madeFrom;
-    order.target = folder.path() + u'/' + freeStem(row, folder) + u'.' + targetFormOf(choice.source).extension;
+    const Place place = placeFor(row, folder);
+    order.target = folder.path() + u'/' + place.stem + u'.' + targetFormOf(choice.source).extension;
+    order.strays = place.strays;
     order.tags = {row.title, row.artist, row.album};
     order.toleranceSec = toleranceSec;
     const CoverHints hints{row.artworkUrl.value_or(QString()), row.location.value_or(QString())};
@@ -395,16 +398,22 @@ std::optional<WrittenFile> ReviewDesk::standing(const QString &madeFrom, const S
     return std::nullopt;
 }
 
-QString ReviewDesk::freeStem(const PendingReview &row, const OutputFolder &folder) {
+ReviewDesk::Place ReviewDesk::placeFor(const PendingReview &row, const OutputFolder &folder) {
     NameRegistry names;
     for (const QString &stem : folder.stems({})) {
         names.take(stem);
     }
+    QSet<QString> known;
     for (const WrittenFile &file : _services.database.writtenFiles()) {
         if (folderOf(file.path) == folder.path()) {
+            known.insert(file.path);
             names.take(stemOf(file.path));
         }
     }
+    return {freeStem(row, names), Strays(folder, known).named(row.stem)};
+}
+
+QString ReviewDesk::freeStem(const PendingReview &row, NameRegistry &names) {
     for (const PendingReview &other : _services.database.reviews()) {
         if (other.rowKey != row.rowKey) {
             names.take(other.stem);

@@ -61,6 +61,12 @@ private:
         const QString &name() const { return madeFrom.isEmpty() ? source.path : madeFrom; }
     };
 
+    /// Where the file of a decision goes.
+    struct Place {
+        QString stem;
+        QStringList strays; ///< As in WriteOrder.
+    };
+
     /// The file of this computer that a decision takes, or, in `refusal`, why it can't be taken.
     static std::optional<AudioFile> fileTaken(const PendingReview &review, const QString &path, QString &refusal);
 
@@ -85,7 +91,8 @@ private:
                       double toleranceSec, std::stop_token stop);
     std::optional<WrittenFile> standing(const QString &madeFrom, const Settings &settings);
     std::vector<PendingReview> rowsOf(const PendingReview &review);
-    QString freeStem(const PendingReview &row, const OutputFolder &folder);
+    Place placeFor(const PendingReview &row, const OutputFolder &folder);
+    QString freeStem(const PendingReview &row, NameRegistry &names);
     /// `runId` is for an engine in which no run has begun yet.
     void refuse(const std::optional<QString> &runId, const QString &message);
     /// The summary of the run that is over counts its doubtful rows: tells it again once one of them is decided.

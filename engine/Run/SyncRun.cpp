@@ -359,6 +359,9 @@ WriteOrder SyncRun::orderFor(const RunRow &row, const AudioFile &source, const Q
     order.source = source;
     order.target = _output.path() + u'/' + stem + u'.' + targetFormOf(source).extension;
     order.replaces = replaces;
+    if (replaces.isEmpty()) {
+        order.strays = _strays.named(stem);
+    }
     order.tags = {row.track->title, row.track->artist, row.track->album};
     order.toleranceSec = _request.config.run.toleranceSec;
     return order;

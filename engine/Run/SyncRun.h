@@ -2,6 +2,7 @@
 
 #include "Output/FileNames.h"
 #include "Output/OutputFolder.h"
+#include "Output/Strays.h"
 #include "Output/TrackWriter.h"
 #include "Run/CoverDesk.h"
 #include "Run/Recording.h"
@@ -132,6 +133,7 @@ private:
     QMultiHash<QString, WrittenFile> _written; // what was written in earlier runs, by row key
     QHash<QString, WrittenFile> _bySource;     // the same, by what it was made from
     NameRegistry _names;
+    Strays _strays;
     std::unique_ptr<SourceFinder> _finder;
     QHash<QString, RecordingPtr> _replacedNow; // by the path of the worse file
     QSet<Want> _wants; // as they are remembered, so that a row whose file stands costs no transaction each time

@@ -90,6 +90,7 @@ void SyncRun::loadMemory(const std::vector<Playlist> &playlists) {
     for (const QString &stem : _output.stems(own)) {
         _names.take(stem);
     }
+    _strays = Strays(_output, {own.begin(), own.end()});
     const auto snapshot = _services.playlists.known(std::chrono::seconds(0));
     for (const PendingReview &review : _services.database.reviews()) {
         if (!snapshot->isComplete || snapshot->find(review.playlistId)) { // what is gone needs no name

@@ -1,0 +1,58 @@
+#include "Output/Strays.h"
+
+#include "Output/FileNames.h"
+
+#include <QDirIterator>
+#include <QRegularExpression>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace zelk::engine {
+
+namespace {
+
+constexpr qint64 compared = 1 << 16; // bytes at a time
+
+bool haveSameBytes(const QString &one, const QString &other) {
+    QFile a(one);
+    QFile b(other);
+    if (a.size() != b.size() || !a.open(QIODevice::ReadOnly) || !b.open(QIODevice::ReadOnly)) {
+        return false;
+    }
+    for (qint64 left = a.size(); left > 0;) {
+        const QByteArray bytes = a.read(std::min(left, compared));
+        if (bytes.isEmpty() || bytes != b.read(bytes.size())) {
+            return false;
+        }
+        left -= bytes.size();
+    }
+    return true;
+}
+
+} // namespace
+
+Strays::Strays(const OutputFolder &folder, const QSet<QString> &known) {
+    for (QDirIterator files(folder.path(), QDir::Files | QDir::NoSymLinks); files.hasNext();) {
+        const QString path = files.next();
+        if (!known.contains(path)) {
+            _byName.insert(nameOf(stemOf(path)), path);
+        }
+    }
+}
+
+QString Strays::nameOf(const QString &stem) {
+    static const QRegularExpression number(u" \\(\\d+\\)$"_s);
+    return NameRegistry::keyOf(QString(stem).remove(number));
+}
+
+QString twinOf(const QString &path, const QStringList &others) {
+    const QString extension = path.section(u'.', -1);
+    for (const QString &other : others) {
+        if (other.section(u'.', -1) == extension && haveSameBytes(path, other)) {
+            return other;
+        }
+    }
+    return {};
+}
+
+} // namespace zelk::engine
