@@ -361,8 +361,9 @@ WrittenFile ReviewDesk::write(const std::vector<PendingReview> &rows, const Choi
     WriteOrder order;
     order.source = choice.source;
     order.madeFrom = choice.madeFrom;
-    const Place place = placeFor(row, folder);
+    const Place place = placeFor(row, folder, toleranceSec);
     order.target = folder.path() + u'/' + place.stem + u'.' + targetFormOf(choice.source).extension;
+    order.replaces = place.replaces;
     order.strays = place.strays;
     order.tags = {row.title, row.artist, row.album};
     order.toleranceSec = toleranceSec;
@@ -382,9 +383,13 @@ WrittenFile ReviewDesk::write(const std::vector<PendingReview> &rows, const Choi
     hooks.commit = [&](const WrittenFile &file) {
         id = _services.database.recordOutcome(rows, {StoredDecision::Kind::Take, choice.name()}, &file);
     };
-    hooks.rollback = [&](const WrittenFile &file) { _services.database.takeBack(file); };
+    hooks.rollback = [&](const WrittenFile &file) {
+        if (order.replaces != file.path) {
+            _services.database.takeBack(file);
+        }
+    };
     WrittenFile file = writeTrack(order, folder, hooks, stop, _services.files);
-    file.id = id;
+    file.id = file.replaces.isEmpty() ? id : _services.database.finishReplacing(file.path, Database::KeptId::Old);
     return file;
 }
 
@@ -398,7 +403,12 @@ std::optional<WrittenFile> ReviewDesk::standing(const QString &madeFrom, const S
     return std::nullopt;
 }
 
-ReviewDesk::Place ReviewDesk::placeFor(const PendingReview &row, const OutputFolder &folder) {
+ReviewDesk::Place ReviewDesk::placeFor(const PendingReview &row, const OutputFolder &folder, double toleranceSec) {
+    for (const WrittenFile &file : _services.database.writtenFor({row.rowKey})) {
+        if (folderOf(file.path) == folder.path() && !standsWhole(file, toleranceSec)) {
+            return {stemOf(file.path), file.path, {}};
+        }
+    }
     NameRegistry names;
     for (const QString &stem : folder.stems({})) {
         names.take(stem);
@@ -410,7 +420,7 @@ ReviewDesk::Place ReviewDesk::placeFor(const PendingReview &row, const OutputFol
             names.take(stemOf(file.path));
         }
     }
-    return {freeStem(row, names), Strays(folder, known).named(row.stem)};
+    return {freeStem(row, names), {}, Strays(folder, known).named(row.stem)};
 }
 
 QString ReviewDesk::freeStem(const PendingReview &row, NameRegistry &names) {

@@ -64,6 +64,7 @@ private:
     /// Where the file of a decision goes.
     struct Place {
         QString stem;
+        QString replaces;   ///< As in WriteOrder; of the row's own file, which broke or is gone.
         QStringList strays; ///< As in WriteOrder.
     };
 
@@ -91,7 +92,7 @@ private:
                       double toleranceSec, std::stop_token stop);
     std::optional<WrittenFile> standing(const QString &madeFrom, const Settings &settings);
     std::vector<PendingReview> rowsOf(const PendingReview &review);
-    Place placeFor(const PendingReview &row, const OutputFolder &folder);
+    Place placeFor(const PendingReview &row, const OutputFolder &folder, double toleranceSec);
     QString freeStem(const PendingReview &row, NameRegistry &names);
     /// `runId` is for an engine in which no run has begun yet.
     void refuse(const std::optional<QString> &runId, const QString &message);

@@ -22,6 +22,37 @@ class EngineReview : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    void aFileThatBrokeIsReplacedByWhatIsDecidedOn_data() {
+        QTest::addColumn<QString>("chosen");
+        QTest::addColumn<QString>("name");
+        QTest::newRow("of its kind") << u"free.mp3"_s << u"Ines - Slow Burn.mp3"_s;
+        QTest::newRow("of another kind") << u"free.flac"_s << u"Ines - Slow Burn.flac"_s;
+    }
+    void aFileThatBrokeIsReplacedByWhatIsDecidedOn() {
+        QFETCH(QString, chosen);
+        QFETCH(QString, name);
+        const EngineHome home;
+        home.addAudio(u"studio.mp3"_s, u"Ines"_s, u"Slow Burn"_s);
+        home.addAudio(u"live.mp3"_s, u"Ines"_s, u"Slow Burn (Live)"_s);
+        home.addAudio(u"other/"_s + chosen, u"Somebody"_s, u"Something"_s);
+        home.addList(u"L.csv"_s, {u"Slow Burn|Ines|2"_s});
+        EngineChild engine(home);
+        QCOMPARE(endings(engine.syncAll()).values(), QStringList{u"ok downloaded"_s});
+        home.write(home.output(u"/Ines - Slow Burn.mp3"_s), "no music");
+        QVERIFY(QFile::remove(home.collection(u"studio.mp3"_s)));
+        const QList<QJsonObject> events = engine.syncAll();
+        QCOMPARE(dataOf(named(events, u"diskCheck"_s).first()).value("result"_L1).toString(), u"broken"_s);
+        const QJsonObject review = dataOf(named(events, u"needsReview"_s).value(0));
+        engine.tell(
+            u"reviewDecision"_s,
+            {{u"trackId"_s, review.value("trackId"_L1)},
+             {u"decision"_s, QJsonObject{{u"kind"_s, u"url"_s}, {u"url"_s, home.collection(u"other/"_s + chosen)}}}});
+        QCOMPARE(dataOf(engine.until(u"trackFinished"_s)).value("status"_L1).toString(), u"ok"_s);
+        QCOMPARE(home.outputFiles(), QStringList{name});
+        QCOMPARE(endings(engine.syncAll()).values(), QStringList{u"present"_s});
+        QCOMPARE(home.outputFiles(), QStringList{name});
+    }
+
     void aDoubtfulTrackWaitsForADecision_data() {
         QTest::addColumn<QString>("kind");
         QTest::addColumn<bool>("restart");
