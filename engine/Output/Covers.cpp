@@ -121,4 +121,9 @@ std::optional<Cover> coverBeside(const QString &audioPath) {
     return std::nullopt;
 }
 
+std::optional<Cover> coverWith(const QString &audioPath) {
+    std::optional<Cover> cover = coverIn(audioPath);
+    return cover ? cover : coverBeside(audioPath);
+}
+
 } // namespace zelk::engine

@@ -31,6 +31,9 @@ std::optional<Cover> coverIn(const QString &audioPath);
 /// The picture that lies beside an audio file as its folder's cover.
 std::optional<Cover> coverBeside(const QString &audioPath);
 
+/// The cover that an audio file comes with: its own, or else the one beside it.
+std::optional<Cover> coverWith(const QString &audioPath);
+
 /// Writes the tags into a file, and the cover if the file has none of its own. Other tags stay. Throws FileProblem with
 /// EIO, or with what the file system said, if the file can't be changed.
 void writeTags(const QString &path, const Tags &tags, const std::optional<Cover> &cover);

@@ -106,10 +106,7 @@ WrittenFile writeTrack(const WriteOrder &order, const OutputFolder &folder, cons
     }
     heed(stop);
     hooks.step(Phase::tagging);
-    std::optional<Cover> cover = coverIn(order.source.path); // a conversion drops it
-    if (!cover) {
-        cover = coverBeside(order.source.path);
-    }
+    std::optional<Cover> cover = coverWith(order.source.path); // a conversion drops it
     if (!cover && order.cover) {
         cover = order.cover();
     }

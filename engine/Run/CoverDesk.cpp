@@ -27,18 +27,16 @@ CoverDesk::CoverDesk(std::stop_token stop, DownloadLimits limits) : _stop(std::m
 
 CoverDesk::~CoverDesk() = default;
 
-void CoverDesk::want(const CoverHints &hints) {
-    if (isWebAddress(hints.address)) {
+void CoverDesk::serve(WriteOrder &order, const CoverHints &hints) {
+    order.cover = [this, hints] { return take(hints); };
+    if (!coverWith(order.source.path) && isWebAddress(hints.address)) {
         begun(hints.address);
     }
 }
 
 std::optional<Cover> CoverDesk::take(const CoverHints &hints) {
     if (!hints.location.isEmpty()) {
-        if (auto cover = coverIn(hints.location)) {
-            return cover;
-        }
-        if (auto cover = coverBeside(hints.location)) {
+        if (auto cover = coverWith(hints.location)) {
             return cover;
         }
     }

@@ -2,6 +2,7 @@
 
 #include "Files/Download.h"
 #include "Output/Tagging.h"
+#include "Output/TrackWriter.h"
 #include "Threads/WorkQueue.h"
 
 #include <QHash>
@@ -29,8 +30,8 @@ public:
                        DownloadLimits limits = {largestCover, std::chrono::seconds(2), std::chrono::seconds(3)});
     ~CoverDesk();
 
-    /// Begins to fetch it, unless that has begun already.
-    void want(const CoverHints &hints);
+    /// Has an order ask here for its cover, which comes while the file is copied. For as long as this lives.
+    void serve(WriteOrder &order, const CoverHints &hints);
     /// The cover, if there is one and it has come, or comes in time.
     std::optional<Cover> take(const CoverHints &hints);
 
@@ -41,6 +42,7 @@ private:
         std::shared_future<std::optional<Cover>> result = promise.get_future().share();
     };
 
+    /// The fetch of a cover, which begins unless it has already; null from a host that is left alone.
     std::shared_ptr<Fetch> begun(const QString &address);
     std::optional<Cover> fetch(const QString &address);
 

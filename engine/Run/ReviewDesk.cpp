@@ -37,20 +37,21 @@ QString placeOf(const QString &address) {
     return text.startsWith(u'/') ? QDir::cleanPath(text) : QString();
 }
 
+QString pathOf(const CandidateDTO &candidate) {
+    return QUrl(candidate.url.value_or(QString())).toLocalFile();
+}
+
 /// Which file a decision takes, for all but skip; or, in `refusal`, why it takes none.
 QString pathTaken(const PendingReview &review, const ReviewDecision &decision, QString &refusal) {
-    const auto of = [&](const CandidateDTO &candidate) {
-        return QUrl(candidate.url.value_or(QString())).toLocalFile();
-    };
     const QString path = match(
         decision,
         [&](const ReviewDecision::Accept &) {
-            return review.candidates.empty() ? QString() : of(review.candidates.front());
+            return review.candidates.empty() ? QString() : pathOf(review.candidates.front());
         },
         [&](const ReviewDecision::Candidate &chosen) {
             for (const CandidateDTO &candidate : review.candidates) {
                 if (candidate.id == chosen.candidateId) {
-                    return of(candidate);
+                    return pathOf(candidate);
                 }
             }
             return QString();
@@ -150,14 +151,13 @@ void ReviewDesk::sumUpAnew(const std::vector<PendingReview> &rows, const Decisio
 void ReviewDesk::cancel() {
     const std::lock_guard lock(_mutex);
     _stop.request_stop();
-    if (!_stopping) {
+    if (!_ending.stop_requested()) {
         _stop = std::stop_source();
     }
 }
 
 void ReviewDesk::stop() {
     const std::lock_guard lock(_mutex);
-    _stopping = true;
     _stop.request_stop();
     _ending.request_stop();
 }
@@ -182,7 +182,7 @@ std::optional<AudioFile> ReviewDesk::fileTaken(const PendingReview &review, cons
         return std::nullopt;
     }
     for (const CandidateDTO &candidate : review.candidates) {
-        if (QUrl(candidate.url.value_or(QString())).toLocalFile() == path && candidate.source) {
+        if (pathOf(candidate) == path && candidate.source) {
             file.origin = fromWireName<SourceId>(QStringView(*candidate.source));
         }
     }
@@ -367,11 +367,7 @@ WrittenFile ReviewDesk::write(const std::vector<PendingReview> &rows, const Choi
     order.strays = place.strays;
     order.tags = {row.title, row.artist, row.album};
     order.toleranceSec = toleranceSec;
-    const CoverHints hints{row.artworkUrl.value_or(QString()), row.location.value_or(QString())};
-    order.cover = [this, hints] { return _covers.take(hints); };
-    if (!coverIn(choice.source.path) && !coverBeside(choice.source.path)) {
-        _covers.want(hints); // comes while the file is copied
-    }
+    _covers.serve(order, {row.artworkUrl.value_or(QString()), row.location.value_or(QString())});
     qint64 id = 0;
     WriteHooks hooks;
     hooks.progress = [&](qint64 done, qint64 total) {

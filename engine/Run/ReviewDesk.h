@@ -107,10 +107,9 @@ private:
     QString _begun; // the run that began last
     std::optional<RunTally> _ended;
 
-    std::mutex _mutex; // guards the next three
+    std::mutex _mutex; // guards the next two
     bool _runExpected = false;
     std::stop_source _stop; // of the decisions taken since the last cancel
-    bool _stopping = false;
     std::stop_source _ending;
     CoverDesk _covers;
     WorkQueue _queue; // last, so that its thread ends before what it uses

@@ -16,11 +16,7 @@ void SyncRun::writeFile(const RunRow &row, const RecordingPtr &recording, WriteO
     qint64 id = 0;
     hooks.progress = [&meter](qint64 done, qint64 total) { meter(done, total); };
     hooks.step = [&](Phase phase) { _events.step(row.trackId, phase); };
-    const CoverHints hints{row.track->artworkUrl, row.track->location};
-    order.cover = [this, hints] { return _covers.take(hints); };
-    if (!coverIn(order.source.path) && !coverBeside(order.source.path)) {
-        _covers.want(hints); // comes while the file is copied
-    }
+    _covers.serve(order, {row.track->artworkUrl, row.track->location});
     hooks.commit = [&](const WrittenFile &file) {
         id = _services.database.recordWritten(file, row.track->rowKey, row.playlistId);
     };
