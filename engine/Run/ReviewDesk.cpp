@@ -385,7 +385,14 @@ WrittenFile ReviewDesk::write(const std::vector<PendingReview> &rows, const Choi
         }
     };
     WrittenFile file = writeTrack(order, folder, hooks, stop, _services.files);
-    file.id = file.replaces.isEmpty() ? id : _services.database.finishReplacing(file.path, Database::KeptId::Old);
+    file.id = id;
+    if (!file.replaces.isEmpty()) {
+        try {
+            file.id = _services.database.finishReplacing(file.path, Database::KeptId::Old);
+        } catch (const DatabaseError &error) {
+            events.notKept(error);
+        }
+    }
     return file;
 }
 

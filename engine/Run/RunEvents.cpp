@@ -109,6 +109,11 @@ void RunEvents::log(ServerEvent::LogLevel level, const QString &message) const {
     send(ServerEvent::Log{_runId, level, message});
 }
 
+void RunEvents::notKept(const DatabaseError &error) const {
+    log(ServerEvent::LogLevel::warn,
+        u"The engine's memory can't be written: %1"_s.arg(QString::fromUtf8(error.what())));
+}
+
 void RunEvents::syncDone(const SyncSummary &summary) const {
     send(ServerEvent::SyncDone{_runId, _runId, summary});
 }

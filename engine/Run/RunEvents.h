@@ -3,6 +3,7 @@
 #include "Matching/Matcher.h"
 #include "Playlists/Playlist.h"
 #include "Run/EventSink.h"
+#include "Store/Database.h"
 #include "Store/Records.h"
 
 #include <QString>
@@ -42,6 +43,8 @@ public:
     void orphansFound(const QStringList &paths) const;
     void error(const QString &scope, const QString &message) const;
     void log(ServerEvent::LogLevel level, const QString &message) const;
+    /// Tells of a note that couldn't be kept, and that a later run will make.
+    void notKept(const DatabaseError &error) const;
     void syncDone(const SyncSummary &summary) const;
 
 private:

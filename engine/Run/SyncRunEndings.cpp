@@ -79,9 +79,8 @@ qint64 SyncRun::finished(const WrittenFile &file, qint64 id) {
     }
     try {
         return _services.database.finishReplacing(file.path, Database::KeptId::Old);
-    } catch (const DatabaseError &error) { // the next run does it
-        _events.log(ServerEvent::LogLevel::warn,
-                    u"The engine's memory can't be written: %1"_s.arg(QString::fromUtf8(error.what())));
+    } catch (const DatabaseError &error) {
+        _events.notKept(error);
         return id;
     }
 }
@@ -127,8 +126,7 @@ void SyncRun::rememberWant(const Want &want) {
     try {
         _services.database.recordWants({want});
     } catch (const DatabaseError &error) {
-        _events.log(ServerEvent::LogLevel::warn,
-                    u"The engine's memory can't be written: %1"_s.arg(QString::fromUtf8(error.what())));
+        _events.notKept(error);
     }
 }
 
