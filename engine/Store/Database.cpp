@@ -104,6 +104,7 @@ void Database::prepare(const QString &path) {
     }
     query(u"PRAGMA journal_mode = WAL"_s);
     query(u"PRAGMA synchronous = NORMAL"_s);
+    _lasts = Lasts::ThroughCrashes;
     query(u"PRAGMA foreign_keys = ON"_s);
     // Damage behind the first page would otherwise be met in the middle of a run.
     if (QSqlQuery check = query(u"PRAGMA quick_check(1)"_s); check.next() && check.value(0).toString() != "ok"_L1) {

@@ -107,8 +107,10 @@ private:
     /// What reads before it writes has to say so at its beginning: SQLite refuses it the write if another engine has
     /// written since it has read.
     enum class Begins { Either, Writing };
+    /// What is done again by the next run needs no wait for the disk; what the user did does.
+    enum class Lasts { ThroughCrashes, ThroughPowerCuts };
     template<class Function>
-    auto transaction(Function function, Begins begins = Begins::Either);
+    auto transaction(Function function, Begins begins = Begins::Either, Lasts lasts = Lasts::ThroughCrashes);
     QSqlQuery prepared(const QString &statement);
     QSqlQuery query(const QString &statement, const QVariantList &values = {});
     // Parts of transactions
@@ -121,8 +123,9 @@ private:
     void prepare(const QString &path);
 
     QString _connection;
-    QString _awaited; // a file that somebody else held when it was to be opened
-    WorkQueue _queue; // the thread that alone touches the connection
+    Lasts _lasts = Lasts::ThroughCrashes; // as SQLite is set at present
+    QString _awaited;                     // a file that somebody else held when it was to be opened
+    WorkQueue _queue;                     // the thread that alone touches the connection
 };
 
 } // namespace zelk::engine

@@ -26,17 +26,19 @@ void Database::enterDecision(const QString &rowKey, const StoredDecision &decisi
 
 qint64 Database::recordOutcome(const std::vector<PendingReview> &rows, const StoredDecision &decision,
                                const WrittenFile *file) {
-    return transaction([&] {
-        const QString &rowKey = rows.front().rowKey;
-        enterDecision(rowKey, decision);
-        const qint64 id = file ? enterFile(*file) : 0;
-        for (std::size_t i = 0; file && i < rows.size(); ++i) {
-            enterWant({id, rowKey, rows[i].playlistId});
-        }
-        query(u"DELETE FROM cooloffs WHERE row_key = ?"_s, {rowKey});
-        query(u"DELETE FROM reviews WHERE row_key = ?"_s, {rowKey});
-        return id;
-    });
+    return transaction(
+        [&] {
+            const QString &rowKey = rows.front().rowKey;
+            enterDecision(rowKey, decision);
+            const qint64 id = file ? enterFile(*file) : 0;
+            for (std::size_t i = 0; file && i < rows.size(); ++i) {
+                enterWant({id, rowKey, rows[i].playlistId});
+            }
+            query(u"DELETE FROM cooloffs WHERE row_key = ?"_s, {rowKey});
+            query(u"DELETE FROM reviews WHERE row_key = ?"_s, {rowKey});
+            return id;
+        },
+        Begins::Either, Lasts::ThroughPowerCuts);
 }
 
 std::optional<StoredDecision> Database::decision(const QString &rowKey) {
@@ -61,7 +63,7 @@ std::optional<StoredDecision> Database::decision(const QString &rowKey) {
 }
 
 void Database::recordDecision(const QString &rowKey, const StoredDecision &decision) {
-    transaction([&] { enterDecision(rowKey, decision); });
+    transaction([&] { enterDecision(rowKey, decision); }, Begins::Either, Lasts::ThroughPowerCuts);
 }
 
 void Database::forgetDecision(const QString &rowKey) {

@@ -6,6 +6,8 @@
 #include <QSqlError>
 #include <QSqlQuery>
 
+#include <utility>
+
 // What the sources of the Database share.
 namespace zelk::engine {
 
@@ -19,13 +21,17 @@ inline QString storedText(const QString &value) {
 }
 
 template<class Function>
-auto Database::transaction(Function function, Begins begins) {
+auto Database::transaction(Function function, Begins begins, Lasts lasts) {
     return _queue.run([&]() -> decltype(function()) {
         if (!_awaited.isEmpty()) {
             prepare(_awaited);
             _awaited.clear();
         }
         QSqlDatabase database = QSqlDatabase::database(_connection, false);
+        if (std::exchange(_lasts, lasts) != lasts) {
+            query(lasts == Lasts::ThroughPowerCuts ? QStringLiteral("PRAGMA synchronous = FULL")
+                                                   : QStringLiteral("PRAGMA synchronous = NORMAL"));
+        }
         query(begins == Begins::Writing ? QStringLiteral("BEGIN IMMEDIATE") : QStringLiteral("BEGIN"));
         const auto commit = [&database] {
             if (!database.commit()) {
