@@ -95,8 +95,10 @@ void judge(QProcess &process, const AudioFile &source, const QString &to) {
                " one."_s.arg(source.path));
     }
     if (process.exitCode() != 0) {
-        refuse(u"%1 can't be converted (%2). Replace the file by a sound one and sync again."_s.arg(
-            source.path, said.isEmpty() ? u"ffmpeg ended with status %1"_s.arg(process.exitCode()) : said));
+        throw SourceUnsound(
+            u"%1 can't be converted (%2). Replace the file by a sound one and sync again."_s
+                .arg(source.path, said.isEmpty() ? u"ffmpeg ended with status %1"_s.arg(process.exitCode()) : said)
+                .toStdString());
     }
     try {
         readAudio(to);

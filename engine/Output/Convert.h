@@ -26,6 +26,12 @@ public:
     using std::runtime_error::runtime_error;
 };
 
+/// The converter can't read the file, and won't as long as the file is what it is.
+class SourceUnsound : public ConversionFailed {
+public:
+    using ConversionFailed::ConversionFailed;
+};
+
 /// The ffmpeg program, or an empty text if there is none on the PATH.
 QString ffmpegProgram();
 

@@ -255,9 +255,7 @@ void SyncRun::searchRow(const RunRow &row, const RecordingPtr &recording, const 
         return;
     case FoundSource::Kind::Missing:
     case FoundSource::Kind::Late:
-        if (!decision) {
-            coolOff(key, found.detail);
-        }
+        rest(key, found.detail);
         conclude(row, recording, Recording::State::Failed, found.detail);
     }
 }

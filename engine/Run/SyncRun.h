@@ -115,7 +115,7 @@ private:
     void endRow(const RunRow &row, Finish status, const QString &detail);
     void endWritten(const RunRow &row, const WrittenFile &file, ServerEvent::TrackFinishKind kind);
     void failOutput(const QString &message);
-    void coolOff(const QString &rowKey, const QString &detail);
+    void rest(const QString &rowKey, const QString &detail);
 
     void finish(const std::vector<Playlist> &playlists);
     void sendSummary();

@@ -40,8 +40,10 @@ void SyncRun::writeFile(const RunRow &row, const RecordingPtr &recording, WriteO
     } catch (const std::exception &error) {
         const WriteFailure failure = explainWriteFailure(error, order.source.path, _output.path());
         detail = failure.detail;
-        if (failure.ofOutput) {
+        if (failure.fault == WriteFailure::Fault::Output) {
             failOutput(detail);
+        } else if (failure.fault == WriteFailure::Fault::Source && !recording->worse) {
+            rest(row.track->rowKey, detail);
         }
     }
     const bool isKept = state == Recording::State::Failed && recording->worse;
@@ -161,11 +163,19 @@ void SyncRun::failOutput(const QString &message) {
     _events.error(u"output"_s, message);
 }
 
-void SyncRun::coolOff(const QString &rowKey, const QString &detail) {
-    const auto rest = static_cast<qint64>(_request.config.run.cooloffHours * 3'600'000);
-    if (rest > 0 && !_request.dryRun()) {
-        _services.database.recordCoolOff(rowKey,
-                                         {QDateTime::currentMSecsSinceEpoch() + rest, _finder->fingerprint(), detail});
+/// Leaves a row alone for a while whose failure would come again. What the user has decided on is tried each time.
+void SyncRun::rest(const QString &rowKey, const QString &detail) {
+    const auto length = static_cast<qint64>(_request.config.run.cooloffHours * 3'600'000);
+    if (length <= 0 || _request.dryRun()) {
+        return;
+    }
+    try {
+        if (!_services.database.decision(rowKey)) {
+            _services.database.recordCoolOff(
+                rowKey, {QDateTime::currentMSecsSinceEpoch() + length, _finder->fingerprint(), detail});
+        }
+    } catch (const DatabaseError &error) {
+        _events.notKept(error);
     }
 }
 

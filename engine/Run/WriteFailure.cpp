@@ -1,5 +1,6 @@
 #include "Run/WriteFailure.h"
 
+#include "Output/Convert.h"
 #include "Output/OutputFolder.h"
 #include "Store/Database.h"
 
@@ -13,22 +14,26 @@ WriteFailure explainWriteFailure(const std::exception &error, const QString &sou
     if (const auto *problem = dynamic_cast<const FileProblem *>(&error)) {
         if (problem->path() == sourcePath) {
             return {u"%1 can't be read (%2). Mend or replace it and sync again."_s.arg(sourcePath, problem->reason()),
-                    false};
+                    WriteFailure::Fault::Passing};
         }
         if (problem->code() == EEXIST) {
-            return {u"%1 has appeared meanwhile and wasn't touched. Sync again."_s.arg(problem->path()), false};
+            return {u"%1 has appeared meanwhile and wasn't touched. Sync again."_s.arg(problem->path()),
+                    WriteFailure::Fault::Passing};
         }
-        return {outputAdvice(outputDir, *problem), true};
+        return {outputAdvice(outputDir, *problem), WriteFailure::Fault::Output};
     }
     if (const auto *problem = dynamic_cast<const DatabaseError *>(&error)) {
         if (problem->isLock()) {
-            return {u"Another program holds what the engine remembers. End it and sync again."_s, true};
+            return {u"Another program holds what the engine remembers. End it and sync again."_s,
+                    WriteFailure::Fault::Output};
         }
         return {u"The engine's memory can't be written (%1). Check the disk of your home folder and sync again."_s.arg(
                     QString::fromUtf8(error.what())),
-                true};
+                WriteFailure::Fault::Output};
     }
-    return {QString::fromUtf8(error.what()), false}; // the others speak for themselves
+    // The others speak for themselves.
+    return {QString::fromUtf8(error.what()),
+            dynamic_cast<const SourceUnsound *>(&error) ? WriteFailure::Fault::Source : WriteFailure::Fault::Passing};
 }
 
 } // namespace zelk::engine

@@ -8,11 +8,15 @@
 
 namespace zelk::engine {
 
-/// Why a track couldn't be written, for its row, and whether the output folder itself is to blame, in which case it is
-/// worth telling once for the run.
+/// Why a track couldn't be written.
 struct WriteFailure {
-    QString detail;
-    bool ofOutput = false;
+    enum class Fault {
+        Passing, ///< May be gone at the next try.
+        Output,  ///< The output folder itself is to blame, which is worth telling once for the run.
+        Source,  ///< The same comes of it as long as the file is what it is.
+    };
+    QString detail; ///< For its row.
+    Fault fault = Fault::Passing;
 };
 
 /// Takes apart what writeTrack threw; not for Stopped.

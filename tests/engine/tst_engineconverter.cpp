@@ -10,6 +10,7 @@
 #include <QJsonArray>
 #include <QTest>
 
+#include <algorithm>
 #include <csignal>
 
 using namespace Qt::Literals::StringLiterals;
@@ -91,6 +92,53 @@ private Q_SLOTS:
         QVERIFY2(detail.contains(said) && detail.contains("a.opus"_L1) && detail.contains("ync again"_L1),
                  qPrintable(detail));
         QCOMPARE(scene.home.outputFiles(), QStringList{u"Ann - Two.flac"_s});
+    }
+
+    void aFileThatCannotBeConvertedIsLeftAloneUntilItIsReplaced() {
+        const Scene scene(u"fail"_s);
+        EngineChild engine(scene.home, scene.environment);
+        const auto failureIn = [](const QList<QJsonObject> &events) {
+            for (const QJsonObject &finished : named(events, u"trackFinished"_s)) {
+                if (dataOf(finished).value("status"_L1).toString() == "failed"_L1) {
+                    return dataOf(finished).value("detail"_L1).toString();
+                }
+            }
+            return QString();
+        };
+        const auto conversionsIn = [](const QList<QJsonObject> &events) {
+            return std::ranges::count_if(named(events, u"step"_s), [](const QJsonObject &step) {
+                return dataOf(step).value("phase"_L1).toString() == "converting"_L1;
+            });
+        };
+        const QList<QJsonObject> first = engine.syncAll();
+        QCOMPARE(conversionsIn(first), 1);
+        const QList<QJsonObject> second = engine.syncAll();
+        QCOMPARE(conversionsIn(second), 0);
+        QVERIFY(!failureIn(first).isEmpty());
+        QCOMPARE(failureIn(second), failureIn(first));
+        QVERIFY(QFile::remove(scene.home.collection(u"a.opus"_s)));
+        scene.home.addAudio(u"a2.opus"_s, u"Ann"_s, u"One"_s);
+        QCOMPARE(conversionsIn(engine.syncAll()), 1);
+    }
+
+    void aConverterThatWasAtFaultIsAskedAgain_data() {
+        QTest::addColumn<QString>("behaviour");
+        QTest::newRow("writes no music") << u"garbage"_s;
+        QTest::newRow("is killed") << u"die"_s;
+        QTest::newRow("finds the disk full") << u"full"_s;
+    }
+    void aConverterThatWasAtFaultIsAskedAgain() {
+        QFETCH(QString, behaviour);
+        const Scene scene(behaviour);
+        {
+            EngineChild engine(scene.home, scene.environment);
+            QVERIFY(endings(engine.syncAll()).values().contains(u"failed"_s));
+        }
+        QProcessEnvironment mended = scene.environment;
+        mended.insert(u"CONVERTER_DOES"_s, u"convert"_s);
+        EngineChild engine(scene.home, mended);
+        engine.syncAll();
+        QCOMPARE(scene.home.outputFiles(), QStringList({u"Ann - One.mp3"_s, u"Ann - Two.flac"_s}));
     }
 
     void aFullDiskIsToldAsWhatItIs() {
