@@ -37,6 +37,13 @@ QString placeOf(const QString &address) {
     return text.startsWith(u'/') ? QDir::cleanPath(text) : QString();
 }
 
+/// The web address that a decision gives; empty if it gives none.
+QString addressIn(const ReviewDecision &decision) {
+    const auto *url = caseOf<ReviewDecision::Url>(decision);
+    const QString place = url ? placeOf(url->url) : QString();
+    return isWebAddress(place) ? place : QString();
+}
+
 QString pathOf(const CandidateDTO &candidate) {
     return QUrl(candidate.url.value_or(QString())).toLocalFile();
 }
@@ -78,6 +85,7 @@ ReviewDesk::ReviewDesk(RunServices services, std::function<Settings()> settings)
 
 ReviewDesk::~ReviewDesk() {
     stop();
+    _downloads.waitUntilIdle();
     _queue.waitUntilIdle(); // what was decided last is kept too
 }
 
@@ -85,7 +93,19 @@ void ReviewDesk::decide(const QString &trackId, const ReviewDecision &decision, 
                         RunLock::Hold hold) {
     keep(trackId, decision, runId);
     const std::lock_guard lock(_mutex);
-    _queue.post([this, taken = Taken{trackId, decision, runId, _stop.get_token()}, hold = std::move(hold)] {
+    Taken taken{trackId, decision, runId, _stop.get_token(), std::move(hold), {}};
+    if (addressIn(decision).isEmpty()) {
+        lineUp(std::move(taken));
+        return;
+    }
+    _downloads.post([this, taken = std::move(taken)]() mutable {
+        taken.download = fetch(taken);
+        lineUp(std::move(taken));
+    });
+}
+
+void ReviewDesk::lineUp(Taken taken) {
+    _queue.post([this, taken = std::move(taken)] {
         try {
             carryOut(taken);
         } catch (const std::exception &error) {
@@ -94,6 +114,36 @@ void ReviewDesk::decide(const QString &trackId, const ReviewDecision &decision, 
                        QString::fromUtf8(error.what())));
         }
     });
+}
+
+ReviewDesk::Download ReviewDesk::fetch(const Taken &taken) {
+    const QString address = addressIn(taken.decision);
+    QString runId;
+    {
+        const std::lock_guard lock(_tellMutex);
+        runId = _begun;
+    }
+    try {
+        const auto review = _services.database.review(taken.trackId);
+        if (!review || standing(address, _settings())) {
+            return {}; // there is nothing to download for
+        }
+        const RunEvents events(_services.events, runId.isEmpty() ? review->runId : runId, taken.stop);
+        ProgressMeter meter(events, taken.trackId);
+        const auto tell = [&](qint64 done, qint64 total) {
+            const std::lock_guard lock(_tellMutex);
+            if (_begun == runId) { // or else the row is the later run's
+                meter(done, total);
+            }
+        };
+        return {fetchAudio(address, _services.downloads, tell, taken.stop, _services.files), {}};
+    } catch (const Stopped &) {
+        return {};
+    } catch (const FileProblem &error) {
+        return {nullptr, u"%1 can't be downloaded: %2"_s.arg(address, error.description())};
+    } catch (const std::exception &error) {
+        return {nullptr, QString::fromUtf8(error.what())};
+    }
 }
 
 void ReviewDesk::keep(const QString &trackId, const ReviewDecision &decision, const std::optional<QString> &runId) {
@@ -123,7 +173,10 @@ void ReviewDesk::attend(std::shared_ptr<SyncRun> run) {
     _ended = _run && !run ? _run->toldTally() : std::nullopt;
     _run = std::move(run);
     if (_run) {
-        _begun = _run->runId();
+        {
+            const std::lock_guard lock(_tellMutex);
+            _begun = _run->runId();
+        }
         const std::lock_guard lock(_mutex);
         _runExpected = false;
     }
@@ -201,6 +254,10 @@ void ReviewDesk::carryOut(const Taken &taken) {
     Choice choice;
     if (isWebAddress(path)) {
         choice.madeFrom = path;
+        choice.download = taken.download;
+        if (choice.download.file) {
+            choice.source = *choice.download.file;
+        }
     } else if (!isSkip && refusal.isEmpty()) {
         if (const auto file = fileTaken(*review, path, refusal)) {
             choice.source = *file;
@@ -213,13 +270,17 @@ void ReviewDesk::carryOut(const Taken &taken) {
         return;
     }
     const bool mayBeAskedAnew = isSuperseded(*review);
-    // Copying may take long, and whatever happens meanwhile, the user isn't asked again. An address isn't known to be
-    // any good.
-    if ((!isSkip && choice.madeFrom.isEmpty()) || mayBeAskedAnew) {
+    // Copying may take long, and whatever happens meanwhile, the user isn't asked again. An address counts once it has
+    // given audio.
+    const bool isGood = choice.madeFrom.isEmpty() || choice.download.file;
+    if (isGood && (!isSkip || mayBeAskedAnew)) {
         _services.database.recordDecision(review->rowKey, isSkip ? StoredDecision{StoredDecision::Kind::Skip, {}}
                                                                  : StoredDecision{StoredDecision::Kind::Take, path});
     }
     if (mayBeAskedAnew && isLeftToTheRun(*review, taken.stop)) {
+        if (!choice.download.problem.isEmpty()) {
+            refuse(review->runId, choice.download.problem);
+        }
         return;
     }
     settle(*review, path, taken.stop, [&](const std::vector<PendingReview> &rows) {
@@ -300,7 +361,8 @@ DecisionOutcome ReviewDesk::skip(const std::vector<PendingReview> &rows) {
     return {Recording::State::Skipped, {}, false, u"You chose to skip this track."_s};
 }
 
-DecisionOutcome ReviewDesk::take(const std::vector<PendingReview> &rows, Choice &choice, const std::stop_token &stop) {
+DecisionOutcome ReviewDesk::take(const std::vector<PendingReview> &rows, const Choice &choice,
+                                 const std::stop_token &stop) {
     const Settings settings = _settings();
     OutputFolder folder(settings.outputDir, _services.files);
     DecisionOutcome outcome;
@@ -308,10 +370,13 @@ DecisionOutcome ReviewDesk::take(const std::vector<PendingReview> &rows, Choice 
         if (const auto before = standing(choice.name(), settings)) {
             outcome.file = *before;
             _services.database.recordOutcome(rows, {StoredDecision::Kind::Take, choice.name()}, &outcome.file);
+        } else if (!choice.download.problem.isEmpty()) { // the rows wait for another decision
+            refuse(rows.front().runId, choice.download.problem);
+            return outcome;
+        } else if (!choice.madeFrom.isEmpty() && !choice.download.file) { // stopped, so the next run asks again
+            outcome.state = Recording::State::Skipped;
+            return outcome;
         } else {
-            if (!choice.madeFrom.isEmpty() && !fetch(rows, choice, outcome, stop)) {
-                return outcome;
-            }
             folder.prepare(_services.database.knowsFilesIn(folder.path()));
             outcome.file = write(rows, choice, folder, settings.toleranceSec, stop);
             outcome.isNew = true;
@@ -326,31 +391,6 @@ DecisionOutcome ReviewDesk::take(const std::vector<PendingReview> &rows, Choice 
     }
     _services.database.forgetReviewsOf(rows.front().rowKey);
     return outcome;
-}
-
-bool ReviewDesk::fetch(const std::vector<PendingReview> &rows, Choice &choice, DecisionOutcome &outcome,
-                       const std::stop_token &stop) {
-    const PendingReview &row = rows.front();
-    const RunEvents events = eventsOf(row, stop);
-    ProgressMeter meter(events, row.trackId);
-    QString problem;
-    try {
-        choice.fetched = fetchAudio(
-            choice.madeFrom, _services.downloads, [&meter](qint64 done, qint64 total) { meter(done, total); }, stop,
-            _services.files);
-        choice.source = *choice.fetched;
-        _services.database.recordDecision(row.rowKey, {StoredDecision::Kind::Take, choice.madeFrom});
-        return true;
-    } catch (const Stopped &) { // not known to be any good, so the next run asks again
-        outcome.state = Recording::State::Skipped;
-        return false;
-    } catch (const FileProblem &error) {
-        problem = u"%1 can't be downloaded: %2"_s.arg(choice.madeFrom, error.description());
-    } catch (const DownloadFailed &error) {
-        problem = QString::fromUtf8(error.what());
-    }
-    refuse(row.runId, problem);
-    return false; // the rows wait for another decision
 }
 
 WrittenFile ReviewDesk::write(const std::vector<PendingReview> &rows, const Choice &choice, const OutputFolder &folder,
@@ -371,7 +411,7 @@ WrittenFile ReviewDesk::write(const std::vector<PendingReview> &rows, const Choi
     qint64 id = 0;
     WriteHooks hooks;
     hooks.progress = [&](qint64 done, qint64 total) {
-        if (!choice.fetched) { // the way from there to its place is no second download
+        if (!choice.download.file) { // the way from there to its place is no second download
             meter(done, total);
         }
     };

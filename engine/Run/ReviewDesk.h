@@ -45,18 +45,26 @@ public:
     void stop();
 
 private:
+    /// What came of the download of an address.
+    struct Download {
+        std::shared_ptr<const AudioFile> file; ///< Null if nothing came of it.
+        QString problem;                       ///< Why; empty if it was stopped.
+    };
+
     struct Taken {
         QString trackId;
         ReviewDecision decision;
         std::optional<QString> runId;
         std::stop_token stop;
+        RunLock::Hold hold;
+        Download download; ///< Where the decision is an address.
     };
 
     /// What a decision takes.
     struct Choice {
-        AudioFile source;                         ///< Of an address, once it is downloaded.
-        QString madeFrom;                         ///< The address; empty for a file of ours.
-        std::shared_ptr<const AudioFile> fetched; ///< Keeps the download.
+        AudioFile source; ///< Of an address, if it was downloaded.
+        QString madeFrom; ///< The address; empty for a file of ours.
+        Download download;
 
         const QString &name() const { return madeFrom.isEmpty() ? source.path : madeFrom; }
     };
@@ -73,6 +81,11 @@ private:
 
     /// Enters a decision before anything is done about it, since others may be in hand for a long time.
     void keep(const QString &trackId, const ReviewDecision &decision, const std::optional<QString> &runId);
+    /// Lines up a decision to be carried out.
+    void lineUp(Taken taken);
+    /// Downloads the address that a decision gives. On a thread of its own, so that a slow server holds up nothing
+    /// else.
+    Download fetch(const Taken &taken);
     void carryOut(const Taken &taken);
     std::optional<PendingReview> reviewOf(const Taken &taken) const;
     bool isSuperseded(const PendingReview &review) const;
@@ -83,10 +96,7 @@ private:
     void settle(const PendingReview &review, const QString &sourcePath, const std::stop_token &stop,
                 const std::function<DecisionOutcome(const std::vector<PendingReview> &rows)> &work);
     DecisionOutcome skip(const std::vector<PendingReview> &rows);
-    DecisionOutcome take(const std::vector<PendingReview> &rows, Choice &choice, const std::stop_token &stop);
-    /// False if nothing came of it, and `outcome` says what the rows do now.
-    bool fetch(const std::vector<PendingReview> &rows, Choice &choice, DecisionOutcome &outcome,
-               const std::stop_token &stop);
+    DecisionOutcome take(const std::vector<PendingReview> &rows, const Choice &choice, const std::stop_token &stop);
     RunEvents eventsOf(const PendingReview &row, const std::stop_token &stop) const;
     WrittenFile write(const std::vector<PendingReview> &rows, const Choice &choice, const OutputFolder &folder,
                       double toleranceSec, std::stop_token stop);
@@ -104,15 +114,18 @@ private:
 
     // The queue's thread's own
     std::shared_ptr<SyncRun> _run;
-    QString _begun; // the run that began last
     std::optional<RunTally> _ended;
+
+    std::mutex _tellMutex; // guards the next, and is held where others than the queue's thread tell something
+    QString _begun;        // the run that began last; changed by the queue's thread only
 
     std::mutex _mutex; // guards the next two
     bool _runExpected = false;
     std::stop_source _stop; // of the decisions taken since the last cancel
     std::stop_source _ending;
     CoverDesk _covers;
-    WorkQueue _queue; // last, so that its thread ends before what it uses
+    WorkQueue _queue;        // behind what its thread uses, so that it ends first
+    WorkQueue _downloads{2}; // likewise
 };
 
 } // namespace zelk::engine

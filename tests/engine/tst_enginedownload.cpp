@@ -213,6 +213,58 @@ private Q_SLOTS:
         QVERIFY(nothingLeft(home));
     }
 
+    void aSlowDownloadHoldsUpNeitherOtherDecisionsNorTheNextRun() {
+        const WebServer server([](const QString &) { return QByteArray(); });
+        const EngineHome home;
+        doubtful(home);
+        home.addAudio(u"live2.mp3"_s, u"Ines"_s, u"Long Day (Live)"_s);
+        home.addList(u"M.csv"_s, {u"Long Day|Ines|2"_s});
+        EngineChild engine(home);
+        const QList<QJsonObject> reviews = named(engine.syncAll(), u"needsReview"_s);
+        QCOMPARE(reviews.size(), 2);
+        decide(engine, dataOf(reviews.first()).value("trackId"_L1), server.url(u"/never"_s));
+        QTRY_COMPARE_WITH_TIMEOUT(server.asked(u"/never"_s), 1, 20'000);
+
+        const QJsonValue other = dataOf(reviews.last()).value("trackId"_L1);
+        engine.tell(u"reviewDecision"_s,
+                    {{u"trackId"_s, other}, {u"decision"_s, QJsonObject{{u"kind"_s, u"accept"_s}}}});
+        const QJsonObject finished = dataOf(engine.until(u"trackFinished"_s));
+        QCOMPARE(finished.value("trackId"_L1), other);
+        QCOMPARE(finished.value("status"_L1).toString(), u"ok"_s);
+        QVERIFY(!engine.until(u"syncDone"_s).isEmpty()); // with the new numbers
+
+        QStringList next = endings(engine.syncAll()).values();
+        next.sort(); // ids of lists depend on the folder
+        QCOMPARE(next, QStringList({u"present"_s, u"review"_s}));
+        QCOMPARE(engine.finish(), 0);
+        QVERIFY(nothingLeft(home));
+    }
+
+    void aDownloadThatEndsInALaterRunSpeaksForThatOne() {
+        std::promise<void> gate;
+        const std::shared_future<void> open = gate.get_future().share();
+        const WebServer server([open](const QString &) {
+            open.wait();
+            return WebServer::ok(flac());
+        });
+        const EngineHome home;
+        doubtful(home);
+        EngineChild engine(home);
+        decide(engine, trackInReview(engine), server.url(u"/slow"_s));
+        QTRY_COMPARE_WITH_TIMEOUT(server.asked(u"/slow"_s), 1, 20'000);
+        const QList<QJsonObject> next = engine.syncAll();
+        const QString runId = next.first().value("correlationId"_L1).toString();
+        QCOMPARE(endings(next).values(), QStringList{u"review"_s});
+        gate.set_value();
+        const QList<QJsonObject> late = upTo(engine, {u"trackFinished"_s, u"error"_s});
+        for (const QJsonObject &event : late) {
+            QCOMPARE(event.value("correlationId"_L1).toString(), runId);
+        }
+        QCOMPARE(dataOf(late.last()).value("status"_L1).toString(), u"ok"_s);
+        QCOMPARE(home.outputFiles(), QStringList{u"Ines - Slow Burn.flac"_s});
+        QCOMPARE(endings(engine.syncAll()).values(), QStringList{u"present"_s});
+    }
+
     void aServerThatSaysNothingIsGivenUp() {
         const WebServer server([](const QString &) { return QByteArray(); });
         DownloadLimits limits;
