@@ -7,78 +7,16 @@
 #include "Output/FileNames.h"
 #include "Output/RemoteAudio.h"
 #include "Output/Strays.h"
+#include "Run/DecisionTarget.h"
 #include "Run/WriteFailure.h"
-#include "Transport/Tagged.h"
 
-#include <QDir>
 #include <QFileInfo>
-#include <QUrl>
 
 #include <algorithm>
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace zelk::engine {
-
-namespace {
-
-/// The local file or web address that a pasted address means; empty if it means none.
-QString placeOf(const QString &address) {
-    QString text = address.trimmed();
-    if (isWebAddress(text)) {
-        return text;
-    }
-    if (text.startsWith("file:"_L1, Qt::CaseInsensitive)) {
-        return QUrl(text).toLocalFile();
-    }
-    if (text.startsWith("~/"_L1)) {
-        text.replace(0, 1, QDir::homePath());
-    }
-    return text.startsWith(u'/') ? QDir::cleanPath(text) : QString();
-}
-
-/// The web address that a decision gives; empty if it gives none.
-QString addressIn(const ReviewDecision &decision) {
-    const auto *url = caseOf<ReviewDecision::Url>(decision);
-    const QString place = url ? placeOf(url->url) : QString();
-    return isWebAddress(place) ? place : QString();
-}
-
-QString pathOf(const CandidateDTO &candidate) {
-    return QUrl(candidate.url.value_or(QString())).toLocalFile();
-}
-
-/// Which file a decision takes, for all but skip; or, in `refusal`, why it takes none.
-QString pathTaken(const PendingReview &review, const ReviewDecision &decision, QString &refusal) {
-    const QString path = match(
-        decision,
-        [&](const ReviewDecision::Accept &) {
-            return review.candidates.empty() ? QString() : pathOf(review.candidates.front());
-        },
-        [&](const ReviewDecision::Candidate &chosen) {
-            for (const CandidateDTO &candidate : review.candidates) {
-                if (candidate.id == chosen.candidateId) {
-                    return pathOf(candidate);
-                }
-            }
-            return QString();
-        },
-        [&](const ReviewDecision::Url &address) {
-            const QString place = placeOf(address.url);
-            if (place.isEmpty()) {
-                refusal = u"%1 is no place of a file. Give a path, or an address that begins with file://, http:// or"
-                          " https://."_s.arg(address.url);
-            }
-            return place;
-        },
-        [](const ReviewDecision::Skip &) { return QString(); });
-    if (path.isEmpty() && refusal.isEmpty()) {
-        refusal = u"That file isn't among the matches of %1. Choose another one."_s.arg(review.title);
-    }
-    return path;
-}
-
-} // namespace
 
 ReviewDesk::ReviewDesk(RunServices services, std::function<Settings()> settings)
     : _services(services), _settings(std::move(settings)), _covers(_ending.get_token()) {}
@@ -152,12 +90,10 @@ void ReviewDesk::keep(const QString &trackId, const ReviewDecision &decision, co
         if (!review || (runId && runId != review->runId)) {
             return;
         }
-        if (caseOf<ReviewDecision::Skip>(decision)) {
+        const QString path = placeTaken(*review, decision);
+        if (path.isEmpty()) {
             _services.database.recordDecision(review->rowKey, {StoredDecision::Kind::Skip, {}});
-            return;
-        }
-        QString refusal;
-        if (const QString path = pathTaken(*review, decision, refusal); refusal.isEmpty() && QFileInfo(path).isFile()) {
+        } else if (QFileInfo(path).isFile()) {
             _services.database.recordDecision(review->rowKey, {StoredDecision::Kind::Take, path});
         }
     } catch (const std::exception &) {
@@ -226,49 +162,31 @@ void ReviewDesk::refuse(const std::optional<QString> &runId, const QString &mess
     _services.events.send(ServerEvent::Error{id, u"review"_s, std::nullopt, message});
 }
 
-std::optional<AudioFile> ReviewDesk::fileTaken(const PendingReview &review, const QString &path, QString &refusal) {
-    AudioFile file;
-    try {
-        file = readAudio(path);
-    } catch (const NotAudio &error) {
-        refusal = u"%1 can't be used: %2. Choose another one."_s.arg(path, QString::fromUtf8(error.what()));
-        return std::nullopt;
-    }
-    for (const CandidateDTO &candidate : review.candidates) {
-        if (pathOf(candidate) == path && candidate.source) {
-            file.origin = fromWireName<SourceId>(QStringView(*candidate.source));
-        }
-    }
-    return file;
-}
-
 void ReviewDesk::carryOut(const Taken &taken) {
     const auto review = reviewOf(taken);
     if (!review) {
         refuse(taken.runId, u"This track isn't waiting for a decision any more. Sync again to see how it stands."_s);
         return;
     }
-    const bool isSkip = caseOf<ReviewDecision::Skip>(taken.decision) != nullptr;
-    QString refusal;
-    const QString path = isSkip ? QString() : pathTaken(*review, taken.decision, refusal);
+    QString path;
     Choice choice;
-    if (isWebAddress(path)) {
-        choice.madeFrom = path;
-        choice.download = taken.download;
-        if (choice.download.file) {
-            choice.source = *choice.download.file;
+    try {
+        path = placeTaken(*review, taken.decision);
+        if (isWebAddress(path)) {
+            choice.madeFrom = path;
+            choice.download = taken.download;
+            choice.source = choice.download.file ? *choice.download.file : AudioFile();
+        } else if (!path.isEmpty()) {
+            choice.source = fileTaken(*review, path);
         }
-    } else if (!isSkip && refusal.isEmpty()) {
-        if (const auto file = fileTaken(*review, path, refusal)) {
-            choice.source = *file;
-        } else {
-            _services.database.forgetDecision(review->rowKey); // it was kept as it came
+    } catch (const TargetRefused &refusal) {
+        if (!path.isEmpty()) { // it was kept as it came
+            _services.database.forgetDecision(review->rowKey);
         }
-    }
-    if (!refusal.isEmpty()) {
-        refuse(review->runId, refusal);
+        refuse(review->runId, QString::fromUtf8(refusal.what()));
         return;
     }
+    const bool isSkip = path.isEmpty();
     const bool mayBeAskedAnew = isSuperseded(*review);
     // Copying may take long, and whatever happens meanwhile, the user isn't asked again. An address counts once it has
     // given audio.

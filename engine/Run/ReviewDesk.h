@@ -76,9 +76,6 @@ private:
         QStringList strays; ///< As in WriteOrder.
     };
 
-    /// The file of this computer that a decision takes, or, in `refusal`, why it can't be taken.
-    static std::optional<AudioFile> fileTaken(const PendingReview &review, const QString &path, QString &refusal);
-
     /// Enters a decision before anything is done about it, since others may be in hand for a long time.
     void keep(const QString &trackId, const ReviewDecision &decision, const std::optional<QString> &runId);
     /// Lines up a decision to be carried out.
