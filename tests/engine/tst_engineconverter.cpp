@@ -4,6 +4,7 @@
 #include "Output/CopyFile.h"
 #include "engine/EngineHome.h"
 #include "engine/Soon.h"
+#include "engine/WebServer.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -152,6 +153,21 @@ private Q_SLOTS:
         QVERIFY2(detail.contains("is full. Make room"_L1), qPrintable(detail));
         QVERIFY(!scene.home.outputFiles().contains(u"Ann - One.mp3"_s));
         QVERIFY(scene.home.outputFiles().filter(u"partial"_s).isEmpty());
+    }
+
+    void whatPretendsToBeMusicReachesNoServer() {
+        const WebServer server([](const QString &) { return WebServer::ok("music"); });
+        const EngineHome home;
+        const QString path = home.collection(u"a.opus"_s);
+        home.write(path, "#EXTM3U\n#EXT-X-TARGETDURATION:10\n#EXTINF:10,\n" + server.url(u"/a.ts"_s).toUtf8() +
+                             "\n#EXT-X-ENDLIST\n");
+        AudioFile source;
+        source.path = path;
+        source.format = u"Opus"_s;
+        source.durationSec = 10;
+        QVERIFY_THROWS_EXCEPTION(SourceUnsound,
+                                 convertAudio(source, home.path(u"made.mp3"_s), {}, std::chrono::seconds(20)));
+        QCOMPARE(server.askedInAll(), 0);
     }
 
     void oneThatHangsIsEndedInTime() {

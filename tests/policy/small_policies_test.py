@@ -8,6 +8,7 @@ threads = policy('threads')
 qml_literals = policy('qml_literals')
 words = policy('words')
 lengths = policy('lengths')
+named_tests = policy('named_tests')
 
 
 class Threads(unittest.TestCase):
@@ -67,6 +68,18 @@ class Lengths(unittest.TestCase):
         self.assertEqual(lengths.check('src/a.cpp', '\n' * 451), 'src/a.cpp: 451 lines, more than 450')
         self.assertEqual(lengths.check('src/A.qml', '\n' * 221), 'src/A.qml: 221 lines, more than 220')
         self.assertIsNone(lengths.check('docs/a.md', '\n' * 5000))
+
+
+class NamedTests(unittest.TestCase):
+    SOURCES = {'tst_a': 'void itHolds() {}\nvoid itHoldsToo() {}'}
+
+    def test_aTestThatIsNotThereIsRefused(self):
+        for name in ['tst_a::itHold', 'tst_a::holds', 'tst_b::itHolds']:
+            with self.subTest(name):
+                self.assertEqual(named_tests.check(f'\nsee `{name}`', self.SOURCES), [(2, name)])
+
+    def test_aTestThatIsThereIsLetThrough(self):
+        self.assertEqual(named_tests.check('`tst_a::itHolds`, `tst_a::itHoldsToo`, `Foo::bar`', self.SOURCES), [])
 
 
 if __name__ == '__main__':
