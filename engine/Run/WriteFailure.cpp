@@ -10,6 +10,14 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace zelk::engine {
 
+namespace {
+
+bool isWithin(const QString &path, const QString &folder) {
+    return path == folder || path.startsWith(folder + u'/');
+}
+
+} // namespace
+
 WriteFailure explainWriteFailure(const std::exception &error, const QString &sourcePath, const QString &outputDir) {
     if (const auto *problem = dynamic_cast<const FileProblem *>(&error)) {
         if (problem->path() == sourcePath) {
@@ -18,6 +26,16 @@ WriteFailure explainWriteFailure(const std::exception &error, const QString &sou
         }
         if (problem->code() == EEXIST) {
             return {u"%1 has appeared meanwhile and wasn't touched. Sync again."_s.arg(problem->path()),
+                    WriteFailure::Fault::Passing};
+        }
+        if (!isWithin(problem->path(), outputDir) && !isWithin(outputDir, problem->path())) { // such as a download
+            return {problem->isFull() ? u"The disk of %1 is full. Make room and sync again."_s.arg(problem->path())
+                                      : u"%1 can't be written (%2). Mend that and sync again."_s.arg(problem->path(),
+                                                                                                     problem->reason()),
+                    WriteFailure::Fault::Passing};
+        }
+        if (problem->code() == EISDIR) {
+            return {u"A folder stands at %1. Move it away and sync again."_s.arg(problem->path()),
                     WriteFailure::Fault::Passing};
         }
         return {outputAdvice(outputDir, *problem), WriteFailure::Fault::Output};

@@ -201,6 +201,24 @@ private Q_SLOTS:
         QCOMPARE(endings(engine.syncAll()).values(), QStringList{u"present"_s});
     }
 
+    void aPlaceForDownloadsThatIsNoneIsNamedAndNotTheOutputFolder() {
+        const WebServer server([](const QString &) { return WebServer::ok(flac()); });
+        const EngineHome home;
+        doubtful(home);
+        EngineChild engine(home);
+        decide(engine, trackInReview(engine), server.url(u"/song"_s));
+        QVERIFY(!engine.until(u"trackFinished"_s).isEmpty());
+        QVERIFY(QFile::remove(home.output(u"/Ines - Slow Burn.flac"_s)));
+        const QString downloads = home.path(u".local/share/zelk/downloads"_s);
+        QVERIFY(QDir(downloads).removeRecursively());
+        home.write(downloads, "a file");
+        const QList<QJsonObject> events = engine.syncAll();
+        QCOMPARE(endings(events).values(), QStringList{u"failed"_s});
+        const QString detail = dataOf(named(events, u"trackFinished"_s).value(0)).value("detail"_L1).toString();
+        QVERIFY2(detail.contains(downloads + u" can't be written"_s), qPrintable(detail));
+        QVERIFY2(named(events, u"error"_s).isEmpty(), "the output folder was blamed");
+    }
+
     void theEndOfInputEndsADownload() {
         const WebServer server([](const QString &) { return QByteArray(); });
         const EngineHome home;
