@@ -50,6 +50,7 @@ int carryOutOrComplain(Session &session, const CommandLine &line) {
 
 int runAtTerminal(const CommandLine &line) {
     std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN); // a file that may grow no further is a failed write, like a full disk
     Console console(STDOUT_FILENO, STDERR_FILENO);
     EventQueue events;
     int status = somethingFailed;

@@ -2,6 +2,7 @@
 #include "Library/AudioReader.h"
 #include "Output/CopyFile.h"
 #include "engine/EngineHome.h"
+#include "engine/TerminalChild.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -101,6 +102,35 @@ private Q_SLOTS:
         }
         EngineChild engine(home);
         QCOMPARE(endings(engine.syncAll()).values(), QStringList({u"ok downloaded"_s, u"present"_s}));
+    }
+
+    void aDiskThatFillsUpIsAFailureAtATerminalToo() {
+        const EngineHome home;
+        home.addWav(u"Ann - Big.wav"_s, 60);
+        home.addWav(u"Ann - Small.wav"_s, 1);
+        home.addList(u"L.csv"_s, {u"Big|Ann|60"_s, u"Small|Ann|1"_s});
+        const SmallDisk disk(300'000);
+        const Ended sync = runZelk(home, {u"sync"_s});
+        QCOMPARE(sync.status, 1);
+        QVERIFY2((sync.out + sync.error).contains("is full. Make room"_L1), qPrintable(sync.out + sync.error));
+        QCOMPARE(home.outputFiles(), QStringList{u"Ann - Small.wav"_s});
+    }
+
+    void aFolderInAFilesPlaceIsNamedAndTheRestGoesOn() {
+        const EngineHome home;
+        home.addAudio(u"a.flac"_s, u"Ann"_s, u"One"_s);
+        home.addList(u"L.csv"_s, {u"One|Ann|2"_s});
+        EngineChild engine(home);
+        engine.syncAll();
+        QVERIFY(QFile::remove(home.output(u"/Ann - One.flac"_s)));
+        QVERIFY(QDir().mkpath(home.output(u"/Ann - One.flac"_s)));
+        home.addAudio(u"b.flac"_s, u"Ann"_s, u"Two"_s);
+        home.addList(u"M.csv"_s, {u"Two|Ann|2"_s});
+        const QList<QJsonObject> events = engine.syncAll();
+        const QString detail = detailOf(events, 0);
+        QVERIFY2(detail.contains(u"A folder stands at "_s + home.output(u"/Ann - One.flac"_s)), qPrintable(detail));
+        QVERIFY2(named(events, u"error"_s).isEmpty(), "the output folder was blamed");
+        QVERIFY(home.outputFiles().contains(u"Ann - Two.flac"_s));
     }
 
     void anOutputFolderThatIsGoneIsNotTakenForDeletedFiles() {
