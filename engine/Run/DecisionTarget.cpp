@@ -2,6 +2,7 @@
 
 #include "Files/Download.h"
 #include "Library/AudioReader.h"
+#include "Playlists/Location.h"
 #include "Transport/Tagged.h"
 
 #include <QDir>
@@ -20,7 +21,7 @@ QString placeOf(const QString &address) {
         return text;
     }
     if (text.startsWith("file:"_L1, Qt::CaseInsensitive)) {
-        return QUrl(text).toLocalFile();
+        return resolvedLocation(text, {});
     }
     if (text.startsWith("~/"_L1)) {
         text.replace(0, 1, QDir::homePath());

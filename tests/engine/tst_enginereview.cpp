@@ -22,6 +22,30 @@ class EngineReview : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    void anAddressOfAFileIsTakenHoweverItsNameIsWritten_data() {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("written");
+        QTest::newRow("plain") << u"b.flac"_s << u"b.flac"_s;
+        QTest::newRow("escaped") << u"What #1?.flac"_s << u"What%20%231%3F.flac"_s;
+        QTest::newRow("as it is called") << u"What #1?.flac"_s << u"What #1?.flac"_s;
+    }
+    void anAddressOfAFileIsTakenHoweverItsNameIsWritten() {
+        QFETCH(QString, name);
+        QFETCH(QString, written);
+        const EngineHome home;
+        home.addAudio(u"live.mp3"_s, u"Ines"_s, u"Slow Burn (Live)"_s);
+        home.addAudio(u"other/"_s + name, u"Somebody"_s, u"Something"_s);
+        home.addList(u"L.csv"_s, {u"Slow Burn|Ines|2"_s});
+        EngineChild engine(home);
+        const QJsonObject review = dataOf(named(engine.syncAll(), u"needsReview"_s).value(0));
+        engine.tell(u"reviewDecision"_s,
+                    {{u"trackId"_s, review.value("trackId"_L1)},
+                     {u"decision"_s, QJsonObject{{u"kind"_s, u"url"_s},
+                                                 {u"url"_s, u"file://"_s + home.collection(u"other/"_s + written)}}}});
+        QCOMPARE(dataOf(engine.until(u"trackFinished"_s)).value("status"_L1).toString(), u"ok"_s);
+        QCOMPARE(home.outputFiles(), QStringList{u"Ines - Slow Burn.flac"_s});
+    }
+
     void aFileThatBrokeIsReplacedByWhatIsDecidedOn_data() {
         QTest::addColumn<QString>("chosen");
         QTest::addColumn<QString>("name");
