@@ -5,6 +5,7 @@
 #include "Transport/JSONValue.h"
 
 #include <cerrno>
+#include <utility>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -21,9 +22,14 @@ QString clientKey(AccountService service) {
 
 } // namespace
 
-SecretStore::SecretStore(QString path, const Warn &warn) : _path(std::move(path)) {
+SecretStore::SecretStore(QString path, Warn warn) : _path(std::move(path)), _warn(std::move(warn)) {
+    catchUp();
+}
+
+void SecretStore::catchUp() {
     try {
         const auto bytes = readWholeFile(_path);
+        _readable = true;
         if (!bytes) {
             return;
         }
@@ -32,18 +38,20 @@ SecretStore::SecretStore(QString path, const Warn &warn) : _path(std::move(path)
             if (!document.asObject()) {
                 throw JSONError({}, u"not an object"_s);
             }
+            _values.clear();
             for (auto it = document.asObject()->cbegin(); it != document.asObject()->cend(); ++it) {
                 if (const QString *text = it.value().asString()) {
                     _values.insert(it.key(), *text);
                 }
             }
         } catch (const JSONError &) { // its words could quote a secret
-            warn(u"The accounts' tokens in %1 can't be understood. They are kept as %2; connect the accounts again."_s
-                     .arg(_path, setAside(_path)));
+            _warn(u"The accounts' tokens in %1 can't be understood. They are kept as %2; connect the accounts again."_s
+                      .arg(_path, setAside(_path)));
         }
     } catch (const FileProblem &problem) {
-        _readable = false;
-        warn(u"The accounts' tokens can't be read. %1"_s.arg(problem.description()));
+        if (std::exchange(_readable, false)) {
+            _warn(u"The accounts' tokens can't be read. %1"_s.arg(problem.description()));
+        }
     }
 }
 
@@ -60,6 +68,7 @@ std::optional<QString> SecretStore::clientId(AccountService service) const {
 
 void SecretStore::store(AccountService service, const QString &token, const std::optional<QString> &clientId) {
     const std::lock_guard lock(_mutex);
+    catchUp();
     QMap<QString, QString> changed = _values;
     changed.insert(tokenKey(service), token);
     if (clientId) {
@@ -70,6 +79,7 @@ void SecretStore::store(AccountService service, const QString &token, const std:
 
 void SecretStore::forget(AccountService service) {
     const std::lock_guard lock(_mutex);
+    catchUp();
     QMap<QString, QString> changed = _values;
     changed.remove(tokenKey(service));
     changed.remove(clientKey(service));

@@ -206,6 +206,19 @@ private Q_SLOTS:
         QVERIFY(_warnings.isEmpty());
     }
 
+    void tokensThatAnotherEngineStoresMeanwhileAreKept() {
+        const EngineHome home;
+        const QString path = pathsIn(home).secretsFile;
+        SecretStore one(path, _warn);
+        SecretStore other(path, _warn);
+        one.store(AccountService::spotify, u"hush"_s, std::nullopt);
+        other.store(AccountService::acoustid, u"hush"_s, std::nullopt);
+        one.forget(AccountService::soundcloud);
+        const SecretStore later(path, _warn);
+        QVERIFY(later.has(AccountService::spotify));
+        QVERIFY(later.has(AccountService::acoustid));
+    }
+
     void writtenFilesAndWhoWantsThemOutliveTheProcess() {
         const EngineHome home;
         const QString path = pathsIn(home).databaseFile;
