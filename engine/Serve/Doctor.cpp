@@ -51,12 +51,18 @@ bool canAllBeMade(const QStringList &folders) {
     return std::all_of(folders.begin(), folders.end(), canBeMade);
 }
 
-DoctorCheck checkOutput(const QString &folder) {
+DoctorCheck checkOutput(const QString &folder, bool heldFiles) {
     DoctorCheck check{u"output-folder"_s, u"Output folder"_s, okStatus, folder, false};
     const QFileInfo info(folder);
     if (!info.exists() && !canBeMade(folder)) {
         check.status = errorStatus;
         check.detail = u"%1 isn't there and can't be made. Choose another folder in Settings."_s.arg(folder);
+    } else if (!info.exists() && heldFiles) {
+        check.status = errorStatus;
+        check.detail =
+            u"%1 isn't there any more. Connect the disk that it is on, make it anew, or choose another folder in"
+            " Settings."_s.arg(folder);
+        check.fixable = true;
     } else if (!info.exists()) {
         check.status = warningStatus;
         check.detail = u"%1 isn't there yet. It is made at the first sync."_s.arg(folder);
@@ -144,8 +150,8 @@ DoctorCheck checkSpace(const QString &folder) {
 } // namespace
 
 std::vector<DoctorCheck> examine(const DoctorSubject &subject) {
-    return {checkFfmpeg(), checkOutput(subject.outputDir), checkPlaylists(subject), checkCollection(subject),
-            checkSpace(subject.outputDir)};
+    return {checkFfmpeg(), checkOutput(subject.outputDir, subject.outputHeldFiles), checkPlaylists(subject),
+            checkCollection(subject), checkSpace(subject.outputDir)};
 }
 
 void fixCheck(const QString &checkId, const DoctorSubject &subject) {

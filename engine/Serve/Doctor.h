@@ -24,7 +24,8 @@ ZELK_JSON_FIELDS(DoctorCheck, id, title, status, detail, fixable)
 /// What the doctor has to know.
 struct DoctorSubject {
     EngineConfig config;
-    QString outputDir; ///< Absolute.
+    QString outputDir;            ///< Absolute.
+    bool outputHeldFiles = false; ///< Files of ours were once written into it.
     qsizetype playlists = 0;
     QStringList problems = {}; ///< Of files and folders of playlists: the path, and what is wrong with it.
 };

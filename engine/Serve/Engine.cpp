@@ -304,7 +304,7 @@ DoctorSubject Engine::doctorSubject() {
     const auto snapshot = _playlists.refresh(scanPatience);
     const auto lists = std::count_if(snapshot->playlists.begin(), snapshot->playlists.end(),
                                      [](const Playlist &playlist) { return !playlist.isFolder; });
-    return {_config.current(), outputDir(), lists, snapshot->problems};
+    return {_config.current(), outputDir(), _database.knowsFilesIn(outputDir()), lists, snapshot->problems};
 }
 
 std::vector<DoctorCheck> Engine::runDoctor() {

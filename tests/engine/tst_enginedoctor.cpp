@@ -1,5 +1,6 @@
 #include "engine/EngineHome.h"
 
+#include <QDir>
 #include <QFileInfo>
 #include <QJsonArray>
 #include <QTest>
@@ -83,6 +84,21 @@ private Q_SLOTS:
         if (check != "playlists"_L1) {
             QVERIFY(engine.call(u"doctorFix"_s, QJsonObject{{u"checkId"_s, check}}).value("ok"_L1).toBool());
         }
+    }
+
+    void anOutputFolderThatHeldFilesAndIsGoneIsAFailure() {
+        const EngineHome home;
+        home.addAudio(u"a.flac"_s, u"Ann"_s, u"One"_s);
+        home.addList(u"L.csv"_s, {u"One|Ann|2"_s});
+        EngineChild engine(home);
+        engine.syncAll();
+        QVERIFY(QDir(home.output()).removeRecursively());
+        const QJsonObject check = checksOf(engine).value(u"output-folder"_s);
+        QCOMPARE(statusOf(check), u"fail"_s);
+        QVERIFY(check.value("detail"_L1).toString().contains("Connect the disk"_L1));
+        QVERIFY(isFixable(check));
+        QVERIFY(engine.call(u"doctorFix"_s, QJsonObject{{u"checkId"_s, u"output-folder"_s}}).value("ok"_L1).toBool());
+        QCOMPARE(endings(engine.syncAll()).values(), QStringList{u"ok downloaded"_s});
     }
 
     void aPlaylistFileThatCannotBeReadIsNamedWithItsReason_data() {
