@@ -71,6 +71,15 @@ void compareCopy(const QString &path, const WriteOrder &order) {
                            .toStdString());
 }
 
+/// The file that is about to be replaced goes where the user can take it back from.
+void spare(const QString &path) {
+    if (QFile file(path); !file.moveToTrash()) {
+        throw VerifyFailed(u"%1 isn't what was written there, and can't be moved to the Trash (%2). Move it away and"
+                           " sync again."_s.arg(path, file.errorString())
+                               .toStdString());
+    }
+}
+
 AudioFile verified(const QString &path, const WriteOrder &order, bool converted) {
     AudioFile written;
     try {
@@ -118,7 +127,12 @@ WrittenFile writeTrack(const WriteOrder &order, const OutputFolder &folder, cons
 
     WrittenFile written;
     written.path = order.target;
-    written.sourcePath = order.madeFrom.isEmpty() ? order.source.path : order.madeFrom;
+    written.sourcePath = order.madeFrom;
+    if (order.madeFrom.isEmpty()) {
+        written.sourcePath = order.source.path;
+        written.sourceSize = order.source.size;
+        written.sourceModifiedMs = order.source.modifiedMs;
+    }
     written.size = read.size;
     written.modifiedMs = read.modifiedMs;
     written.durationSec = read.durationSec;
@@ -141,6 +155,9 @@ WrittenFile writeTrack(const WriteOrder &order, const OutputFolder &folder, cons
     }
     hooks.commit(written);
     try {
+        if (order.sparesReplaced) {
+            spare(order.replaces);
+        }
         putInPlace(partial.path(), order.target, order.replaces == order.target, ops);
     } catch (...) {
         hooks.rollback(written);
@@ -153,22 +170,30 @@ WrittenFile writeTrack(const WriteOrder &order, const OutputFolder &folder, cons
     return written;
 }
 
-bool standsWhole(const WrittenFile &file, double toleranceSec) {
+Standing standingOf(const WrittenFile &file, double toleranceSec) {
     const auto stamp = stampOf(file.path);
     if (!stamp) {
-        return false;
+        return Standing::Gone;
     }
     if (*stamp == FileStamp{file.size, file.modifiedMs}) {
-        return true;
+        return Standing::Ours;
     }
     try {
         const AudioFile read = readAudio(file.path);
         const double needed = wholeShare * file.bitrateKbps * 1'000 / 8 * file.durationSec;
-        return std::abs(read.durationSec - file.durationSec) <= toleranceSec &&
-               static_cast<double>(read.size) >= needed;
+        if (read.durationSec > file.durationSec + toleranceSec) {
+            return Standing::Longer;
+        }
+        const bool isAsLong = read.durationSec >= file.durationSec - toleranceSec;
+        return isAsLong && static_cast<double>(read.size) >= needed ? Standing::Ours : Standing::Short;
     } catch (const NotAudio &) {
-        return false;
+        return Standing::Broken;
     }
+}
+
+bool isMadeFrom(const WrittenFile &file, const AudioFile &source) {
+    return file.sourcePath == source.path &&
+           (file.sourceSize == 0 || (file.sourceSize == source.size && file.sourceModifiedMs == source.modifiedMs));
 }
 
 } // namespace zelk::engine

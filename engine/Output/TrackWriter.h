@@ -19,6 +19,8 @@ struct WriteOrder {
     QString target;   ///< Absolute, with the extension of targetFormOf(source).
     /// A file of ours that the new one takes the place of, perhaps under another name; empty if there is none.
     QString replaces;
+    /// Whether what is replaced may be the user's own work; then it goes to the Trash.
+    bool sparesReplaced = false;
     /// Files that the new one needn't be put beside if one of them is the same, byte by byte. Only where nothing is
     /// replaced.
     QStringList strays;
@@ -50,8 +52,23 @@ public:
 WrittenFile writeTrack(const WriteOrder &order, const OutputFolder &folder, const WriteHooks &hooks,
                        std::stop_token stop, FileOps &ops = FileOps::system());
 
-/// Whether a file that was written earlier still is what it was: it opens, is as long as it was, and has the bytes that
-/// its length needs. A file that was only tagged anew is.
-bool standsWhole(const WrittenFile &file, double toleranceSec);
+/// What is in the place of a file that was written earlier.
+enum class Standing {
+    Ours,   ///< It opens, is as long as it was, and has the bytes that its length needs. One that was tagged anew is.
+    Longer, ///< Sound audio that nothing of ours can have become: the user's own.
+    Short,  ///< It opens, and has lost some of its length: cut off, or by the user.
+    Broken, ///< It doesn't open.
+    Gone,
+};
+Standing standingOf(const WrittenFile &file, double toleranceSec);
+
+/// Whether there is nothing to be written in that place.
+inline bool standsWhole(const WrittenFile &file, double toleranceSec) {
+    const Standing standing = standingOf(file, toleranceSec);
+    return standing == Standing::Ours || standing == Standing::Longer;
+}
+
+/// Whether a file was made from that one as it is now. What isn't known of it counts as the same.
+bool isMadeFrom(const WrittenFile &file, const AudioFile &source);
 
 } // namespace zelk::engine

@@ -1,5 +1,6 @@
 #include "Run/Orphans.h"
 
+#include "Output/TrackWriter.h"
 #include "Playlists/RowIdentity.h"
 
 #include <QDir>
@@ -26,7 +27,8 @@ bool outOfReach(const QString &origin, const PlaylistSnapshot &snapshot) {
 
 } // namespace
 
-QStringList findOrphans(Database &database, const PlaylistSnapshot &snapshot, const QSet<QString> &playlists) {
+QStringList findOrphans(Database &database, const PlaylistSnapshot &snapshot, const QSet<QString> &playlists,
+                        double toleranceSec) {
     if (!snapshot.isComplete) { // a playlist that isn't known yet may want any of them
         return {};
     }
@@ -66,7 +68,11 @@ QStringList findOrphans(Database &database, const PlaylistSnapshot &snapshot, co
     }
     QStringList orphans;
     for (const WrittenFile &file : database.writtenFiles()) {
-        if (concerned.contains(file.id) && !wanted.contains(file.id) && QFileInfo(file.path).isFile()) {
+        if (!concerned.contains(file.id) || wanted.contains(file.id)) {
+            continue;
+        }
+        const Standing standing = standingOf(file, toleranceSec);
+        if (standing != Standing::Gone && standing != Standing::Longer) {
             orphans += file.path;
         }
     }

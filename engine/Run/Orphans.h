@@ -8,10 +8,11 @@
 
 namespace zelk::engine {
 
-/// The files that we wrote, that still stand, and that no row of any playlist wants now. Those of a playlist whose file
-/// or folder can't be read just now are all wanted, and as long as not all playlists are known, every file is. With
-/// `playlists`, only files that one of these once wanted.
-QStringList findOrphans(Database &database, const PlaylistSnapshot &snapshot, const QSet<QString> &playlists);
+/// The files that we wrote, that still stand, and that no row of any playlist wants now; none that by its length must
+/// be the user's own by now. Those of a playlist whose file or folder can't be read just now are all wanted, and as
+/// long as not all playlists are known, every file is. With `playlists`, only files that one of these once wanted.
+QStringList findOrphans(Database &database, const PlaylistSnapshot &snapshot, const QSet<QString> &playlists,
+                        double toleranceSec);
 
 struct TrashResult {
     QStringList moved;

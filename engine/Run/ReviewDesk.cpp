@@ -63,7 +63,9 @@ ReviewDesk::Download ReviewDesk::fetch(const Taken &taken) {
     }
     try {
         const auto review = _services.database.review(taken.trackId);
-        if (!review || standing(address, _settings())) {
+        AudioFile origin;
+        origin.path = address;
+        if (!review || standing(origin, _settings())) {
             return {}; // there is nothing to download for
         }
         const RunEvents events(_services.events, runId.isEmpty() ? review->runId : runId, taken.stop);
@@ -285,7 +287,7 @@ DecisionOutcome ReviewDesk::take(const std::vector<PendingReview> &rows, const C
     OutputFolder folder(settings.outputDir, _services.files);
     DecisionOutcome outcome;
     try {
-        if (const auto before = standing(choice.name(), settings)) {
+        if (const auto before = standing(choice.origin(), settings)) {
             outcome.file = *before;
             _services.database.recordOutcome(rows, {StoredDecision::Kind::Take, choice.name()}, &outcome.file);
         } else if (!choice.download.problem.isEmpty()) { // the rows wait for another decision
@@ -322,6 +324,7 @@ WrittenFile ReviewDesk::write(const std::vector<PendingReview> &rows, const Choi
     const Place place = placeFor(row, folder, toleranceSec);
     order.target = folder.path() + u'/' + place.stem + u'.' + targetFormOf(choice.source).extension;
     order.replaces = place.replaces;
+    order.sparesReplaced = place.spares;
     order.strays = place.strays;
     order.tags = {row.title, row.artist, row.album};
     order.toleranceSec = toleranceSec;
@@ -354,9 +357,9 @@ WrittenFile ReviewDesk::write(const std::vector<PendingReview> &rows, const Choi
     return file;
 }
 
-std::optional<WrittenFile> ReviewDesk::standing(const QString &madeFrom, const Settings &settings) {
+std::optional<WrittenFile> ReviewDesk::standing(const AudioFile &source, const Settings &settings) {
     for (const WrittenFile &file : _services.database.writtenFiles()) {
-        if (file.sourcePath == madeFrom && folderOf(file.path) == settings.outputDir &&
+        if (isMadeFrom(file, source) && folderOf(file.path) == settings.outputDir &&
             standsWhole(file, settings.toleranceSec)) {
             return file;
         }
@@ -366,8 +369,9 @@ std::optional<WrittenFile> ReviewDesk::standing(const QString &madeFrom, const S
 
 ReviewDesk::Place ReviewDesk::placeFor(const PendingReview &row, const OutputFolder &folder, double toleranceSec) {
     for (const WrittenFile &file : _services.database.writtenFor({row.rowKey})) {
-        if (folderOf(file.path) == folder.path() && !standsWhole(file, toleranceSec)) {
-            return {stemOf(file.path), file.path, {}};
+        const Standing standing = standingOf(file, toleranceSec);
+        if (folderOf(file.path) == folder.path() && standing != Standing::Ours && standing != Standing::Longer) {
+            return {stemOf(file.path), file.path, standing == Standing::Short, {}};
         }
     }
     NameRegistry names;
@@ -381,7 +385,7 @@ ReviewDesk::Place ReviewDesk::placeFor(const PendingReview &row, const OutputFol
             names.take(stemOf(file.path));
         }
     }
-    return {freeStem(row, names), {}, Strays(folder, known).named(row.stem)};
+    return {freeStem(row, names), {}, false, Strays(folder, known).named(row.stem)};
 }
 
 QString ReviewDesk::freeStem(const PendingReview &row, NameRegistry &names) {

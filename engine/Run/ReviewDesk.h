@@ -67,13 +67,20 @@ private:
         Download download;
 
         const QString &name() const { return madeFrom.isEmpty() ? source.path : madeFrom; }
+        /// What the written file is remembered to be made from.
+        AudioFile origin() const {
+            AudioFile file = source;
+            file.path = name();
+            return file;
+        }
     };
 
     /// Where the file of a decision goes.
     struct Place {
         QString stem;
-        QString replaces;   ///< As in WriteOrder; of the row's own file, which broke or is gone.
-        QStringList strays; ///< As in WriteOrder.
+        QString replaces;    ///< As in WriteOrder; of the row's own file, which broke or is gone.
+        bool spares = false; ///< As in WriteOrder.
+        QStringList strays;  ///< As in WriteOrder.
     };
 
     /// Enters a decision before anything is done about it, since others may be in hand for a long time.
@@ -97,7 +104,7 @@ private:
     RunEvents eventsOf(const PendingReview &row, const std::stop_token &stop) const;
     WrittenFile write(const std::vector<PendingReview> &rows, const Choice &choice, const OutputFolder &folder,
                       double toleranceSec, std::stop_token stop);
-    std::optional<WrittenFile> standing(const QString &madeFrom, const Settings &settings);
+    std::optional<WrittenFile> standing(const AudioFile &source, const Settings &settings);
     std::vector<PendingReview> rowsOf(const PendingReview &review);
     Place placeFor(const PendingReview &row, const OutputFolder &folder, double toleranceSec);
     QString freeStem(const PendingReview &row, NameRegistry &names);

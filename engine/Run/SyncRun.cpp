@@ -143,7 +143,6 @@ void SyncRun::takeRow(const RunRow &row) {
             const std::lock_guard lock(_mutex);
             recording->state = Recording::State::Written;
             recording->file = *earlier;
-            _bySourceNow.insert(earlier->sourcePath, recording);
             ++_tally.summary.present;
         }
         addWant(*earlier, key, row.playlistId);
@@ -181,6 +180,16 @@ std::optional<WrittenFile> SyncRun::earlierFile(const QString &rowKey) const {
         }
     }
     return best;
+}
+
+std::optional<WrittenFile> SyncRun::earlierFrom(const AudioFile &source) const {
+    for (auto file = _bySource.constFind(source.path); file != _bySource.constEnd() && file.key() == source.path;
+         ++file) {
+        if (file->path == source.path || isMadeFrom(*file, source)) {
+            return *file;
+        }
+    }
+    return std::nullopt;
 }
 
 void SyncRun::joinRow(const RunRow &row, const RecordingPtr &recording) {
@@ -317,8 +326,8 @@ void SyncRun::write(const RunRow &row, const RecordingPtr &recording, const Audi
         endJoined(row, key, same);
         return;
     }
-    const auto before = _bySource.constFind(source.path);
-    if (!earlier && before != _bySource.constEnd() && standsWhole(*before, _request.config.run.toleranceSec)) {
+    const std::optional<WrittenFile> before = earlierFrom(source);
+    if (!earlier && before && standsWhole(*before, _request.config.run.toleranceSec)) {
         {
             const std::lock_guard lock(_mutex);
             recording->state = Recording::State::Written;
@@ -327,13 +336,10 @@ void SyncRun::write(const RunRow &row, const RecordingPtr &recording, const Audi
         settle(row, recording);
         return;
     }
-    const QString stem = earlier                          ? stemOf(earlier->path)
-                         : before != _bySource.constEnd() ? stemOf(before->path)
-                                                          : stemOfRow(*row.track);
-    const WriteOrder order = orderFor(row, source, stem,
-                                      earlier                          ? earlier->path
-                                      : before != _bySource.constEnd() ? before->path
-                                                                       : QString());
+    const std::optional<WrittenFile> &lost = earlier ? earlier : before;
+    WriteOrder order =
+        orderFor(row, source, lost ? stemOf(lost->path) : stemOfRow(*row.track), lost ? lost->path : QString());
+    order.sparesReplaced = lost && standingOf(*lost, _request.config.run.toleranceSec) == Standing::Short;
     if (_request.dryRun()) {
         conclude(row, recording, Recording::State::Skipped, u"Would copy %1 to %2."_s.arg(source.path, order.target));
     } else if (!_outputProblem.isEmpty()) {

@@ -102,6 +102,8 @@ private:
                   const WrittenFile &better);
     void keepNotes();
     std::optional<WrittenFile> earlierFile(const QString &rowKey) const;
+    /// What an earlier run made from a file of the collection as it is now, or the file itself if it is one of ours.
+    std::optional<WrittenFile> earlierFrom(const AudioFile &source) const;
     void addReview(const RunRow &row, const PendingReview &like);
     void addWant(const WrittenFile &file, const QString &rowKey, const QString &playlistId);
 
@@ -129,9 +131,9 @@ private:
 
     // The executing thread's own
     QString _outputProblem;
-    QHash<QString, PendingReview> _superseded; // by track id; set before the desk sees this run
-    QMultiHash<QString, WrittenFile> _written; // what was written in earlier runs, by row key
-    QHash<QString, WrittenFile> _bySource;     // the same, by what it was made from
+    QHash<QString, PendingReview> _superseded;  // by track id; set before the desk sees this run
+    QMultiHash<QString, WrittenFile> _written;  // what was written in earlier runs, by row key
+    QMultiHash<QString, WrittenFile> _bySource; // the same, by what it was made from
     NameRegistry _names;
     Strays _strays;
     std::unique_ptr<SourceFinder> _finder;

@@ -188,7 +188,7 @@ void SyncRun::finish(const std::vector<Playlist> &playlists) {
         return;
     }
     const auto snapshot = _services.playlists.known(std::chrono::seconds(0));
-    QStringList orphans = findOrphans(_services.database, *snapshot, ids);
+    QStringList orphans = findOrphans(_services.database, *snapshot, ids, _request.config.run.toleranceSec);
     if (_request.options.cleanup.value_or(false) && !orphans.isEmpty()) {
         const TrashResult result = moveToTrash(_services.database, orphans);
         if (!result.failure.isEmpty()) {

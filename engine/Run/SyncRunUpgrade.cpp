@@ -40,7 +40,8 @@ void SyncRun::finishReplacements() {
 }
 
 std::optional<AudioFile> SyncRun::betterCopyOf(const RunRow &row, const WrittenFile &standing) {
-    if (!_request.upgrades() || !_outputProblem.isEmpty()) {
+    if (!_request.upgrades() || !_outputProblem.isEmpty() ||
+        standingOf(standing, _request.config.run.toleranceSec) != Standing::Ours) {
         return std::nullopt;
     }
     const SourceFinder *search = finder();
@@ -71,9 +72,8 @@ bool SyncRun::upgrade(const RunRow &row, const RecordingPtr &recording, const Wr
         return true;
     }
     lock.unlock();
-    if (const auto before = _bySource.constFind(source.path); before != _bySource.constEnd() &&
-                                                              before->path != standing.path &&
-                                                              standsWhole(*before, _request.config.run.toleranceSec)) {
+    if (const auto before = earlierFrom(source);
+        before && before->path != standing.path && standsWhole(*before, _request.config.run.toleranceSec)) {
         takeOver(row, recording, standing, *before);
         return true;
     }

@@ -221,13 +221,14 @@ QStringList Engine::listOrphans(const std::vector<PlaylistSelection> &selection)
     for (const PlaylistSelection &selected : selection) {
         ids.insert(selected.id);
     }
-    return findOrphans(_database, *_playlists.refresh(scanPatience), ids);
+    return findOrphans(_database, *_playlists.refresh(scanPatience), ids, _config.current().run.toleranceSec);
 }
 
 void Engine::trashOrphans(const QStringList &asked) {
     QStringList paths = asked;
     paths.removeDuplicates(); // the second of two would no longer be there
-    const QStringList orphans = findOrphans(_database, *_playlists.refresh(scanPatience), {});
+    const QStringList orphans =
+        findOrphans(_database, *_playlists.refresh(scanPatience), {}, _config.current().run.toleranceSec);
     for (qsizetype i = 0; i < paths.size(); ++i) {
         if (!orphans.contains(paths[i])) {
             throw MethodError(

@@ -26,12 +26,14 @@ WrittenFile writtenFileOf(const QSqlQuery &row) {
     file.sourceKbps = row.value(10).toInt();
     file.replaces = row.value(11).toString();
     file.lookedWith = row.value(12).toString();
+    file.sourceSize = row.value(13).toLongLong();
+    file.sourceModifiedMs = row.value(14).toLongLong();
     return file;
 }
 
 constexpr auto fileColumns = "files.id, files.path, files.source_path, files.size, files.modified, files.duration,"
                              " files.format, files.bitrate, files.lossless, files.origin, files.source_bitrate,"
-                             " files.replaces, files.looked_with"_L1;
+                             " files.replaces, files.looked_with, files.source_size, files.source_modified"_L1;
 
 } // namespace
 
@@ -87,15 +89,17 @@ QMultiHash<QString, WrittenFile> Database::writtenFor(const QStringList &rowKeys
 qint64 Database::enterFile(const WrittenFile &file) {
     QSqlQuery stored =
         query(u"INSERT INTO files (path, source_path, size, modified, duration, format, bitrate, lossless, origin,"
-              " source_bitrate, replaces, looked_with) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)"
+              " source_bitrate, replaces, looked_with, source_size, source_modified)"
+              " VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)"
               " ON CONFLICT (path) DO UPDATE SET source_path = excluded.source_path, size = excluded.size,"
               " modified = excluded.modified, duration = excluded.duration, format = excluded.format,"
               " bitrate = excluded.bitrate, lossless = excluded.lossless, origin = excluded.origin,"
               " source_bitrate = excluded.source_bitrate, replaces = excluded.replaces,"
-              " looked_with = excluded.looked_with RETURNING id"_s,
+              " looked_with = excluded.looked_with, source_size = excluded.source_size,"
+              " source_modified = excluded.source_modified RETURNING id"_s,
               {file.path, storedText(file.sourcePath), file.size, file.modifiedMs, file.durationSec,
                storedText(file.format), file.bitrateKbps, file.lossless, originValue(file.origin), file.sourceKbps,
-               storedText(file.replaces), storedText(file.lookedWith)});
+               storedText(file.replaces), storedText(file.lookedWith), file.sourceSize, file.sourceModifiedMs});
     stored.next();
     return stored.value(0).toLongLong();
 }
@@ -150,10 +154,12 @@ qint64 Database::finishReplacing(const QString &path, KeptId kept) {
               {stays, goes});
         if (kept == KeptId::Old) {
             query(u"UPDATE files SET path = path || ' ' WHERE id = ?"_s, {fresh}); // a path is one row's
-            query(u"UPDATE files SET (path, source_path, size, modified, duration, format, bitrate, lossless, origin,"
-                  " source_bitrate, replaces, looked_with) = (SELECT ?, source_path, size, modified, duration, format,"
-                  " bitrate, lossless, origin, source_bitrate, '', looked_with FROM files WHERE id = ?) WHERE id = ?"_s,
-                  {path, fresh, old});
+            query(
+                u"UPDATE files SET (path, source_path, size, modified, duration, format, bitrate, lossless, origin,"
+                " source_bitrate, replaces, looked_with, source_size, source_modified) = (SELECT ?, source_path, size,"
+                " modified, duration, format, bitrate, lossless, origin, source_bitrate, '', looked_with,"
+                " source_size, source_modified FROM files WHERE id = ?) WHERE id = ?"_s,
+                {path, fresh, old});
         }
         query(u"DELETE FROM files WHERE id = ?"_s, {goes});
         return stays.toLongLong();

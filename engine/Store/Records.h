@@ -16,6 +16,9 @@ struct WrittenFile {
     qint64 id = 0;
     QString path;       ///< Absolute.
     QString sourcePath; ///< What it was made from.
+    /// As that file was then; 0 for an address of the web, and of files written before this was kept.
+    qint64 sourceSize = 0;
+    qint64 sourceModifiedMs = 0;
     qint64 size = 0;
     qint64 modifiedMs = 0;
     double durationSec = 0;

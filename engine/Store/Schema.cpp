@@ -6,7 +6,7 @@ namespace zelk::engine {
 
 namespace {
 
-constexpr int presentVersion = 2;
+constexpr int presentVersion = 3;
 
 /// The first form, which everybody's database once had.
 const QStringList &firstForm() {
@@ -41,6 +41,14 @@ const QStringList &secondForm() {
     return statements;
 }
 
+/// Which file it was that each was made from, since another one may lie in its place by now.
+const QStringList &thirdForm() {
+    static const QStringList statements = {
+        u"ALTER TABLE files ADD COLUMN source_size INTEGER NOT NULL DEFAULT 0"_s,
+        u"ALTER TABLE files ADD COLUMN source_modified INTEGER NOT NULL DEFAULT 0"_s};
+    return statements;
+}
+
 } // namespace
 
 QStringList schemaSteps(int version) {
@@ -50,6 +58,9 @@ QStringList schemaSteps(int version) {
     }
     if (version < 2) {
         steps += secondForm();
+    }
+    if (version < 3) {
+        steps += thirdForm();
     }
     if (!steps.isEmpty()) {
         steps += u"PRAGMA user_version = %1"_s.arg(presentVersion);
