@@ -29,9 +29,9 @@ ReviewDesk::~ReviewDesk() {
 
 void ReviewDesk::decide(const QString &trackId, const ReviewDecision &decision, const std::optional<QString> &runId,
                         RunLock::Hold hold) {
-    keep(trackId, decision, runId);
+    const QString rowKey = keep(trackId, decision, runId);
     const std::lock_guard lock(_mutex);
-    Taken taken{trackId, decision, runId, _stop.get_token(), std::move(hold), {}};
+    Taken taken{trackId, rowKey, decision, runId, _stop.get_token(), std::move(hold), {}};
     if (addressIn(decision).isEmpty()) {
         lineUp(std::move(taken));
         return;
@@ -86,21 +86,24 @@ ReviewDesk::Download ReviewDesk::fetch(const Taken &taken) {
     }
 }
 
-void ReviewDesk::keep(const QString &trackId, const ReviewDecision &decision, const std::optional<QString> &runId) {
+QString ReviewDesk::keep(const QString &trackId, const ReviewDecision &decision, const std::optional<QString> &runId) {
+    QString rowKey;
     try {
         const auto review = _services.database.review(trackId);
         if (!review || (runId && runId != review->runId)) {
-            return;
+            return {};
         }
+        rowKey = review->rowKey;
         const QString path = placeTaken(*review, decision);
         if (path.isEmpty()) {
-            _services.database.recordDecision(review->rowKey, {StoredDecision::Kind::Skip, {}});
+            _services.database.recordDecision(rowKey, {StoredDecision::Kind::Skip, {}});
         } else if (QFileInfo(path).isFile()) {
-            _services.database.recordDecision(review->rowKey, {StoredDecision::Kind::Take, path});
+            _services.database.recordDecision(rowKey, {StoredDecision::Kind::Take, path});
         }
     } catch (const std::exception &) {
         // What is wrong is told when the decision is carried out, which needs the memory as well.
     }
+    return rowKey;
 }
 
 void ReviewDesk::inTurn(const std::function<void()> &work) {
@@ -213,8 +216,17 @@ std::optional<PendingReview> ReviewDesk::reviewOf(const Taken &taken) const {
     if (before && taken.runId == before->runId) { // sent before the run under way was heard of
         return before;
     }
-    const auto review = _services.database.review(taken.trackId);
-    return review ? review : before;
+    auto review = _services.database.review(taken.trackId);
+    if (taken.rowKey.isEmpty()) { // nobody had asked when it came
+        const bool isOfAnother = review && taken.runId && taken.runId != review->runId;
+        return isOfAnother ? std::nullopt : review ? review : before;
+    }
+    // Another track may stand in the row's place by now, and the one that was decided on in another place.
+    if (!review || review->rowKey != taken.rowKey) {
+        const auto moved = _services.database.reviewsOf(taken.rowKey);
+        review = moved.empty() ? std::nullopt : std::optional(moved.front());
+    }
+    return review ? review : before && before->rowKey == taken.rowKey ? before : std::nullopt;
 }
 
 bool ReviewDesk::isSuperseded(const PendingReview &review) const {

@@ -53,6 +53,7 @@ private:
 
     struct Taken {
         QString trackId;
+        QString rowKey; ///< Of the track that was asked about in that place; empty if none was.
         ReviewDecision decision;
         std::optional<QString> runId;
         std::stop_token stop;
@@ -83,8 +84,9 @@ private:
         QStringList strays;  ///< As in WriteOrder.
     };
 
-    /// Enters a decision before anything is done about it, since others may be in hand for a long time.
-    void keep(const QString &trackId, const ReviewDecision &decision, const std::optional<QString> &runId);
+    /// Enters a decision before anything is done about it, since others may be in hand for a long time. Returns the key
+    /// of the row that it is for; empty if that isn't waiting.
+    QString keep(const QString &trackId, const ReviewDecision &decision, const std::optional<QString> &runId);
     /// Lines up a decision to be carried out.
     void lineUp(Taken taken);
     /// Downloads the address that a decision gives. On a thread of its own, so that a slow server holds up nothing

@@ -22,6 +22,23 @@ class EngineReview : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    void aDecisionThatNamesAnEarlierRunIsForItsTrackOnly() {
+        const EngineHome home;
+        home.addAudio(u"a.mp3"_s, u"Ines"_s, u"Slow Burn (Live)"_s);
+        home.addAudio(u"b.mp3"_s, u"Zed"_s, u"Other Way (Live)"_s);
+        home.addList(u"L.csv"_s, {u"Slow Burn|Ines|2"_s});
+        EngineChild engine(home);
+        const QJsonObject first = named(engine.syncAll(), u"needsReview"_s).value(0);
+        home.addList(u"L.csv"_s, {u"Other Way|Zed|2"_s});
+        const QJsonObject second = named(engine.syncAll(), u"needsReview"_s).value(0);
+        QCOMPARE(dataOf(second).value("trackId"_L1), dataOf(first).value("trackId"_L1));
+        engine.tell(u"reviewDecision"_s, {{u"runId"_s, first.value("correlationId"_L1)},
+                                          {u"trackId"_s, dataOf(first).value("trackId"_L1)},
+                                          {u"decision"_s, QJsonObject{{u"kind"_s, u"accept"_s}}}});
+        QVERIFY(dataOf(engine.until(u"error"_s)).value("message"_L1).toString().contains("isn't waiting"_L1));
+        QVERIFY(home.outputFiles().isEmpty());
+    }
+
     void anAddressOfAFileIsTakenHoweverItsNameIsWritten_data() {
         QTest::addColumn<QString>("name");
         QTest::addColumn<QString>("written");
