@@ -73,6 +73,10 @@ ReadFile readCsvPlaylist(QIODevice &device, ReadLimits limits) {
     }
     const qint64 mostTracks = limits.tracks;
     for (CsvRecord record; table.next(record);) {
+        if (record.isCut) {
+            file.whole = false;
+            file.warn(record.line, u"the table breaks off here; what it held before is kept"_s);
+        }
         if (!record.problem.isEmpty()) {
             file.warn(record.line, record.problem);
             continue;

@@ -80,7 +80,7 @@ CsvRecord CsvReader::take() {
     _start = _at;
     _startLine = _line;
     _loose = false;
-    CsvRecord record{_line, {}, {}};
+    CsvRecord record{_line, {}, {}, false};
     QString field;
     bool quoted = false;
     bool opened = false;
@@ -121,6 +121,7 @@ CsvRecord CsvReader::take() {
     if (quoted) {
         record.problem = u"a quote isn't closed; the row is left out"_s;
     }
+    record.isCut = quoted ? _line == _startLine : record.fields.size() < _columns;
     return record;
 }
 

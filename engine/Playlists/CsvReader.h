@@ -12,6 +12,8 @@ struct CsvRecord {
     qint64 line = 0; ///< Where it begins, from 1.
     QStringList fields;
     QString problem; ///< Why its fields mean nothing; empty if they do.
+    /// The table ends in the middle of it: with an open quote, or with fields missing and no end of the line.
+    bool isCut = false;
 };
 
 /// Reads a table record by record, so that no table is too large: records end at line feeds outside of quotes, ""

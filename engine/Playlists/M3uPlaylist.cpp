@@ -115,6 +115,7 @@ ReadFile readM3uPlaylist(QIODevice &device, const QString &folder, ReadLimits li
         }
         told.reset();
     };
+    bool torn = false;
     Lines lines(device);
     for (QString text; file.whole && lines.next(text);) {
         const QString line = text.trimmed();
@@ -132,6 +133,7 @@ ReadFile readM3uPlaylist(QIODevice &device, const QString &folder, ReadLimits li
         } else if (line.startsWith("#EXTALB:"_L1, Qt::CaseInsensitive)) {
             album = line.mid(8).simplified();
         } else if (line.contains(QChar(0))) {
+            torn = true; // as a file is that was being written when the power went
             file.warn(lines.number(), u"isn't text; the line is left out"_s);
         } else if (!line.isEmpty() && !line.startsWith(u'#')) {
             finish(line);
@@ -143,6 +145,7 @@ ReadFile readM3uPlaylist(QIODevice &device, const QString &folder, ReadLimits li
     if (!file.whole) {
         file.warn(lines.number(), tooManyTracks(mostTracks));
     }
+    file.whole &= !torn;
     file.lists.push_back(std::move(list));
     return file;
 }

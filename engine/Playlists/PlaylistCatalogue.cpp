@@ -158,17 +158,19 @@ void PlaylistCatalogue::lookThrough(PlaylistSnapshot &snapshot) {
     }
     _watch.watch(watched); // before they are read, so that no change goes unnoticed
     _files.keepOnly(paths);
+    SnapshotBuilder builder(snapshot);
     for (const auto &[root, path] : found) {
         if (_stop.stop_requested()) {
             return;
         }
-        enter(snapshot, root, path);
+        enter(snapshot, builder, root, path);
     }
     const std::lock_guard lock(_mutex);
     putInOrder(snapshot);
 }
 
-void PlaylistCatalogue::enter(PlaylistSnapshot &snapshot, const QString &root, const QString &path) {
+void PlaylistCatalogue::enter(PlaylistSnapshot &snapshot, SnapshotBuilder &builder, const QString &root,
+                              const QString &path) {
     const PlaylistFiles::Reading reading = _files.read(path, _stop.get_token());
     const std::lock_guard lock(_mutex);
     if (reading.isPartial) {
@@ -178,7 +180,7 @@ void PlaylistCatalogue::enter(PlaylistSnapshot &snapshot, const QString &root, c
         snapshot.problems += path + ": "_L1 + reading.problem;
     }
     if (reading.content) {
-        SnapshotBuilder(snapshot).enter(*playlistSourceOf(path), root, path, reading.content);
+        builder.enter(*playlistSourceOf(path), root, path, reading.content);
     }
 }
 

@@ -14,6 +14,8 @@
 
 namespace zelk::engine {
 
+class SnapshotBuilder;
+
 /// Where playlists are looked for. All paths are absolute.
 struct PlaylistPlaces {
     QStringList folders; ///< Looked through with all that is in them.
@@ -55,7 +57,7 @@ private:
     std::shared_ptr<Scan> nextScan(); // with the lock held
     void carryOut();
     void lookThrough(PlaylistSnapshot &snapshot);
-    void enter(PlaylistSnapshot &snapshot, const QString &root, const QString &path);
+    void enter(PlaylistSnapshot &snapshot, SnapshotBuilder &builder, const QString &root, const QString &path);
     Snapshot knownSoFar();
 
     const std::function<PlaylistPlaces()> _places;

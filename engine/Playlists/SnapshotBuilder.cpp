@@ -14,6 +14,16 @@ namespace {
 /// Sixteen digits: with a million lists, the chance that two share an id is one in ten million.
 constexpr int idDigits = 16;
 
+/// No two divisions into parts give the same text.
+QString placeOf(const QString &folder, const QString &file, const QString &list) {
+    return folder + QChar(0) + file + QChar(0) + list + QChar(0);
+}
+
+QString idOf(PlaylistSourceId source, const QString &place) {
+    const QByteArray hash = QCryptographicHash::hash(place.toUtf8(), QCryptographicHash::Sha1);
+    return QString(wireName(source)) + u':' + QString::fromLatin1(hash.toHex().left(idDigits));
+}
+
 ArtworkRef artworkOf(const ReadList &list) {
     if (list.artwork != ArtworkRef::none()) {
         return list.artwork;
@@ -29,12 +39,7 @@ ArtworkRef artworkOf(const ReadList &list) {
 } // namespace
 
 QString playlistId(PlaylistSourceId source, const QString &folder, const QString &file, const QString &list) {
-    QCryptographicHash hash(QCryptographicHash::Sha1);
-    for (const QString &part : {folder, file, list}) {
-        hash.addData(part.normalized(QString::NormalizationForm_C).toUtf8());
-        hash.addData(QByteArrayView("\0", 1)); // no two divisions into parts give the same bytes
-    }
-    return QString(wireName(source)) + u':' + QString::fromLatin1(hash.result().toHex().left(idDigits));
+    return idOf(source, placeOf(folder, file, list).normalized(QString::NormalizationForm_C));
 }
 
 void SnapshotBuilder::add(Playlist playlist) {
@@ -42,16 +47,43 @@ void SnapshotBuilder::add(Playlist playlist) {
     _snapshot.playlists.push_back(std::move(playlist));
 }
 
+QString SnapshotBuilder::freeId(PlaylistSourceId source, const QString &place) {
+    const QString composed = place.normalized(QString::NormalizationForm_C);
+    const QString id = idOf(source, composed);
+    const auto taken = _places.constFind(id);
+    if (taken == _places.constEnd()) {
+        _places.insert(id, place);
+        return id;
+    }
+    if (*taken == place) {
+        return {};
+    }
+    // Two names that look alike. The composed one has the id, whichever comes first, so that it keeps it when the other
+    // one turns up.
+    const QString other = place == composed ? *taken : place;
+    const QString otherId = idOf(source, other);
+    if (place != composed) {
+        const bool isNew = !_places.contains(otherId);
+        _places.insert(otherId, other);
+        return isNew ? otherId : QString();
+    }
+    const std::size_t at = _snapshot.byId.take(id);
+    _snapshot.playlists[at].id = otherId;
+    _snapshot.byId.insert(otherId, at);
+    _places.insert(otherId, other);
+    _places.insert(id, place);
+    return id;
+}
+
 void SnapshotBuilder::enter(PlaylistSourceId source, const QString &root, const QString &path,
                             const std::shared_ptr<const ReadFile> &content) {
     const QString folder = path.section(u'/', 0, -2);
     const QString file = path.section(u'/', -1);
-    const auto idOf = [&](const QString &key) { return playlistId(source, folder, file, key); };
     QString folderId;
     for (const ReadList &list : content->lists) {
         Playlist playlist;
-        playlist.id = idOf(list.key.isEmpty() ? list.name : list.key);
-        if (_snapshot.byId.contains(playlist.id)) { // a file that two of the folders hold
+        playlist.id = freeId(source, placeOf(folder, file, list.key.isEmpty() ? list.name : list.key));
+        if (playlist.id.isEmpty()) { // a file that two of the folders hold
             continue;
         }
         if (folderId.isEmpty()) {
@@ -62,7 +94,7 @@ void SnapshotBuilder::enter(PlaylistSourceId source, const QString &root, const 
                             ? QFileInfo(file).completeBaseName().normalized(QString::NormalizationForm_C)
                             : list.name;
         playlist.isFolder = list.isFolder;
-        playlist.parentId = list.parentKey.isEmpty() ? folderId : idOf(list.parentKey);
+        playlist.parentId = list.parentKey.isEmpty() ? folderId : playlistId(source, folder, file, list.parentKey);
         playlist.artwork = artworkOf(list);
         if (!list.isFolder) {
             playlist.origin = path;

@@ -17,8 +17,11 @@ public:
 private:
     QString enterFolders(PlaylistSourceId source, const QString &root, const QString &folder);
     void add(Playlist playlist);
+    /// The id of the list of that place, which nothing else has; empty if the list has been entered.
+    QString freeId(PlaylistSourceId source, const QString &place);
 
     PlaylistSnapshot &_snapshot;
+    QHash<QString, QString> _places; // as they are written, by the id of the list there
 };
 
 /// Puts the playlists in their order: a folder before what is in it, siblings by name.

@@ -7,6 +7,8 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <algorithm>
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace zelk::engine {
@@ -14,12 +16,16 @@ namespace zelk::engine {
 namespace {
 
 /// Whether a playlist's file is out of reach rather than gone: a folder that is missing or empty may be a disk that
-/// isn't there just now.
+/// isn't there just now, and a file that stands and wasn't read lies where this engine doesn't look.
 bool outOfReach(const QString &origin, const PlaylistSnapshot &snapshot) {
     for (const QString &path : snapshot.unreadable) {
         if (origin == path || origin.startsWith(path + u'/')) {
             return true;
         }
+    }
+    if (QFileInfo(origin).isFile()) {
+        return std::none_of(snapshot.playlists.begin(), snapshot.playlists.end(),
+                            [&](const Playlist &playlist) { return playlist.origin == origin; });
     }
     const QDir folder = QFileInfo(origin).absoluteDir();
     return !folder.exists() || !folder.isReadable() || folder.isEmpty();
