@@ -15,7 +15,15 @@ constexpr qsizetype reserved = 16;
 /// What neither this nor another common file system takes in a name, in the nearest harmless form.
 QString safe(const QString &text) {
     QString name;
-    for (const QChar c : text.normalized(QString::NormalizationForm_C)) {
+    const QString composed = text.normalized(QString::NormalizationForm_C);
+    for (qsizetype i = 0; i < composed.size(); ++i) {
+        const QChar c = composed[i];
+        if (c.isSurrogate()) {
+            if (c.isHighSurrogate() && i + 1 < composed.size() && composed[i + 1].isLowSurrogate()) {
+                name += QStringView(composed).sliced(i++, 2);
+            }
+            continue; // half a character is no name that the file system could give back
+        }
         switch (c.unicode()) {
         case u'/':
         case u'\\':
@@ -36,7 +44,7 @@ QString safe(const QString &text) {
         case u'?':
             break;
         default:
-            if (c.isPrint() || c.isSurrogate() || c.category() == QChar::Other_Format) {
+            if (c.isPrint() || c.category() == QChar::Other_Format) {
                 name += c;
             } else if (c.isSpace()) {
                 name += u' ';

@@ -85,6 +85,8 @@ private Q_SLOTS:
         QTest::newRow("like a device") << QString() << u"Console"_s << u"Console"_s;
         QTest::newRow("zero bytes") << u"A"_s + QChar(u'\0') + u'n' << QString(QChar(u'\0')) + u"One"_s
                                     << u"An - One"_s;
+        QTest::newRow("half a character")
+            << u"A"_s + QChar(0xD800) + u'n' << u"Tw"_s + QChar(0xDC00) + u"o 🎵"_s << u"An - Two 🎵"_s;
         QTest::newRow("climbing") << u".."_s << u"../../etc"_s << u"- ..-..-etc"_s;
     }
 
