@@ -2,6 +2,7 @@
 
 #include "Files/FileProblem.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 
@@ -9,6 +10,8 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
+
+using namespace Qt::Literals::StringLiterals;
 
 namespace zelk::engine {
 
@@ -59,12 +62,30 @@ void makeFolder(const QString &path) {
     }
 }
 
+namespace {
+
+constexpr auto freshSuffix = ".new-"_L1;
+
+/// What processes have left that were killed in the middle of a write: it may hold secrets.
+void removeAbandoned(const QString &path, FileOps &ops) {
+    const QFileInfo info(path);
+    const QString prefix = info.fileName() + freshSuffix;
+    for (const QString &name : QDir(info.absolutePath()).entryList(QDir::Files | QDir::Hidden)) {
+        const qint64 process = name.startsWith(prefix) ? name.mid(prefix.size()).toLongLong() : 0;
+        if (process > 0 && !QFileInfo::exists(QStringLiteral("/proc/%1").arg(process))) {
+            ops.unlink(QFile::encodeName(info.absolutePath() + u'/' + name));
+        }
+    }
+}
+
+} // namespace
+
 void writePrivateFile(const QString &named, const QByteArray &bytes, FileOps &ops) {
     const QString target = QFileInfo(named).canonicalFilePath(); // empty if there is nothing yet
     const QString path = target.isEmpty() ? named : target;
     const QString folder = QFileInfo(path).absolutePath();
     makeFolder(folder);
-    const QString fresh = path + QStringLiteral(".new-%1").arg(::getpid());
+    const QString fresh = path + freshSuffix + QString::number(::getpid());
     const QByteArray freshName = QFile::encodeName(fresh);
     const int descriptor = ops.open(freshName, O_WRONLY | O_CREAT | O_TRUNC, 0600);
     if (descriptor < 0) {
@@ -86,6 +107,7 @@ void writePrivateFile(const QString &named, const QByteArray &bytes, FileOps &op
         throw FileProblem(path, code);
     }
     syncFolder(folder, ops);
+    removeAbandoned(path, ops);
 }
 
 QString setAside(const QString &path) {

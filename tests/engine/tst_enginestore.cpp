@@ -206,6 +206,20 @@ private Q_SLOTS:
         QVERIFY(_warnings.isEmpty());
     }
 
+    void whatAKilledEngineLeftOfAPrivateFileGoesWithTheNextWrite() {
+        const EngineHome home;
+        const QString path = pathsIn(home).secretsFile;
+        const QString ofDead = path + u".new-999999999"_s; // beyond the largest number of a process
+        const QString ofLiving = path + u".new-1"_s;
+        for (const QString &name : {ofDead, ofLiving, path + u".new-mine"_s}) {
+            home.write(name, "hush");
+        }
+        SecretStore(path, _warn).store(AccountService::spotify, u"hush"_s, std::nullopt);
+        QVERIFY(!QFile::exists(ofDead));
+        QVERIFY(QFile::exists(ofLiving));
+        QVERIFY(QFile::exists(path + u".new-mine"_s));
+    }
+
     void tokensThatAnotherEngineStoresMeanwhileAreKept() {
         const EngineHome home;
         const QString path = pathsIn(home).secretsFile;
