@@ -37,7 +37,7 @@ std::vector<Playlist> SyncRun::selectedPlaylists(QStringList &refusals) {
     QSet<QString> seen;
     for (const PlaylistSelection &selected : _request.selection) {
         const Playlist *playlist = snapshot->find(selected.id);
-        if (!playlist) {
+        if (!playlist || playlist->source != selected.source) {
             const QString refusal =
                 snapshot->isComplete
                     ? u"The playlist %1 isn't there any more. Choose Refresh Library in the File menu."_s
@@ -47,7 +47,9 @@ std::vector<Playlist> SyncRun::selectedPlaylists(QStringList &refusals) {
             refusals +=
                 u"The playlist %1 belongs to an account that is disconnected. Connect it in Settings first."_s.arg(
                     selected.name.value_or(playlist->name));
-        } else if (!playlist->isFolder && !seen.contains(playlist->id)) {
+        } else if (playlist->isFolder) {
+            refusals += u"%1 is a folder. Choose the playlists in it."_s.arg(selected.name.value_or(playlist->name));
+        } else if (!seen.contains(playlist->id)) {
             seen.insert(playlist->id);
             playlists.push_back(*playlist);
         }

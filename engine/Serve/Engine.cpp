@@ -3,6 +3,7 @@
 #include "Files/FileProblem.h"
 #include "Library/AudioReader.h"
 #include "Output/Convert.h"
+#include "Output/OutputFolder.h"
 #include "Run/Orphans.h"
 #include "Transport/HelperProtocolEnvelope.h"
 
@@ -56,12 +57,16 @@ Engine::Engine(EnginePaths paths, EventSink &events)
               }
           }),
       _library(_database, [this](const QString &message) { warn(message); }),
-      _runs(std::make_unique<RunController>(
-          RunServices{_database, _playlists, _library, _events, _paths.dataFolder + u"/downloads"_s}, [this] {
-              return ReviewDesk::Settings{outputDir(), _config.current().run.toleranceSec};
-          })) {
+      _runs(std::make_unique<RunController>(RunServices{_database, _playlists, _library, _events, downloads()}, [this] {
+          return ReviewDesk::Settings{outputDir(), _config.current().run.toleranceSec};
+      })) {
+    OutputFolder(downloads()).removeLeftovers();
     // The application will ask in a moment; and so the accounts whose exports are there soon count as connected.
     _playlists.lookAhead();
+}
+
+QString Engine::downloads() const {
+    return _paths.dataFolder + u"/downloads"_s;
 }
 
 void Engine::warn(const QString &message) {
@@ -291,8 +296,10 @@ std::vector<WaitingReview> Engine::waitingReviews() {
         byRow.insert(review.rowKey, review);
     }
     std::vector<WaitingReview> waiting;
+    const EngineConfig config = _config.current();
     for (const Playlist &playlist : snapshot->playlists) {
-        for (std::size_t i = 0; playlist.tracks && i < playlist.tracks->size(); ++i) {
+        const bool isShown = playlist.tracks && !config.hides(playlist.source);
+        for (std::size_t i = 0; isShown && i < playlist.tracks->size(); ++i) {
             if (auto review = byRow.take((*playlist.tracks)[i].rowKey); !review.trackId.isEmpty()) {
                 waiting.push_back({std::move(review), playlist.name});
             }
@@ -303,9 +310,12 @@ std::vector<WaitingReview> Engine::waitingReviews() {
 
 DoctorSubject Engine::doctorSubject() {
     const auto snapshot = _playlists.refresh(scanPatience);
-    const auto lists = std::count_if(snapshot->playlists.begin(), snapshot->playlists.end(),
-                                     [](const Playlist &playlist) { return !playlist.isFolder; });
-    return {_config.current(), outputDir(), _database.knowsFilesIn(outputDir()), lists, snapshot->problems};
+    const EngineConfig config = _config.current();
+    const auto lists =
+        std::count_if(snapshot->playlists.begin(), snapshot->playlists.end(), [&config](const Playlist &playlist) {
+            return !playlist.isFolder && !config.hides(playlist.source);
+        });
+    return {config, outputDir(), _database.knowsFilesIn(outputDir()), lists, snapshot->problems};
 }
 
 std::vector<DoctorCheck> Engine::runDoctor() {

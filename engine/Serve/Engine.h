@@ -63,6 +63,7 @@ public:
     ProvisionToolsResult provisionTools();
 
 private:
+    QString downloads() const;
     void warn(const QString &message);
     /// Sets the stored flag of the account's playlists, if it has any, and its secrets: both or none.
     void changeAccount(AccountService service, bool connected, const std::function<void()> &changeSecrets);

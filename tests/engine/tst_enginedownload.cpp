@@ -201,6 +201,14 @@ private Q_SLOTS:
         QCOMPARE(endings(engine.syncAll()).values(), QStringList{u"present"_s});
     }
 
+    void whatAKilledEngineLeftOfADownloadGoesWithTheNextStart() {
+        const EngineHome home;
+        home.write(home.path(u".local/share/zelk/downloads/.zelk-partial-999999999-1-1.part"_s), "half a song");
+        EngineChild engine(home);
+        engine.selectAll();
+        QVERIFY(nothingLeft(home));
+    }
+
     void aPlaceForDownloadsThatIsNoneIsNamedAndNotTheOutputFolder() {
         const WebServer server([](const QString &) { return WebServer::ok(flac()); });
         const EngineHome home;

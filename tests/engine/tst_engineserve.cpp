@@ -1,4 +1,5 @@
 #include "engine/EngineHome.h"
+#include "engine/TerminalChild.h"
 
 #include <QDir>
 #include <QJsonArray>
@@ -220,6 +221,42 @@ private Q_SLOTS:
         QCOMPARE(engine.selectAll().size(), 0);
         QVERIFY(engine.call(u"connectSpotify"_s).value("ok"_L1).toBool());
         QCOMPARE(engine.selectAll().size(), 1);
+    }
+
+    void aDisconnectedSourceIsNeitherAskedAboutNorCounted() {
+        const EngineHome home;
+        home.addAudio(u"live.mp3"_s, u"Ines"_s, u"Slow Burn (Live)"_s);
+        home.addList(u"L.csv"_s, {u"Slow Burn|Ines|2"_s});
+        EngineChild engine(home);
+        QCOMPARE(named(engine.syncAll(), u"needsReview"_s).size(), 1);
+        QVERIFY(runZelk(home, {u"review"_s}).out.contains("Slow Burn"_L1));
+        QVERIFY(engine.call(u"disconnectAccount"_s, QJsonObject{{u"service"_s, u"spotify"_s}}).value("ok"_L1).toBool());
+        QVERIFY(!runZelk(home, {u"review"_s}).out.contains("Slow Burn"_L1));
+        for (const QJsonValue &value :
+             engine.call(u"runDoctor"_s).value("result"_L1).toObject().value("checks"_L1).toArray()) {
+            if (value.toObject().value("id"_L1).toString() == "playlists"_L1) {
+                QVERIFY(value.toObject().value("detail"_L1).toString().startsWith("None found"_L1));
+            }
+        }
+    }
+
+    void aFolderInASelectionIsRefusedByNameAndTheRestGoesOn() {
+        const EngineHome home;
+        home.addAudio(u"a.mp3"_s, u"Ann"_s, u"One"_s);
+        home.addList(u"Gigs/L.csv"_s, {u"One|Ann|2"_s});
+        EngineChild engine(home);
+        QJsonArray selection = engine.selectAll();
+        const QJsonObject reply = engine.call(u"listPlaylists"_s).value("result"_L1).toObject();
+        for (const QJsonValue &value : reply.value("playlists"_L1).toArray()) {
+            if (value.toObject().value("isFolder"_L1).toBool()) {
+                selection += QJsonObject{{u"source"_s, u"spotify"_s}, {u"id"_s, value.toObject().value("id"_L1)}};
+            }
+        }
+        QCOMPARE(selection.size(), 2);
+        QVERIFY(engine.call(u"startSync"_s, QJsonObject{{u"selection"_s, selection}}).value("ok"_L1).toBool());
+        QVERIFY(dataOf(engine.until(u"error"_s)).value("message"_L1).toString().contains("Gigs is a folder"_L1));
+        QVERIFY(!engine.until(u"syncDone"_s).isEmpty());
+        QCOMPARE(home.outputFiles(), QStringList{u"Ann - One.mp3"_s});
     }
 
     void provisioningReportsBothTools() {
