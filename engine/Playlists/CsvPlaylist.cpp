@@ -97,10 +97,9 @@ ReadFile readCsvPlaylist(QIODevice &device, ReadLimits limits) {
         if (!seconds) {
             file.warn(record.line, u"the duration isn't a number; it counts as unknown"_s);
         }
-        track.durationSec = seconds.value_or(0);
+        track.durationSec = lengthOrUnknown(seconds.value_or(0));
         if (!limits.take(track)) {
-            file.warn(record.line, tooManyTracks(mostTracks));
-            file.whole = false;
+            file.breakOff(record.line, tooManyTracks(mostTracks));
             break;
         }
         const QString list = cellOf(record, columns.list);
