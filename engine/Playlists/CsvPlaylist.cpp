@@ -74,8 +74,7 @@ ReadFile readCsvPlaylist(QIODevice &device, ReadLimits limits) {
     const qint64 mostTracks = limits.tracks;
     for (CsvRecord record; table.next(record);) {
         if (record.isCut) {
-            file.whole = false;
-            file.warn(record.line, u"the table breaks off here; what it held before is kept"_s);
+            file.breakOff(record.line, u"the table breaks off here; what it held before is kept"_s);
         }
         if (!record.problem.isEmpty()) {
             file.warn(record.line, record.problem);
@@ -101,10 +100,9 @@ ReadFile readCsvPlaylist(QIODevice &device, ReadLimits limits) {
         if (!seconds) {
             file.warn(record.line, u"the duration isn't a number; it counts as unknown"_s);
         }
-        track.durationSec = seconds.value_or(0);
+        track.durationSec = lengthOrUnknown(seconds.value_or(0));
         if (!limits.take(track)) {
-            file.warn(record.line, tooManyTracks(mostTracks));
-            file.whole = false;
+            file.breakOff(record.line, tooManyTracks(mostTracks));
             break;
         }
         const QString list = cellOf(record, columns.list);

@@ -24,8 +24,7 @@ public:
         readDocument();
         ReadFile file;
         if (const QString problem = _xml.problem(); !problem.isEmpty()) {
-            file.warn(_xml.line(), u"the library can't be read on from here: %1"_s.arg(problem));
-            file.whole = false;
+            file.breakOff(_xml.line(), u"the library can't be read on from here: %1"_s.arg(problem));
             return file;
         }
         if (_nameless > 0) {
@@ -144,7 +143,7 @@ private:
             } else if (key == "Album"_L1) {
                 track.album = textValue();
             } else if (key == "Total Time"_L1) {
-                track.durationSec = static_cast<double>(std::max<qint64>(integerValue().value_or(0), 0)) / 1'000;
+                track.durationSec = lengthOrUnknown(static_cast<double>(integerValue().value_or(0)) / 1'000);
             } else if (key == "Persistent ID"_L1) {
                 track.persistentId = textValue();
             } else if (key == "Location"_L1) {

@@ -47,7 +47,7 @@ struct ReadList {
 /// All that one playlist file holds.
 struct ReadFile {
     std::vector<ReadList> lists;
-    std::vector<ListWarning> warnings; ///< The first few.
+    std::vector<ListWarning> warnings; ///< The first few; the last is why it isn't whole, if it isn't.
     qint64 moreWarnings = 0;           ///< How many there were besides.
     /// False if the file may hold more than is told here: it broke off, or it is too much.
     bool whole = true;
@@ -60,6 +60,12 @@ struct ReadFile {
         } else {
             ++moreWarnings;
         }
+    }
+
+    /// Says why what follows isn't told. However many warnings there are, this one isn't left out.
+    void breakOff(qint64 line, const QString &message) {
+        warnings.push_back({line, message});
+        whole = false;
     }
 };
 

@@ -6,7 +6,6 @@
 
 #include <QRegularExpression>
 
-#include <cmath>
 #include <optional>
 #include <utility>
 
@@ -30,7 +29,7 @@ bool takeInfo(const QString &info, ListedTrack &track) {
     if (!match.hasMatch()) {
         return false;
     }
-    track.durationSec = std::max(0.0, match.captured(1).toDouble());
+    track.durationSec = lengthOrUnknown(match.captured(1).toDouble());
     takeLabel(match.captured(3).simplified(), track);
     return true;
 }
@@ -100,6 +99,7 @@ ReadFile readM3uPlaylist(QIODevice &device, const QString &folder, ReadLimits li
     std::optional<ListedTrack> told;
     QString album;
     const qint64 mostTracks = limits.tracks;
+    Lines lines(device);
     const auto finish = [&](const QString &entry) {
         ListedTrack track = told.value_or(ListedTrack());
         if (track.title.isEmpty()) {
@@ -109,19 +109,24 @@ ReadFile readM3uPlaylist(QIODevice &device, const QString &folder, ReadLimits li
             track.album = album;
         }
         track.location = resolvedLocation(entry, folder);
-        file.whole = limits.take(track);
-        if (file.whole) {
+        told.reset();
+        if (track.title.isEmpty()) {
+            file.warn(lines.number(), u"names neither a title nor a file and is left out"_s);
+        } else if (!limits.take(track)) {
+            file.breakOff(lines.number(), tooManyTracks(mostTracks));
+        } else {
             list.tracks.push_back(std::move(track));
         }
-        told.reset();
     };
     bool torn = false;
-    Lines lines(device);
     for (QString text; file.whole && lines.next(text);) {
         const QString line = text.trimmed();
         if (line.startsWith("#EXTINF:"_L1, Qt::CaseInsensitive)) {
             if (told && !told->title.isEmpty()) { // an entry without a path is still a track
                 finish({});
+                if (!file.whole) {
+                    break;
+                }
             }
             told.emplace();
             if (!takeInfo(line.mid(8), *told)) {
@@ -141,9 +146,6 @@ ReadFile readM3uPlaylist(QIODevice &device, const QString &folder, ReadLimits li
     }
     if (file.whole && told && !told->title.isEmpty()) {
         finish({});
-    }
-    if (!file.whole) {
-        file.warn(lines.number(), tooManyTracks(mostTracks));
     }
     file.whole &= !torn;
     file.lists.push_back(std::move(list));

@@ -11,6 +11,14 @@ constexpr qint64 largestFile = 2'000'000'000;
 /// is no text, doesn't fill the memory with more.
 constexpr qsizetype longestRow = 1'000'000;
 
+/// No track lasts longer, in seconds: eleven days and a half.
+constexpr double longestTrack = 1'000'000;
+
+/// A length in seconds as a file tells it; 0, which is unknown, if no track has it.
+inline double lengthOrUnknown(double seconds) {
+    return seconds > 0 && seconds <= longestTrack ? seconds : 0;
+}
+
 /// How much one file may bring. Beyond it a file is damaged or malicious, and would only fill the memory: about half a
 /// gigabyte is in use at these limits.
 struct ReadLimits {

@@ -13,7 +13,7 @@ namespace {
 constexpr QChar lengthMark = u':';
 
 /// Exporters round, and services measure one recording differently.
-constexpr qint64 mostSecondsApart = 4;
+constexpr double mostSecondsApart = 4;
 
 } // namespace
 
@@ -32,8 +32,9 @@ QString keyWithoutLength(const QString &rowKey) {
 }
 
 bool mayBeOneRecording(const QString &rowKey, const QString &other) {
-    const qint64 apart = rowKey.section(lengthMark, 1).toLongLong() - other.section(lengthMark, 1).toLongLong();
-    return std::abs(apart) <= mostSecondsApart && keyWithoutLength(rowKey) == keyWithoutLength(other);
+    const auto lengthOf = [](const QString &key) { return key.section(lengthMark, 1).toDouble(); };
+    return std::abs(lengthOf(rowKey) - lengthOf(other)) <= mostSecondsApart &&
+           keyWithoutLength(rowKey) == keyWithoutLength(other);
 }
 
 QString spellingOf(const ListedTrack &track) {

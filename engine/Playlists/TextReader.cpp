@@ -68,14 +68,17 @@ QStringDecoder decoderFor(QIODevice &device) {
 TextReader::TextReader(QIODevice &device) : _device(device), _decoder(decoderFor(device)) {}
 
 bool TextReader::readMore(QString &text) {
-    const QByteArray bytes = _device.read(stretch);
-    if (bytes.isEmpty()) {
-        return false;
-    }
-    if (_decoder.isValid()) {
-        text += _decoder(bytes);
-    } else {
-        appendWindows1252(bytes, text);
+    // Bytes that end within a letter bring nothing yet.
+    for (const qsizetype before = text.size(); text.size() == before;) {
+        const QByteArray bytes = _device.read(stretch);
+        if (bytes.isEmpty()) {
+            return false;
+        }
+        if (_decoder.isValid()) {
+            text += _decoder(bytes);
+        } else {
+            appendWindows1252(bytes, text);
+        }
     }
     return true;
 }

@@ -14,7 +14,7 @@ public:
     /// Looks through the whole device once if it must, and goes back to its beginning. The device must outlive it.
     explicit TextReader(QIODevice &device);
 
-    /// Appends the next stretch of text; false at the end.
+    /// Appends the next stretch of text, at least one character; false at the end.
     bool readMore(QString &text);
 
 private:

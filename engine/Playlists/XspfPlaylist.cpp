@@ -7,8 +7,6 @@
 
 #include <QUrl>
 
-#include <cmath>
-
 using namespace Qt::Literals::StringLiterals;
 
 namespace zelk::engine {
@@ -22,8 +20,7 @@ public:
 
     ReadFile read() {
         if (!_xml.nextElement() || nameHere() != "playlist"_L1) {
-            _file.warn(0, _xml.problem().isEmpty() ? u"isn't an XSPF playlist"_s : _xml.problem());
-            _file.whole = false;
+            _file.breakOff(0, _xml.problem().isEmpty() ? u"isn't an XSPF playlist"_s : _xml.problem());
             return std::move(_file);
         }
         while (_file.whole && _xml.nextElement()) {
@@ -39,9 +36,11 @@ public:
                 _xml.skip();
             }
         }
+        if (_file.whole) {
+            _xml.finish(); // what is behind the list must be XML too, or the list may have ended too early
+        }
         if (!_xml.problem().isEmpty()) {
-            _file.warn(_xml.line(), u"the list breaks off here: %1"_s.arg(_xml.problem()));
-            _file.whole = false;
+            _file.breakOff(_xml.line(), u"the list breaks off here: %1"_s.arg(_xml.problem()));
         }
         _file.lists.push_back(std::move(_list));
         return std::move(_file);
@@ -68,8 +67,7 @@ private:
             if (track.title.isEmpty()) {
                 _file.warn(line, u"the track has neither title nor location and is left out"_s);
             } else if (!_limits.take(track)) {
-                _file.warn(line, tooManyTracks(_mostTracks));
-                _file.whole = false;
+                _file.breakOff(line, tooManyTracks(_mostTracks));
                 return;
             } else {
                 _list.tracks.push_back(std::move(track));
@@ -89,8 +87,7 @@ private:
             } else if (name == "album"_L1) {
                 track.album = _xml.text();
             } else if (name == "duration"_L1) {
-                const double ms = _xml.text().toDouble();
-                track.durationSec = std::isfinite(ms) && ms > 0 ? ms / 1'000 : 0;
+                track.durationSec = lengthOrUnknown(_xml.text().toDouble() / 1'000);
             } else if (name == "image"_L1) {
                 track.artworkUrl = resolvedImage(_xml.text());
             } else if (name == "location"_L1 && track.location.isEmpty()) {

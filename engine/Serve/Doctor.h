@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Store/EngineConfig.h"
-#include "Transport/JSONFields.h"
+#include "Transport/HelperProtocolResults.h"
 
 #include <QString>
 
@@ -9,17 +9,6 @@
 #include <vector>
 
 namespace zelk::engine {
-
-/// One thing that the doctor looks at.
-struct DoctorCheck {
-    QString id;
-    std::optional<QString> title;
-    QString status; ///< "ok", "warn" or "fail".
-    std::optional<QString> detail;
-    std::optional<bool> fixable;
-    bool operator==(const DoctorCheck &) const = default;
-};
-ZELK_JSON_FIELDS(DoctorCheck, id, title, status, detail, fixable)
 
 /// What the doctor has to know.
 struct DoctorSubject {

@@ -13,39 +13,6 @@ namespace {
 /// So many requests may be waiting for disks at once; the others line up.
 constexpr int slowRequests = 4;
 
-// The results that have no record of their own in the protocol's other half, which reads them with its stores.
-struct ConfigResult {
-    SafeConfig config;
-};
-ZELK_JSON_FIELDS(ConfigResult, config)
-
-struct PlaylistsResult {
-    std::vector<PlaylistDTO> playlists;
-};
-ZELK_JSON_FIELDS(PlaylistsResult, playlists)
-
-struct PathsResult {
-    QStringList paths;
-};
-ZELK_JSON_FIELDS(PathsResult, paths)
-
-struct ChecksResult {
-    std::vector<DoctorCheck> checks;
-};
-ZELK_JSON_FIELDS(ChecksResult, checks)
-
-struct TestProxyResult {
-    bool ok = false;
-    std::optional<QString> detail;
-};
-ZELK_JSON_FIELDS(TestProxyResult, ok, detail)
-
-struct ProxyInfoResult {
-    bool ok = false;
-    qint64 nodeCount = 0;
-};
-ZELK_JSON_FIELDS(ProxyInfoResult, ok, nodeCount)
-
 } // namespace
 
 Server::Server(Engine &engine, LineWriter &out) : _engine(engine), _out(out), _slow(slowRequests) {}
@@ -116,7 +83,7 @@ void Server::dispatch(const RequestEnvelope &envelope) {
             const auto asked = std::chrono::steady_clock::now();
             answerLater(id, [this, source = request.source, asked] {
                 const auto waited = std::chrono::steady_clock::now() - asked;
-                return PlaylistsResult{
+                return ListPlaylistsResult{
                     _engine.listPlaylists(source, std::chrono::duration_cast<std::chrono::milliseconds>(waited))};
             });
         },
@@ -137,13 +104,13 @@ void Server::dispatch(const RequestEnvelope &envelope) {
             _engine.reviewDecision(request.trackId, request.decision, request.runId);
         },
         [&](const Request::ListOrphans &request) {
-            answerLater(id,
-                        [this, selection = request.selection] { return PathsResult{_engine.listOrphans(selection)}; });
+            answerLater(
+                id, [this, selection = request.selection] { return OrphansResult{_engine.listOrphans(selection)}; });
         },
         [&](const Request::TrashOrphans &request) {
             answerLater(id, [this, paths = request.paths] { _engine.trashOrphans(paths); });
         },
-        [&](const Request::RunDoctor &) { answerLater(id, [this] { return ChecksResult{_engine.runDoctor()}; }); },
+        [&](const Request::RunDoctor &) { answerLater(id, [this] { return DoctorResult{_engine.runDoctor()}; }); },
         [&](const Request::DoctorFix &request) {
             answerLater(id, [this, check = request.checkId] { _engine.doctorFix(check); });
         },

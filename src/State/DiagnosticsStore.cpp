@@ -6,15 +6,6 @@
 
 namespace zelk {
 
-namespace {
-
-struct DoctorResult {
-    std::vector<DoctorCheck> checks;
-};
-ZELK_JSON_FIELDS(DoctorResult, checks)
-
-} // namespace
-
 DiagnosticsStore::DiagnosticsStore(std::shared_ptr<HelperClienting> client, int logCapacity, QObject *parent)
     : EngineStore(std::move(client), parent), _logCapacity(logCapacity) {}
 

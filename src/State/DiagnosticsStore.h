@@ -1,7 +1,7 @@
 #pragma once
 
 #include "State/EngineStore.h"
-#include "Transport/JSONFields.h"
+#include "Transport/HelperProtocolResults.h"
 #include "Transport/ServerEvent.h"
 
 #include <QDateTime>
@@ -11,17 +11,6 @@
 #include <vector>
 
 namespace zelk {
-
-/// One finding of the engine's doctor.
-struct DoctorCheck {
-    QString id;
-    std::optional<QString> title;
-    QString status; // the engine's own word, kept as it comes
-    std::optional<QString> detail;
-    std::optional<bool> fixable; // only true counts as fixable
-    bool operator==(const DoctorCheck &) const = default;
-};
-ZELK_JSON_FIELDS(DoctorCheck, id, title, status, detail, fixable)
 
 /// A line of the engine's log.
 struct LogEntry {

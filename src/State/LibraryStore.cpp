@@ -9,15 +9,6 @@
 
 namespace zelk {
 
-namespace {
-
-struct ListPlaylistsResult {
-    std::vector<PlaylistDTO> playlists;
-};
-ZELK_JSON_FIELDS(ListPlaylistsResult, playlists)
-
-} // namespace
-
 LibraryStore::LibraryStore(std::shared_ptr<HelperClienting> client, QObject *parent)
     : QObject(parent), _client(std::move(client)) {}
 

@@ -8,15 +8,6 @@
 
 namespace zelk {
 
-namespace {
-
-struct OrphansResult {
-    QStringList paths;
-};
-ZELK_JSON_FIELDS(OrphansResult, paths)
-
-} // namespace
-
 OrphansStore::OrphansStore(std::shared_ptr<HelperClienting> client, QObject *parent)
     : EngineStore(std::move(client), parent) {}
 

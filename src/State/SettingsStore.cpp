@@ -7,27 +7,6 @@
 
 namespace zelk {
 
-namespace {
-
-struct ConfigResult {
-    SafeConfig config;
-};
-ZELK_JSON_FIELDS(ConfigResult, config)
-
-struct ProxyInfoResult {
-    bool ok = false;
-    qint64 nodeCount = 0;
-};
-ZELK_JSON_FIELDS(ProxyInfoResult, ok, nodeCount)
-
-struct TestProxyResult {
-    bool ok = false;
-    std::optional<QString> detail;
-};
-ZELK_JSON_FIELDS(TestProxyResult, ok, detail)
-
-} // namespace
-
 SettingsStore::SettingsStore(std::shared_ptr<HelperClienting> client, QObject *parent)
     : EngineStore(std::move(client), parent) {}
 

@@ -192,20 +192,16 @@ private:
     }
 
     void route(QByteArrayView line, std::vector<HelperEvent> &events) {
-        if (_decoder.parse(line)) {
-            if (auto response = _decoder.response(); response && _pending.contains(response->id)) {
-                // What the engine said before its reply is on the stream before the caller hears of the reply.
-                _events.push(std::move(events));
-                events.clear();
-                complete(std::move(*response));
-                return;
-            }
-            if (auto event = _decoder.event()) {
-                events.emplace_back(HelperEvent::Server{std::move(*event)});
-                return;
-            }
-        }
-        _logger.error(QStringLiteral("dropping undecodable line: %1").arg(asLogText(line)));
+        const auto isPending = [this](const QString &id) { return _pending.contains(id); };
+        const auto onReply = [&](Response response) {
+            // What the engine said before its reply is on the stream before the caller hears of the reply.
+            _events.push(std::move(events));
+            events.clear();
+            complete(std::move(response));
+        };
+        const auto onEvent = [&](ServerEvent event) { events.emplace_back(HelperEvent::Server{std::move(event)}); };
+        if (!_decoder.route(line, isPending, onReply, onEvent))
+            _logger.error(QStringLiteral("dropping undecodable line: %1").arg(asLogText(line)));
     }
 
     void complete(Response response) {

@@ -3,6 +3,7 @@
 #include "Transport/HelperError.h"
 #include "Transport/HelperProtocolCatalogue.h"
 #include "Transport/HelperProtocolConfig.h"
+#include "Transport/HelperProtocolResults.h"
 
 // The outer shape of what crosses the pipe: requests to the engine and its replies. Each is one JSON object on one
 // line. Events are in ServerEvent.h.
@@ -283,21 +284,5 @@ QByteArray encodedReply(const QString &id, const Result &result) {
     return writer.take();
 }
 QByteArray encodedFailure(const QString &id, EngineErrorCode code, const QString &message);
-
-// The result of a call whose result nobody reads: accepts any JSON.
-struct EmptyResult {
-    bool operator==(const EmptyResult &) const = default;
-};
-
-template<class Node>
-bool readWire(const Node &, EmptyResult &, JSONFailure &) {
-    return true;
-}
-
-struct PreviewTracksResult {
-    std::vector<PreviewTrackDTO> tracks;
-    bool operator==(const PreviewTracksResult &) const = default;
-};
-ZELK_JSON_FIELDS(PreviewTracksResult, tracks)
 
 } // namespace zelk

@@ -7,16 +7,15 @@
 
 #include <memory>
 #include <optional>
+#include <utility>
 
 namespace zelk {
 
 // Reads the engine's lines, one at a time and each with one parse, straight from where a line lies into the record. One
 // client's, on one thread: it keeps the parser and its memory from line to line.
 //
-//     decoder.parse(line);
-//     if (auto response = decoder.response(); response && pending.contains(response->id)) …
-//     else if (auto event = decoder.event()) …
-//     else log the line; decoder.failure() says what is wrong with it
+//     if (!decoder.route(line, isPending, onReply, onEvent))
+//         log the line; decoder.failure() says what is wrong with it
 //
 // What no JSON parser should take is no line at all: a byte-order mark, a raw control character in a text, a lone
 // surrogate, bytes that aren't UTF-8. A number too large for 64 bits is read as a float. Of two equal keys the first is
@@ -30,6 +29,22 @@ public:
     ~LineDecoder();
     LineDecoder(LineDecoder &&) noexcept;
     LineDecoder &operator=(LineDecoder &&) noexcept;
+
+    // Takes a line to where it belongs: to onReply(Response) when it is a reply and isPending(id) says that its request
+    // waits, else to onEvent(ServerEvent) when it is an event. False when it is neither. As parse(), for the buffer.
+    template<class IsPending, class OnReply, class OnEvent>
+    bool route(QByteArrayView line, IsPending isPending, OnReply onReply, OnEvent onEvent) {
+        if (!parse(line))
+            return false;
+        if (auto reply = response(); reply && isPending(reply->id)) {
+            onReply(std::move(*reply));
+            return true;
+        }
+        auto said = event();
+        if (said)
+            onEvent(std::move(*said));
+        return said.has_value();
+    }
 
     // Parses a line, of which nothing is needed after the call. The buffer must go on for `padding` bytes behind the
     // line. False when it isn't a JSON object: then there is neither a response nor an event in it.

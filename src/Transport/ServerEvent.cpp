@@ -11,7 +11,7 @@ namespace {
 void writeHead(JSONWriter &writer, QStringView name, const std::optional<QString> &correlationId) {
     writer.key(QLatin1StringView("event"));
     writer.string(name);
-    if (correlationId && !correlationId->isEmpty()) {
+    if (correlationId) {
         writer.key(QLatin1StringView("correlationId"));
         writer.string(QStringView(*correlationId));
     }
@@ -26,8 +26,10 @@ void writeCase(JSONWriter &writer, const ServerEvent::Unknown &event) {
 template<class Case>
 void writeCase(JSONWriter &writer, const Case &event) {
     const QString name(Case::eventName);
-    if constexpr (requires { event.correlationId; })
+    if constexpr (requires { event.correlationId.has_value(); })
         writeHead(writer, name, event.correlationId);
+    else if constexpr (requires { event.correlationId; })
+        writeHead(writer, name, event.correlationId.isEmpty() ? std::nullopt : std::optional(event.correlationId));
     else
         writeHead(writer, name, {});
     writer.beginObject();
