@@ -84,6 +84,9 @@ void Model::send(const CallRef &call, Clock::Duration timeout) {
     }
     if (!inputIsOpen) {
         fail(call, u"crashed"_s);
+        // The engine's end may come between the two tries.
+        if (call->isRetry)
+            call->mayEnd = {u"crashed"_s, u"unavailable"_s};
         return;
     }
     linesOnTheirWay.push_back(call->tag);
