@@ -38,6 +38,9 @@ public:
     /// the platform says.
     static std::unique_ptr<ChildProcess> launch(const QString &program, const QStringList &arguments,
                                                 Callbacks callbacks);
+    /// How a child is started: `launch`, or what a test has in its place.
+    using Launcher =
+        std::function<std::unique_ptr<ChildProcess>(const QString &program, const QStringList &, Callbacks)>;
 
     virtual qint64 processId() const = 0;
     virtual std::shared_ptr<InputPipe> input() const = 0;

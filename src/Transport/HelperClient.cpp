@@ -160,15 +160,19 @@ private:
                 });
         };
         auto starting = core->_process->start(std::move(onTermination));
+        core->_isLaunching = true;
         core.reset();
         auto chunks = co_await starting;
         core = self.lock();
         if (!core)
             co_return;
+        core->_isLaunching = false;
         core->_chunks = chunks;
         core->_pumpTask =
             startTask(&core->_tasks, [self, chunks](std::stop_token stop) { return pump(self, chunks, stop); });
         core->_events.push(HelperEvent::helperReady());
+        if (const auto early = std::exchange(core->_earlyTermination, std::nullopt))
+            core->onTermination(*early);
     }
 
     static QCoro::Task<> pump(Weak self, HelperProcess::Chunks chunks, std::stop_token stop) {
@@ -232,6 +236,11 @@ private:
     }
 
     void onTermination(const HelperProcess::Termination &termination) {
+        if (_isLaunching) {
+            // An engine that dies at once may be reported dead before its launch is.
+            _earlyTermination = termination;
+            return;
+        }
         // What the engine said last counts, even if the pump had no turn for it yet.
         if (_chunks) {
             const auto rest = _chunks->takeGathered();
@@ -305,6 +314,8 @@ private:
     LineDecoder _decoder;
     std::map<QString, Pending> _pending;
     std::uint64_t _nextId = 0;
+    bool _isLaunching = false;
+    std::optional<HelperProcess::Termination> _earlyTermination;
     std::optional<HelperProcess::Chunks> _chunks;
     TaskHandle _pumpTask;
     bool _started = false;

@@ -21,8 +21,9 @@ using EventReader = AsyncStream<HelperEvent>::Reader;
 
 /// How everything in the application reaches the engine. All calls may come from any executor's thread and resume on
 /// it. A failure is thrown as `HelperError`; a cancelled call throws `Cancelled`. A request is queued at the call,
-/// before the first suspension: the order of calls is the order of lines.
-class HelperClienting {
+/// before the first suspension: the order of calls is the order of lines. It is owned by shared pointers, and a call
+/// under way keeps nobody from its release, which fails what is open with `HelperError::helperUnavailable`.
+class HelperClienting : public std::enable_shared_from_this<HelperClienting> {
 public:
     static constexpr std::chrono::seconds standardTimeout{15};
 

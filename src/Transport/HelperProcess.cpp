@@ -1,6 +1,5 @@
 #include "Transport/HelperProcess.h"
 
-#include "Platform/ChildProcess.h"
 #include "Platform/InputPipe.h"
 #include "Support/Logger.h"
 #include "Support/OneShot.h"
@@ -66,9 +65,10 @@ QString HelperProcess::Termination::description() const {
 /// The state, touched on the executor's thread only.
 class HelperProcess::Core : public std::enable_shared_from_this<Core> {
 public:
-    Core(QString executablePath, QStringList arguments, std::shared_ptr<Clock> clock)
+    Core(QString executablePath, QStringList arguments, std::shared_ptr<Clock> clock, ChildProcess::Launcher launcher)
         : _executablePath(std::move(executablePath)), _arguments(std::move(arguments)), _clock(std::move(clock)),
-          _stdinQueue(SerialExecutor::make(QStringLiteral("orrim.zelk.helper.stdin"))) {}
+          _launcher(std::move(launcher)), _stdinQueue(SerialExecutor::make(QStringLiteral("orrim.zelk.helper.stdin"))) {
+    }
 
     ~Core() { closeInput(); }
 
@@ -79,7 +79,7 @@ public:
         _stdout.emplace();
         const Chunks chunks = _stdout->reader();
         try {
-            _process = ChildProcess::launch(_executablePath, _arguments, callbacks());
+            _process = _launcher(_executablePath, _arguments, callbacks());
         } catch (const std::exception &failure) {
             _stdout.reset();
             _logger.error(QStringLiteral("helper failed to launch: %1").arg(QString::fromUtf8(failure.what())));
@@ -161,6 +161,7 @@ private:
     const QString _executablePath;
     const QStringList _arguments;
     const std::shared_ptr<Clock> _clock;
+    const ChildProcess::Launcher _launcher;
     const Logger _logger{"helper"};
     const SerialExecutor::Ref _stdinQueue;
     std::optional<AsyncStream<QByteArray>> _stdout;
@@ -172,9 +173,11 @@ private:
     OnTermination _onTermination;
 };
 
-HelperProcess::HelperProcess(QString executablePath, QStringList arguments, std::shared_ptr<Clock> clock)
+HelperProcess::HelperProcess(QString executablePath, QStringList arguments, std::shared_ptr<Clock> clock,
+                             ChildProcess::Launcher launcher)
     : _executor(SerialExecutor::make(QStringLiteral("orrim.zelk.helper"))),
-      _core(std::make_shared<Core>(std::move(executablePath), std::move(arguments), std::move(clock))) {}
+      _core(std::make_shared<Core>(std::move(executablePath), std::move(arguments), std::move(clock),
+                                   std::move(launcher))) {}
 
 HelperProcess::HelperProcess(QStringList arguments, std::shared_ptr<Clock> clock)
     : HelperProcess(HelperLocator::locate(Bundle::main(), QProcessEnvironment::systemEnvironment()),

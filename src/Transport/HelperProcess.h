@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/ChildProcess.h"
 #include "Support/AsyncStream.h"
 #include "Support/Clock.h"
 #include "Support/SerialExecutor.h"
@@ -39,7 +40,8 @@ public:
     using OnTermination = std::function<void(const Termination &)>;
 
     /// What `arguments` start with is `executablePath`, not a shell. Nothing runs yet.
-    HelperProcess(QString executablePath, QStringList arguments, std::shared_ptr<Clock> clock);
+    HelperProcess(QString executablePath, QStringList arguments, std::shared_ptr<Clock> clock,
+                  ChildProcess::Launcher launcher = ChildProcess::launch);
     /// The engine that the main bundle and the environment give; throws `HelperError::helperMissing`.
     HelperProcess(QStringList arguments, std::shared_ptr<Clock> clock);
     ~HelperProcess();

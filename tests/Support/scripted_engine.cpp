@@ -3,17 +3,25 @@
 // it.
 //
 // A transcript is a text file, a command a line; "#" begins a comment. "launch" begins the part that one launch plays;
-// the last part repeats, and a transcript without "launch" is one part. What happened is appended to TRANSCRIPT.log, a
-// line each: "launch N", "line TEXT" for what was read, "eof", "unexpected TEXT".
+// the last part repeats, or with "again" anywhere all of them do, and a transcript without "launch" is one part. What
+// happened is appended to TRANSCRIPT.log, a line each: "launch N", "line TEXT" for what was read, "eof",
+// "unexpected TEXT".
 //
-//   expect METHOD [NAME]   reads a line, whose method must be METHOD; its id is %NAME% from then on, and %id% is the
-//   last one's read COUNT             reads that many lines, whatever they are send TEXT              writes TEXT and a
-//   line feed, with %NAME% replaced raw TEXT               writes TEXT alone, with \n, \r, \\ and \xHH for what can't
-//   stand in a line flood COUNT TEXT       writes TEXT and a line feed COUNT times, with %i% replaced by 0, 1, … fill
-//   COUNT             writes COUNT letters error TEXT             writes TEXT and a line feed to standard error sleep
-//   MILLISECONDS signal NUMBER, exit STATUS drain                  reads to the end of the input stall reads nothing
-//   more, and stays until the input's other end has gone orphan                 leaves a child behind that holds all
-//   pipes open for two seconds
+// - expect METHOD [NAME]: reads a line, whose method must be METHOD; its id is %NAME% from then on, and %id% is the
+//   last one's
+// - read COUNT: reads that many lines, whatever they are
+// - send TEXT: writes TEXT and a line feed, with %NAME% replaced
+// - raw TEXT: writes TEXT alone, with \n, \r, \\ and \xHH for what can't stand in a line
+// - flood COUNT TEXT: writes TEXT and a line feed COUNT times, with %i% replaced by 0, 1, …
+// - fill COUNT: writes COUNT letters
+// - error TEXT: writes TEXT and a line feed to standard error
+// - sleep MILLISECONDS
+// - reply METHOD TEXT: from then on, answers each METHOD that is read while idle with the line TEXT
+// - idle MILLISECONDS: reads what comes in that time, and answers what "reply" tells it to
+// - signal NUMBER, exit STATUS
+// - drain: reads to the end of the input
+// - stall: reads nothing more, and stays until the input's other end has gone
+// - orphan: leaves a child behind that holds all pipes open for ten seconds
 
 #include <algorithm>
 #include <cerrno>
@@ -75,16 +83,25 @@ public:
                 note("line " + out);
                 return true;
             }
-            char block[65536];
-            const auto count = ::read(STDIN_FILENO, block, sizeof block);
-            if (count < 0 && errno == EINTR)
-                continue;
-            if (count <= 0) {
-                note("eof");
+            if (!fill())
                 return false;
-            }
-            _held.append(block, static_cast<std::size_t>(count));
         }
+    }
+
+    bool hasLine() const { return _held.find('\n') != std::string::npos; }
+
+    /// Takes in what comes next, waiting for it; false at the end.
+    bool fill() {
+        char block[65536];
+        auto count = ::read(STDIN_FILENO, block, sizeof block);
+        while (count < 0 && errno == EINTR)
+            count = ::read(STDIN_FILENO, block, sizeof block);
+        if (count <= 0) {
+            note("eof");
+            return false;
+        }
+        _held.append(block, static_cast<std::size_t>(count));
+        return true;
     }
 
 private:
@@ -125,6 +142,10 @@ public:
             writeAll(STDERR_FILENO, unescaped(rest) + '\n');
         else if (verb == "sleep")
             std::this_thread::sleep_for(std::chrono::milliseconds(std::stoul(rest)));
+        else if (verb == "reply")
+            learn(rest);
+        else if (verb == "idle")
+            idle(std::chrono::milliseconds(std::stoul(rest)));
         else if (verb == "signal")
             killItself(std::stoi(rest));
         else if (verb == "exit")
@@ -170,6 +191,33 @@ private:
                 std::_Exit(0);
             _names["id"] = member(line, "id");
         }
+    }
+
+    void learn(const std::string &rest) {
+        const auto space = rest.find(' ');
+        _replies[rest.substr(0, space)] = rest.substr(space + 1);
+    }
+
+    void idle(std::chrono::milliseconds time) {
+        using std::chrono::steady_clock;
+        const auto end = steady_clock::now() + time;
+        while (true) {
+            for (std::string line; _input.hasLine() && _input.line(line);)
+                answer(line);
+            const auto left = std::chrono::ceil<std::chrono::milliseconds>(end - steady_clock::now());
+            if (left.count() <= 0)
+                return;
+            pollfd input{STDIN_FILENO, POLLIN, 0};
+            if (::poll(&input, 1, static_cast<int>(left.count())) > 0 && !_input.fill())
+                std::_Exit(0);
+        }
+    }
+
+    void answer(const std::string &line) {
+        _names["id"] = member(line, "id");
+        const auto reply = _replies.find(member(line, "method"));
+        if (reply != _replies.end())
+            writeAll(STDOUT_FILENO, filled(reply->second) + '\n');
     }
 
     void flood(const std::string &rest) {
@@ -246,6 +294,7 @@ private:
 
     Input _input;
     std::map<std::string, std::string> _names;
+    std::map<std::string, std::string> _replies;
 };
 
 unsigned long countLaunch(const std::string &transcript) {
@@ -256,11 +305,21 @@ unsigned long countLaunch(const std::string &transcript) {
     return before;
 }
 
-std::vector<std::vector<std::string>> readTranscript(const std::string &path) {
+struct Transcript {
+    std::vector<std::vector<std::string>> parts{1};
+    bool startsOver = false;
+
+    const std::vector<std::string> &partOf(unsigned long launch) const {
+        return parts[startsOver ? launch % parts.size() : std::min<std::size_t>(launch, parts.size() - 1)];
+    }
+};
+
+Transcript readTranscript(const std::string &path) {
     std::ifstream file(path);
     if (!file)
         giveUp("no transcript at " + path);
-    std::vector<std::vector<std::string>> parts(1);
+    Transcript transcript;
+    auto &parts = transcript.parts;
     bool sawLaunch = false;
     for (std::string line; std::getline(file, line);) {
         const auto begin = line.find_first_not_of(' ');
@@ -272,9 +331,12 @@ std::vector<std::vector<std::string>> readTranscript(const std::string &path) {
                 parts.emplace_back();
             continue;
         }
-        parts.back().push_back(line);
+        if (line == "again")
+            transcript.startsOver = true;
+        else
+            parts.back().push_back(line);
     }
-    return parts;
+    return transcript;
 }
 
 } // namespace
@@ -285,12 +347,12 @@ int main(int argc, char **argv) {
         const char *given = std::getenv("ZELK_SCRIPT");
         transcript = given ? given : "";
     }
-    const auto parts = readTranscript(transcript);
+    const auto script = readTranscript(transcript);
     logPath = transcript + ".log";
     const auto launch = countLaunch(transcript);
     note("launch " + std::to_string(launch + 1));
     Player player;
-    for (const auto &command : parts[std::min<std::size_t>(launch, parts.size() - 1)])
+    for (const auto &command : script.partOf(launch))
         player.play(command);
     player.drain();
     return 0;

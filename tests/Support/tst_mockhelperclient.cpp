@@ -50,10 +50,11 @@ private Q_SLOTS:
 
     void theTypedHelpersWorkAsWithTheRealOne() {
         // A bare list: the first way fails, the second succeeds.
-        MockHelperClient client({{Method::getPlaylistTracks, toJSONValue(SampleData::previewTracks())}});
-        const auto outcome = outcomeOf(client.getPlaylistTracks(PlaylistSourceId::spotify, u"p"_s, u"name"_s));
+        const auto client = std::make_shared<MockHelperClient>(
+            MockHelperClient::Responses{{Method::getPlaylistTracks, toJSONValue(SampleData::previewTracks())}});
+        const auto outcome = outcomeOf(client->getPlaylistTracks(PlaylistSourceId::spotify, u"p"_s, u"name"_s));
         QVERIFY(outcome.succeeded());
-        const auto sent = outcomeOf(client.sent());
+        const auto sent = outcomeOf(client->sent());
         const auto request = Request::getPlaylistTracks(PlaylistSourceId::spotify, u"p"_s, u"name"_s);
         QCOMPARE(*sent.value, (std::vector{request, request}));
     }

@@ -122,6 +122,16 @@ private Q_SLOTS:
         QTRY_VERIFY(c.engine.log().contains("eof"_s));
     }
 
+    void theReleaseBetweenTheTwoTriesForTracksFailsTheCall() {
+        Connected c({"drain"_s});
+        QVERIFY(c.start());
+        const auto tracks = observe(&c, c.client->getPlaylistTracks(PlaylistSourceId::apple, "p"_s, std::nullopt));
+        QTRY_COMPARE(c.engine.lines().size(), 1);
+        c.client.reset();
+        QTRY_VERIFY(tracks->failedWith(HelperError::helperUnavailable()));
+        QCOMPARE(c.engine.lines().size(), 1);
+    }
+
     void aStoppedEngineTimesRequestsOutAndGoesOnHoldingNobody() {
         Connected c({"stall"_s});
         QVERIFY(c.start());
