@@ -8,7 +8,6 @@ threads = policy('threads')
 qml_literals = policy('qml_literals')
 words = policy('words')
 lengths = policy('lengths')
-packages = policy('packages')
 
 
 class Threads(unittest.TestCase):
@@ -68,13 +67,6 @@ class Lengths(unittest.TestCase):
         self.assertEqual(lengths.check('src/a.cpp', '\n' * 451), 'src/a.cpp: 451 lines, more than 450')
         self.assertEqual(lengths.check('src/A.qml', '\n' * 221), 'src/A.qml: 221 lines, more than 220')
         self.assertIsNone(lengths.check('docs/a.md', '\n' * 5000))
-
-
-class Packages(unittest.TestCase):
-    def test_whatRunsTheProgramIsNamedByThePackage(self):
-        setup = 'fonts-sans   # run: the typeface\nfonts   # run: others\ng++   # build\nqml6-module-qt   # run: QML\n'
-        self.assertEqual(packages.check(setup, 'DEPENDS\n    fonts-sans)\n"qml6-module-qt, x"'), ['fonts'])
-        self.assertEqual(packages.check(setup, 'fonts-sans fonts qml6-module-qtquick'), ['qml6-module-qt'])
 
 
 if __name__ == '__main__':
