@@ -1,6 +1,8 @@
 #include "App/UnattendedRun.h"
 #include "App/ZELKApp.h"
+#include "Platform/DesktopEntry.h"
 #include "Platform/ProcessSignals.h"
+#include "Styling/ApplicationIcon.h"
 #include "Support/Logger.h"
 #include "Views/MainWindow.h"
 #include "Views/RunNotice.h"
@@ -87,7 +89,8 @@ int main(int argc, char **argv) {
     QCoreApplication::setOrganizationName(u"orrim"_s);
     QCoreApplication::setApplicationName(u"zelk"_s);
     QCoreApplication::setApplicationVersion(QStringLiteral(ZELK_VERSION));
-    QGuiApplication::setDesktopFileName(u"zelk"_s);
+    QGuiApplication::setDesktopFileName(desktopEntryName());
+    QGuiApplication::setWindowIcon(applicationIcon());
     const auto arguments = readArguments();
 
     const int status = run(arguments);

@@ -1,5 +1,7 @@
 #include "Platform/DesktopNotifier.h"
 
+#include "Platform/DesktopEntry.h"
+
 #include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusMessage>
@@ -38,9 +40,9 @@ public:
         if (!_bus.isConnected()) // the watcher of such a call would never tell
             return;
         auto call = callTo(u"Notify"_s);
-        call << u"zelk"_s << _shown << u"zelk"_s << summary << body.toHtmlEscaped()
+        call << u"zelk"_s << _shown << desktopEntryName() << summary << body.toHtmlEscaped()
              << QStringList{pick, QCoreApplication::translate("zelk", "Show zelk")}
-             << QVariantMap{{u"desktop-entry"_s, u"zelk"_s}} << -1;
+             << QVariantMap{{u"desktop-entry"_s, desktopEntryName()}} << -1;
         auto *const reply = new QDBusPendingCallWatcher(_bus.asyncCall(call), this);
         connect(reply, &QDBusPendingCallWatcher::finished, this, [this, reply, turn = ++_turn] {
             reply->deleteLater();

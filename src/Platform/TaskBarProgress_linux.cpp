@@ -1,5 +1,7 @@
 #include "Platform/TaskBarProgress.h"
 
+#include "Platform/DesktopEntry.h"
+
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QVariantMap>
@@ -26,7 +28,7 @@ private:
             return;
         auto signal =
             QDBusMessage::createSignal(u"/org/orrim/zelk"_s, u"com.canonical.Unity.LauncherEntry"_s, u"Update"_s);
-        signal << u"application://zelk.desktop"_s << properties;
+        signal << u"application://%1.desktop"_s.arg(desktopEntryName()) << properties;
         _bus.send(signal);
     }
 

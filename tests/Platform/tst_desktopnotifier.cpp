@@ -119,12 +119,12 @@ private Q_SLOTS:
         const auto &message = _service->shown.constFirst();
         QCOMPARE(message.application, u"zelk"_s);
         QCOMPARE(message.replaces, 0U);
-        QCOMPARE(message.icon, u"zelk"_s);
+        QCOMPARE(message.icon, u"org.orrim.zelk"_s);
         QCOMPARE(message.summary, u"Complete"_s);
         QCOMPARE(message.body, u"2 done · 1 failed"_s);
         QCOMPARE(message.actions.value(0), u"default"_s);
         QCOMPARE(message.actions.size(), 2);
-        QCOMPARE(message.hints.value(u"desktop-entry"_s).toString(), u"zelk"_s);
+        QCOMPARE(message.hints.value(u"desktop-entry"_s).toString(), u"org.orrim.zelk"_s);
         QCOMPARE(message.timeout, -1);
     }
 

@@ -49,7 +49,7 @@ private Q_SLOTS:
         progress->show(0.25);
         progress->clear();
         QTRY_COMPARE(bar.heard.size(), 2);
-        const QString entry = u"application://zelk.desktop"_s;
+        const QString entry = u"application://org.orrim.zelk.desktop"_s;
         QCOMPARE(bar.heard.at(0), (TaskBar::Update{entry, {{u"progress"_s, 0.25}, {u"progress-visible"_s, true}}}));
         QCOMPARE(bar.heard.at(1), (TaskBar::Update{entry, {{u"progress"_s, 0.0}, {u"progress-visible"_s, false}}}));
     }

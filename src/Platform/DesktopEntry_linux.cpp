@@ -1,0 +1,9 @@
+#include "Platform/DesktopEntry.h"
+
+namespace zelk {
+
+QString desktopEntryName() {
+    return QStringLiteral(ZELK_APPLICATION_ID);
+}
+
+} // namespace zelk
