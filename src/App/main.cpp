@@ -7,6 +7,7 @@
 #include "Views/MainWindow.h"
 #include "Views/RunNotice.h"
 #include "Views/RunProgress.h"
+#include "Views/Translations.h"
 
 #include <QCommandLineParser>
 #include <QGuiApplication>
@@ -113,6 +114,7 @@ int main(int argc, char **argv) {
         if (!OneWindow::goesOn(*instance, token))
             return EXIT_SUCCESS;
     }
+    Translations::install();
     const int status = run(arguments, std::move(instance));
     // What was cancelled with the model ends on the next turn.
     QCoreApplication::processEvents();
