@@ -47,9 +47,9 @@ namespace zelk {
 
 namespace {
 
-QString tr(const char *text) {
-    return QCoreApplication::translate("zelk", text);
-}
+struct Texts {
+    Q_DECLARE_TR_FUNCTIONS(zelk)
+};
 
 /// The engine of this machine, as a child of this process.
 AppModel::Launcher engineLauncher(const std::shared_ptr<Clock> &clock) {
@@ -61,21 +61,23 @@ AppModel::Launcher engineLauncher(const std::shared_ptr<Clock> &clock) {
 }
 
 Question::Wording libraryWording(const QString &libraryFile) {
-    return {.title = tr("Let zelk read your exported Music library?"),
-            .text =
-                tr("It is the library that the Music app exports to %1, and the covers of its tracks. This is about "
-                   "what the application itself reads; nothing is changed.")
-                    .arg(libraryFile),
-            .yes = tr("Allow"),
-            .no = tr("Don't Allow")};
+    return {
+        .title = Texts::tr("Let zelk read your exported Music library?"),
+        .text =
+            Texts::tr("It is the library that the Music app exports to %1, and the covers of its tracks. This is about "
+                      "what the application itself reads; nothing is changed.")
+                .arg(libraryFile),
+        .yes = Texts::tr("Allow"),
+        .no = Texts::tr("Don't Allow")};
 }
 
 Question::Wording signInWording() {
-    return {.title = tr("Let zelk sign in to Apple Music?"),
-            .text = tr("zelk asks its web service for a key, and your browser opens a page on which you allow zelk to "
-                       "read your Apple Music library and playlists."),
-            .yes = tr("Allow"),
-            .no = tr("Don't Allow")};
+    return {.title = Texts::tr("Let zelk sign in to Apple Music?"),
+            .text = Texts::tr(
+                "zelk asks its web service for a key, and your browser opens a page on which you allow zelk to "
+                "read your Apple Music library and playlists."),
+            .yes = Texts::tr("Allow"),
+            .no = Texts::tr("Don't Allow")};
 }
 
 /// The sign-ins and consents of this process, which ask the user in dialogs of our own.

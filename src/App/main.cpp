@@ -1,20 +1,26 @@
+#include "App/OneWindow.h"
 #include "App/UnattendedRun.h"
 #include "App/ZELKApp.h"
 #include "Platform/DesktopEntry.h"
 #include "Platform/ProcessSignals.h"
+#include "Platform/SingleInstance.h"
 #include "Styling/ApplicationIcon.h"
 #include "Support/Logger.h"
 #include "Views/MainWindow.h"
 #include "Views/RunNotice.h"
 #include "Views/RunProgress.h"
+#include "Views/Translations.h"
 
 #include <QCommandLineParser>
 #include <QGuiApplication>
 #include <QQuickWindow>
+#include <QStandardPaths>
 #include <QUrl>
 
 #include <cstdlib>
+#include <memory>
 #include <optional>
+#include <utility>
 
 using namespace zelk;
 using namespace Qt::Literals::StringLiterals;
@@ -64,27 +70,37 @@ struct RunSigns {
     const RunProgress progress;
 };
 
-int run(const Arguments &arguments) {
+/// What the desktop gave this start so that its window may come to the front. Qt clears it away.
+QString activationToken() {
+    const QString token = qEnvironmentVariable("XDG_ACTIVATION_TOKEN");
+    return token.isEmpty() ? qEnvironmentVariable("DESKTOP_STARTUP_ID") : token;
+}
+
+/// `instance` is null for a run that stands beside any window.
+int run(const Arguments &arguments, std::unique_ptr<SingleInstance> instance) {
     const ZELKApp app(arguments.unattended ? ZELKApp::Attendance::unattended : ZELKApp::Attendance::attended);
     const auto surroundings = app.windowSurroundings();
     const MainWindow window(app.model(), surroundings);
     if (!window.window())
         return EXIT_FAILURE;
-    for (const auto &address : arguments.addresses)
-        open(address);
+    if (instance)
+        OneWindow::answer(*instance, [&window] { window.bringToFront(); });
     std::optional<UnattendedRun> unattended;
     std::optional<RunSigns> signs;
     if (arguments.unattended)
         unattended.emplace(app.model(), *window.window(), arguments.screenshot);
     else
         signs.emplace(*app.model().sync(), window, surroundings.clock);
-    return QGuiApplication::exec();
+    const int status = QGuiApplication::exec();
+    instance.reset(); // from here on nobody would answer
+    return status;
 }
 
 } // namespace
 
 int main(int argc, char **argv) {
     prepareProcessSignals();
+    const QString token = activationToken();
     QGuiApplication application(argc, argv);
     QCoreApplication::setOrganizationName(u"orrim"_s);
     QCoreApplication::setApplicationName(u"zelk"_s);
@@ -92,8 +108,17 @@ int main(int argc, char **argv) {
     QGuiApplication::setDesktopFileName(desktopEntryName());
     QGuiApplication::setWindowIcon(applicationIcon());
     const auto arguments = readArguments();
+    for (const auto &address : arguments.addresses)
+        open(address);
 
-    const int status = run(arguments);
+    std::unique_ptr<SingleInstance> instance;
+    if (!arguments.unattended) {
+        instance = SingleInstance::ofSession(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation));
+        if (!OneWindow::goesOn(*instance, token))
+            return EXIT_SUCCESS;
+    }
+    Translations::install();
+    const int status = run(arguments, std::move(instance));
     // What was cancelled with the model ends on the next turn.
     QCoreApplication::processEvents();
     return status;

@@ -10,9 +10,9 @@ namespace zelk::ServiceCatalog {
 
 namespace {
 
-QString tr(const char *text) {
-    return QCoreApplication::translate("zelk", text);
-}
+struct Texts {
+    Q_DECLARE_TR_FUNCTIONS(zelk)
+};
 
 } // namespace
 
@@ -21,21 +21,21 @@ const std::array<DownloadSourceInfo, 4> &downloadSources() {
         {.id = SourceId::soulseek,
          .name = u"Soulseek"_s,
          .assetName = u"ServiceSoulseek"_s,
-         .blurb = tr("Peer-to-peer lossless sharing — best quality (FLAC). No setup needed.")},
+         .blurb = Texts::tr("Peer-to-peer lossless sharing — best quality (FLAC). No setup needed.")},
         {.id = SourceId::bandcamp,
          .name = u"Bandcamp"_s,
          .assetName = u"ServiceBandcamp"_s,
-         .blurb = tr("Real FLAC for lossless tracks, straight from artists.")},
+         .blurb = Texts::tr("Real FLAC for lossless tracks, straight from artists.")},
         {.id = SourceId::soundcloud,
          .name = u"SoundCloud"_s,
          .assetName = u"ServiceSoundCloud"_s,
-         .blurb = tr("Remixes and DJ edits. Add a token to unlock higher-quality (256 kbps) streams."),
+         .blurb = Texts::tr("Remixes and DJ edits. Add a token to unlock higher-quality (256 kbps) streams."),
          .keyService = AccountService::soundcloud,
-         .keyPlaceholder = tr("SoundCloud OAuth token (optional)")},
+         .keyPlaceholder = Texts::tr("SoundCloud OAuth token (optional)")},
         {.id = SourceId::youtube,
          .name = u"YouTube"_s,
          .assetName = u"ServiceYouTube"_s,
-         .blurb = tr("The widest catalog, as a lossy last resort.")},
+         .blurb = Texts::tr("The widest catalog, as a lossy last resort.")},
     }};
     return table;
 }
@@ -48,9 +48,11 @@ const DownloadSourceInfo &downloadSource(SourceId id) {
 
 const std::array<QualityProfileInfo, 3> &qualityProfiles() {
     static const std::array<QualityProfileInfo, 3> table{{
-        {QualityProfile::best, tr("Best"), tr("Upgrade to lossless whenever it's available.")},
-        {QualityProfile::balanced, tr("Balanced"), tr("Keep 256k+/lossless; replace anything worse or missing.")},
-        {QualityProfile::fast, tr("Fast"), tr("Accept the first decent match — fills your library quickly.")},
+        {QualityProfile::best, Texts::tr("Best"), Texts::tr("Upgrade to lossless whenever it's available.")},
+        {QualityProfile::balanced, Texts::tr("Balanced"),
+         Texts::tr("Keep 256k+/lossless; replace anything worse or missing.")},
+        {QualityProfile::fast, Texts::tr("Fast"),
+         Texts::tr("Accept the first decent match — fills your library quickly.")},
     }};
     return table;
 }

@@ -13,9 +13,9 @@ namespace {
 
 constexpr qsizetype listed = 10;
 
-QString counted(const char *text, qsizetype count) {
-    return QCoreApplication::translate("zelk", text, nullptr, static_cast<int>(count));
-}
+struct Texts {
+    Q_DECLARE_TR_FUNCTIONS(zelk)
+};
 
 } // namespace
 
@@ -46,7 +46,7 @@ void OrphansLogic::follow() {
 }
 
 QString OrphansLogic::message() const {
-    return counted("%n leftover file(s) no longer in your playlists", m_paths.size());
+    return Texts::tr("%n leftover file(s) no longer in your playlists", nullptr, static_cast<int>(m_paths.size()));
 }
 
 QStringList OrphansLogic::names() const {
@@ -57,7 +57,9 @@ QStringList OrphansLogic::names() const {
 }
 
 QString OrphansLogic::more() const {
-    return m_paths.size() > listed ? counted("and %n more file(s)…", m_paths.size() - listed) : QString();
+    return m_paths.size() > listed
+               ? Texts::tr("and %n more file(s)…", nullptr, static_cast<int>(m_paths.size() - listed))
+               : QString();
 }
 
 void OrphansLogic::toggle() {

@@ -9,9 +9,9 @@ using namespace Qt::Literals::StringLiterals;
 namespace zelk {
 
 namespace {
-QString words(const char *text, int n = -1) {
-    return QCoreApplication::translate("zelk", text, nullptr, n);
-}
+struct Texts {
+    Q_DECLARE_TR_FUNCTIONS(zelk)
+};
 } // namespace
 
 void SidebarEntry::load(const SidebarRow &row) {
@@ -32,18 +32,19 @@ QString SidebarEntry::caption() const {
     if (!m_row.count)
         return {};
     return m_row.kind == SidebarRow::Kind::section ? QString::number(*m_row.count)
-                                                   : words("%n track(s)", static_cast<int>(*m_row.count));
+                                                   : Texts::tr("%n track(s)", nullptr, static_cast<int>(*m_row.count));
 }
 
 QString SidebarEntry::spoken() const {
     if (m_row.kind != SidebarRow::Kind::playlist)
         return m_row.name;
-    return words("%1, %2, %3 tracks")
+    return Texts::tr("%1, %2, %3 tracks")
         .arg(m_row.name, Tokens::Source::displayName(m_row.source), QString::number(m_row.count.value_or(0)));
 }
 
 QString SidebarEntry::hint() const {
-    return m_row.kind == SidebarRow::Kind::folder ? words("Select all playlists in “%1”").arg(m_row.name) : QString();
+    return m_row.kind == SidebarRow::Kind::folder ? Texts::tr("Select all playlists in “%1”").arg(m_row.name)
+                                                  : QString();
 }
 
 QString SidebarEntry::symbol() const {
@@ -63,7 +64,7 @@ QColor SidebarEntry::sourceColor() const {
 }
 
 QString SidebarEntry::expandLabel() const {
-    return (m_row.expanded ? words("Collapse %1") : words("Expand %1")).arg(m_row.name);
+    return (m_row.expanded ? Texts::tr("Collapse %1") : Texts::tr("Expand %1")).arg(m_row.name);
 }
 
 } // namespace zelk

@@ -8,27 +8,27 @@ using namespace Qt::Literals::StringLiterals;
 namespace zelk::SummaryTexts {
 
 namespace {
-QString tr(const char *text, int n = -1) {
-    return QCoreApplication::translate("zelk", text, nullptr, n);
-}
+struct Texts {
+    Q_DECLARE_TR_FUNCTIONS(zelk)
+};
 } // namespace
 
 QString phaseText(SyncPhase phase) {
     switch (phase) {
     case SyncPhase::idle:
-        return tr("Idle");
+        return Texts::tr("Idle");
     case SyncPhase::preparing:
-        return tr("Preparing…");
+        return Texts::tr("Preparing…");
     case SyncPhase::running:
-        return tr("Syncing");
+        return Texts::tr("Syncing");
     case SyncPhase::finishing:
-        return tr("Finishing…");
+        return Texts::tr("Finishing…");
     case SyncPhase::done:
-        return tr("Complete");
+        return Texts::tr("Complete");
     case SyncPhase::cancelled:
-        return tr("Cancelled");
+        return Texts::tr("Cancelled");
     case SyncPhase::interrupted:
-        return tr("Interrupted");
+        return Texts::tr("Interrupted");
     }
     return {};
 }
@@ -40,32 +40,32 @@ QString runLine(const std::optional<SyncSummary> &summary, const RunCounts &coun
             if (count >= 1)
                 parts += text.arg(count);
         };
-        add(summary->ok, tr("%1 done"));
-        add(summary->present, tr("%1 on disk"));
-        add(summary->flagged, tr("%1 flagged"));
-        add(summary->failed, tr("%1 failed"));
-        add(summary->skipped, tr("%1 skipped"));
-        return parts.isEmpty() ? tr("Up to date") : parts.join(u" · "_s);
+        add(summary->ok, Texts::tr("%1 done"));
+        add(summary->present, Texts::tr("%1 on disk"));
+        add(summary->flagged, Texts::tr("%1 flagged"));
+        add(summary->failed, Texts::tr("%1 failed"));
+        add(summary->skipped, Texts::tr("%1 skipped"));
+        return parts.isEmpty() ? Texts::tr("Up to date") : parts.join(u" · "_s);
     }
-    parts += tr("%1 / %2 done").arg(counts.completed).arg(counts.total);
+    parts += Texts::tr("%1 / %2 done").arg(counts.completed).arg(counts.total);
     if (counts.review > 0)
-        parts += tr("%1 need review").arg(counts.review);
+        parts += Texts::tr("%1 need review").arg(counts.review);
     if (counts.failed > 0)
-        parts += tr("%1 failed").arg(counts.failed);
+        parts += Texts::tr("%1 failed").arg(counts.failed);
     return parts.join(u" · "_s);
 }
 
 QString previewCounts(int playlists, int tracks) {
-    return tr("%n playlist(s)", playlists) + u" · "_s + tr("%n track(s)", tracks);
+    return Texts::tr("%n playlist(s)", nullptr, playlists) + u" · "_s + Texts::tr("%n track(s)", nullptr, tracks);
 }
 
 QString previewLine(int tracks, int onDisk) {
     QStringList parts;
     if (onDisk > 0)
-        parts += tr("%1 on disk").arg(onDisk);
+        parts += Texts::tr("%1 on disk").arg(onDisk);
     if (tracks - onDisk > 0)
-        parts += tr("%1 not downloaded").arg(tracks - onDisk);
-    return parts.isEmpty() ? tr("Empty") : parts.join(u" · "_s);
+        parts += Texts::tr("%1 not downloaded").arg(tracks - onDisk);
+    return parts.isEmpty() ? Texts::tr("Empty") : parts.join(u" · "_s);
 }
 
 } // namespace zelk::SummaryTexts

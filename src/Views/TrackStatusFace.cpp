@@ -12,9 +12,9 @@ namespace zelk {
 
 namespace {
 
-QString tr(const char *text) {
-    return QCoreApplication::translate("zelk", text);
-}
+struct Texts {
+    Q_DECLARE_TR_FUNCTIONS(zelk)
+};
 
 TrackStatusFace pill(StatusRole role, const QString &text) {
     return {TrackStatusFace::Kind::pill, text, text, Tokens::Status::symbol(role), Tokens::Status::color(role), 0};
@@ -25,7 +25,7 @@ TrackStatusFace working(const TrackModel &track, const TrackState::Working &stat
         const QString percent = QString::number(Format::percent(track.downloadFraction())) + u'%';
         return {TrackStatusFace::Kind::downloading,
                 track.progressDetail().value_or(percent),
-                tr("Downloading"),
+                Texts::tr("Downloading"),
                 {},
                 Ink::secondary,
                 track.downloadFraction()};
@@ -42,13 +42,13 @@ TrackStatusFace working(const TrackModel &track, const TrackState::Working &stat
 TrackStatusFace done(Finish status) {
     switch (status) {
     case Finish::ok:
-        return pill(StatusRole::done, tr("Done"));
+        return pill(StatusRole::done, Texts::tr("Done"));
     case Finish::lowConfidence:
-        return pill(StatusRole::review, tr("Low confidence"));
+        return pill(StatusRole::review, Texts::tr("Low confidence"));
     case Finish::failed:
-        return pill(StatusRole::failed, tr("Failed"));
+        return pill(StatusRole::failed, Texts::tr("Failed"));
     case Finish::skipped:
-        return pill(StatusRole::skipped, tr("Skipped"));
+        return pill(StatusRole::skipped, Texts::tr("Skipped"));
     }
     return {};
 }
@@ -58,16 +58,20 @@ TrackStatusFace done(Finish status) {
 TrackStatusFace trackStatusFace(const TrackModel &track) {
     using Kind = TrackStatusFace::Kind;
     return match(
-        track.state(), [](const TrackState::Queued &) { return pill(StatusRole::queued, tr("Queued")); },
+        track.state(), [](const TrackState::Queued &) { return pill(StatusRole::queued, Texts::tr("Queued")); },
         [](const TrackState::CheckingDisk &) {
-            return TrackStatusFace{Kind::checking, tr("Checking disk"), tr("Checking disk"), {}, Ink::secondary, 0};
+            return TrackStatusFace{
+                Kind::checking, Texts::tr("Checking disk"), Texts::tr("Checking disk"), {}, Ink::secondary, 0};
         },
-        [](const TrackState::Present &) { return pill(StatusRole::present, tr("On disk")); },
+        [](const TrackState::Present &) { return pill(StatusRole::present, Texts::tr("On disk")); },
         [&track](const TrackState::Working &state) { return working(track, state); },
         [](const TrackState::AwaitingReview &) {
-            return TrackStatusFace{Kind::review,       tr("Review"),
-                                   tr("Needs review"), Tokens::Status::symbol(StatusRole::review),
-                                   Ink::orange,        0};
+            return TrackStatusFace{Kind::review,
+                                   Texts::tr("Review"),
+                                   Texts::tr("Needs review"),
+                                   Tokens::Status::symbol(StatusRole::review),
+                                   Ink::orange,
+                                   0};
         },
         [](const TrackState::Done &state) { return done(state.status); },
         [](const TrackState::Failed &state) {

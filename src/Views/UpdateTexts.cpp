@@ -11,16 +11,16 @@ namespace zelk {
 
 namespace {
 
-QString tr(const char *text) {
-    return QCoreApplication::translate("UpdateDialog", text);
-}
+struct Texts {
+    Q_DECLARE_TR_FUNCTIONS(UpdateDialog)
+};
 
 UpdateButton putAway(const QString &text) {
     return {text, UpdateAnswer::later};
 }
 
 UpdateButton cancel() {
-    return {tr("Cancel"), UpdateAnswer::cancel};
+    return {Texts::tr("Cancel"), UpdateAnswer::cancel};
 }
 
 QString size(qint64 bytes) {
@@ -30,11 +30,11 @@ QString size(qint64 bytes) {
 QString howItArrives(UpdateDelivery delivery) {
     switch (delivery) {
     case UpdateDelivery::download:
-        return tr("zelk can download the new one beside itself. Installing it is up to you.");
+        return Texts::tr("zelk can download the new one beside itself. Installing it is up to you.");
     case UpdateDelivery::packageManager:
-        return tr("The package manager of this system installed zelk, and brings the new version too.");
+        return Texts::tr("The package manager of this system installed zelk, and brings the new version too.");
     case UpdateDelivery::elsewhere:
-        return tr("zelk can't write to the folder that it is in. Get the new version where you got this one.");
+        return Texts::tr("zelk can't write to the folder that it is in. Get the new version where you got this one.");
     }
     Q_UNREACHABLE();
 }
@@ -45,44 +45,47 @@ struct Explanation {
 };
 
 Explanation explain(UpdateProblem problem) {
-    const QString refused = tr("The Update Was Refused");
-    const QString unreachable = tr("The Update Server Can't Be Reached");
-    const QString failed = tr("The Update Failed");
+    const QString refused = Texts::tr("The Update Was Refused");
+    const QString unreachable = Texts::tr("The Update Server Can't Be Reached");
+    const QString failed = Texts::tr("The Update Failed");
     switch (problem) {
     case UpdateProblem::noFeed:
-        return {tr("This Build Has No Updates"),
-                tr("It doesn't name a place to get them from. Get a new version where you got this one.")};
+        return {Texts::tr("This Build Has No Updates"),
+                Texts::tr("It doesn't name a place to get them from. Get a new version where you got this one.")};
     case UpdateProblem::insecureAddress:
-        return {refused, tr("It leads to an address that isn't secure, so nothing was taken from there.")};
+        return {refused, Texts::tr("It leads to an address that isn't secure, so nothing was taken from there.")};
     case UpdateProblem::unreachable:
-        return {unreachable, tr("There is no connection, or it broke. Check your network and try again.")};
+        return {unreachable, Texts::tr("There is no connection, or it broke. Check your network and try again.")};
     case UpdateProblem::untrustedServer:
-        return {refused, tr("The certificate of the update server can't be trusted, so nothing was taken from there.")};
+        return {refused,
+                Texts::tr("The certificate of the update server can't be trusted, so nothing was taken from there.")};
     case UpdateProblem::refused:
-        return {failed, tr("The update server answers with an error. Try again later.")};
+        return {failed, Texts::tr("The update server answers with an error. Try again later.")};
     case UpdateProblem::silence:
-        return {unreachable, tr("It doesn't answer. Try again later.")};
+        return {unreachable, Texts::tr("It doesn't answer. Try again later.")};
     case UpdateProblem::unreadableFeed:
-        return {failed, tr("What the update server sends is no list of updates. Try again later.")};
+        return {failed, Texts::tr("What the update server sends is no list of updates. Try again later.")};
     case UpdateProblem::tooLarge:
-        return {refused, tr("What the update server sends is larger than it may be.")};
+        return {refused, Texts::tr("What the update server sends is larger than it may be.")};
     case UpdateProblem::unsignedUpdate:
-        return {refused, tr("There is a new version, but its signature is missing or this build can't check it.")};
+        return {refused,
+                Texts::tr("There is a new version, but its signature is missing or this build can't check it.")};
     case UpdateProblem::wrongLength:
-        return {refused, tr("The download isn't as long as announced. It has been deleted.")};
+        return {refused, Texts::tr("The download isn't as long as announced. It has been deleted.")};
     case UpdateProblem::wrongSignature:
-        return {refused, tr("The signature of the download is wrong. It has been deleted.")};
+        return {refused, Texts::tr("The signature of the download is wrong. It has been deleted.")};
     case UpdateProblem::unwritable:
-        return {failed,
-                tr("The download can't be written to the folder that zelk is in. Check that the disk has room.")};
+        return {
+            failed,
+            Texts::tr("The download can't be written to the folder that zelk is in. Check that the disk has room.")};
     }
     Q_UNREACHABLE();
 }
 
 UpdateFace face(const UpdateScene::Checking &) {
     return {.symbol = u"arrow.triangle.2.circlepath"_s,
-            .heading = tr("Checking for Updates…"),
-            .text = tr("This takes a moment."),
+            .heading = Texts::tr("Checking for Updates…"),
+            .text = Texts::tr("This takes a moment."),
             .secondary = cancel(),
             .closed = UpdateAnswer::cancel,
             .busy = true};
@@ -90,22 +93,23 @@ UpdateFace face(const UpdateScene::Checking &) {
 
 UpdateFace face(const UpdateScene::UpToDate &scene) {
     return {.symbol = u"checkmark.circle"_s,
-            .heading = tr("zelk Is Up to Date"),
-            .text = tr("You have version %1, the newest there is.").arg(scene.version),
-            .primary = putAway(tr("OK"))};
+            .heading = Texts::tr("zelk Is Up to Date"),
+            .text = Texts::tr("You have version %1, the newest there is.").arg(scene.version),
+            .primary = putAway(Texts::tr("OK"))};
 }
 
 UpdateFace face(const UpdateScene::Found &scene) {
     UpdateFace result{.symbol = u"arrow.down.circle"_s,
-                      .heading = tr("zelk %1 Is Available").arg(scene.version),
-                      .text = tr("You have version %1.").arg(scene.current) + u' ' + howItArrives(scene.delivery),
-                      .tertiary = {tr("Skip This Version"), UpdateAnswer::skip},
+                      .heading = Texts::tr("zelk %1 Is Available").arg(scene.version),
+                      .text =
+                          Texts::tr("You have version %1.").arg(scene.current) + u' ' + howItArrives(scene.delivery),
+                      .tertiary = {Texts::tr("Skip This Version"), UpdateAnswer::skip},
                       .notes = scene.notes};
     if (scene.delivery == UpdateDelivery::download) {
-        result.primary = {tr("Download"), UpdateAnswer::download};
-        result.secondary = putAway(tr("Later"));
+        result.primary = {Texts::tr("Download"), UpdateAnswer::download};
+        result.secondary = putAway(Texts::tr("Later"));
     } else {
-        result.primary = putAway(tr("OK"));
+        result.primary = putAway(Texts::tr("OK"));
     }
     return result;
 }
@@ -113,8 +117,9 @@ UpdateFace face(const UpdateScene::Found &scene) {
 UpdateFace face(const UpdateScene::Downloading &scene) {
     const bool whole = scene.received >= scene.total;
     return {.symbol = u"arrow.down.circle"_s,
-            .heading = tr("Downloading zelk %1…").arg(scene.version),
-            .text = whole ? tr("Checking its signature…") : tr("%1 of %2").arg(size(scene.received), size(scene.total)),
+            .heading = Texts::tr("Downloading zelk %1…").arg(scene.version),
+            .text = whole ? Texts::tr("Checking its signature…")
+                          : Texts::tr("%1 of %2").arg(size(scene.received), size(scene.total)),
             .secondary = cancel(),
             .closed = UpdateAnswer::cancel,
             .progress = whole ? 1.0 : static_cast<double>(scene.received) / static_cast<double>(scene.total)};
@@ -122,11 +127,12 @@ UpdateFace face(const UpdateScene::Downloading &scene) {
 
 UpdateFace face(const UpdateScene::Ready &scene) {
     return {.symbol = u"checkmark.shield"_s,
-            .heading = tr("zelk %1 Is Downloaded").arg(scene.version),
-            .text = tr("Its signature is right. To install it, quit zelk and put it in the place of this version:") +
-                    u'\n' + scene.file,
-            .primary = {tr("Show in Folder"), UpdateAnswer::showInFolder},
-            .secondary = putAway(tr("Close"))};
+            .heading = Texts::tr("zelk %1 Is Downloaded").arg(scene.version),
+            .text =
+                Texts::tr("Its signature is right. To install it, quit zelk and put it in the place of this version:") +
+                u'\n' + scene.file,
+            .primary = {Texts::tr("Show in Folder"), UpdateAnswer::showInFolder},
+            .secondary = putAway(Texts::tr("Close"))};
 }
 
 UpdateFace face(const UpdateScene::Failed &scene) {
@@ -134,7 +140,7 @@ UpdateFace face(const UpdateScene::Failed &scene) {
     return {.symbol = u"exclamationmark.triangle"_s,
             .heading = explanation.heading,
             .text = explanation.text,
-            .primary = putAway(tr("OK"))};
+            .primary = putAway(Texts::tr("OK"))};
 }
 
 } // namespace

@@ -11,14 +11,14 @@ namespace zelk {
 
 namespace {
 
-QString tr(const char *text) {
-    return QCoreApplication::translate("zelk", text);
-}
+struct Texts {
+    Q_DECLARE_TR_FUNCTIONS(zelk)
+};
 
 // "3 nodes". The number is put in by hand: what chooses the plural form is an int.
 QString nodes(qint64 count) {
     const auto form = static_cast<int>(std::clamp<qint64>(count, 0, std::numeric_limits<int>::max()));
-    return QCoreApplication::translate("zelk", "%1 node(s)", nullptr, form).arg(count);
+    return Texts::tr("%1 node(s)", nullptr, form).arg(count);
 }
 
 QString withNodes(const QString &text, std::optional<qint64> count) {
@@ -52,32 +52,32 @@ std::optional<qint64> VPNStatus::serverCount() const {
 
 QString VPNStatus::statusText() const {
     if (feedback == TestFeedback::failure)
-        return tr("Connection test failed");
+        return Texts::tr("Connection test failed");
     if (feedback == TestFeedback::success)
-        return withNodes(tr("Connection test passed"), serverCount());
+        return withNodes(Texts::tr("Connection test passed"), serverCount());
     switch (liveStatus()) {
     case ProxyStatusValue::off:
-        return enabled ? withNodes(tr("On"), serverCount()) : tr("Vantrix VPN is off");
+        return enabled ? withNodes(Texts::tr("On"), serverCount()) : Texts::tr("Vantrix VPN is off");
     case ProxyStatusValue::connecting:
-        return testing ? tr("Testing connection…") : tr("Connecting to Vantrix VPN…");
+        return testing ? Texts::tr("Testing connection…") : Texts::tr("Connecting to Vantrix VPN…");
     case ProxyStatusValue::connected:
-        return proxyDetail ? tr("Connected (%1)").arg(*proxyDetail) : tr("Connected");
+        return proxyDetail ? Texts::tr("Connected (%1)").arg(*proxyDetail) : Texts::tr("Connected");
     case ProxyStatusValue::down:
-        return tr("Disconnected — Soulseek is paused");
+        return Texts::tr("Disconnected — Soulseek is paused");
     case ProxyStatusValue::error:
-        return tr("Connection error — Soulseek is paused");
+        return Texts::tr("Connection error — Soulseek is paused");
     }
     return {};
 }
 
 std::optional<QString> VPNStatus::labelText() const {
     if (feedback == TestFeedback::failure)
-        return tr("Failed");
+        return Texts::tr("Failed");
     if (!enabled)
         return {};
     if (const auto count = serverCount())
         return nodes(*count);
-    return liveStatus() == ProxyStatusValue::connecting ? tr("Testing…") : tr("On");
+    return liveStatus() == ProxyStatusValue::connecting ? Texts::tr("Testing…") : Texts::tr("On");
 }
 
 QString VPNStatus::icon() const {

@@ -3,10 +3,9 @@
 #include "Styling/Symbols.h"
 #include "Styling/TokensSingleton.h"
 #include "Views/ItemAccessibility.h"
+#include "Views/Translations.h"
 
-#include <QCoreApplication>
 #include <QQmlEngine>
-#include <QTranslator>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -25,18 +24,11 @@ void registerTypes() {
     Q_UNUSED(done)
 }
 
-// The plural forms of English, by name: the C locale has no language that would lead to them.
-void installPlurals() {
-    static QTranslator english;
-    if (english.isEmpty() && english.load(u":/zelk/i18n/zelk_en.qm"_s))
-        QCoreApplication::installTranslator(&english);
-}
-
 } // namespace
 
 void prepareViewEngine(QQmlEngine &engine) {
     registerTypes();
-    installPlurals();
+    Translations::install();
     installItemAccessibility();
     engine.addImportPath(u"qrc:/qt/qml"_s);
     engine.addImageProvider(u"symbol"_s, new Symbols::Provider);

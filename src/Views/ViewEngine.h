@@ -8,7 +8,7 @@ namespace zelk {
 
 class TokensSingleton;
 
-// Gives an engine what every view needs: the module, its symbols and the plurals. Once for each engine.
+// Gives an engine what every view needs: the module, its symbols and its texts. Once for each engine.
 void prepareViewEngine(QQmlEngine &engine);
 
 // The measures and colours that the views of an engine read. The engine must have been prepared.

@@ -2,6 +2,7 @@
 
 #include "Onboarding/SetupWindow.h"
 #include "Settings/SettingsBench.h"
+#include "Views/Onboarding/ConnectMusicLogic.h"
 
 #include <functional>
 
@@ -40,7 +41,7 @@ public:
         bench.monitor->recheck();
         bench.press(bench.part("appleMusicLine", "accountConnect"));
         bench.press(bench.part("spotifyLine", "accountConnect"));
-        QTRY_VERIFY(bench.shows(QStringLiteral("Connecting in your browser…")));
+        QTRY_VERIFY(bench.shows(ConnectMusicLogic::tr("Connecting in your browser…")));
         see("accounts under way, a library that is denied");
         bench.goTo(Screen::downloadSources);
         see("sources");

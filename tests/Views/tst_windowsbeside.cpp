@@ -87,6 +87,29 @@ private Q_SLOTS:
     void init() { failOnWarnings(); }
     void cleanup() { settleDown(); }
 
+    void theMainWindowComesBeforeTheSettingsWhenItIsCalled() {
+        const Bench bench;
+        bench.beside.window()->requestActivate();
+        QTRY_COMPARE(QGuiApplication::focusWindow(), bench.beside.window());
+        bench.main.window.bringToFront();
+        QTRY_COMPARE(QGuiApplication::focusWindow(), bench.main.window.window());
+    }
+
+    void aMinimisedMainWindowIsOpenWhenItIsCalled_data() {
+        QTest::addColumn<Qt::WindowState>("before");
+        QTest::newRow("as it was") << Qt::WindowNoState;
+        QTest::newRow("maximised as it was") << Qt::WindowMaximized;
+    }
+    void aMinimisedMainWindowIsOpenWhenItIsCalled() {
+        QFETCH(Qt::WindowState, before);
+        const Bench bench;
+        QQuickWindow *const window = bench.main.window.window();
+        window->setWindowStates(before | Qt::WindowMinimized);
+        bench.main.window.bringToFront();
+        QCOMPARE(window->windowStates(), Qt::WindowStates(before));
+        QTRY_COMPARE(QGuiApplication::focusWindow(), window);
+    }
+
     void whatIsMadeBesideTheSettingsHasTheColoursOfTheDesktop_data() {
         QTest::addColumn<bool>("dark");
         QTest::newRow("dark") << true;

@@ -11,9 +11,9 @@ namespace zelk {
 
 namespace {
 
-QString tr(const char *text) {
-    return QCoreApplication::translate("zelk", text);
-}
+struct Texts {
+    Q_DECLARE_TR_FUNCTIONS(zelk)
+};
 
 } // namespace
 
@@ -22,7 +22,7 @@ QString playlistSummary(bool appleMusicConnected, bool spotifyConnected, Consent
     if (appleMusicConnected)
         names += u"Apple Music"_s;
     else if (localAccess == ConsentStatus::authorized)
-        names += tr("Apple Music (local)");
+        names += Texts::tr("Apple Music (local)");
     if (spotifyConnected)
         names += u"Spotify"_s;
     return names.join(u", "_s);
@@ -37,12 +37,12 @@ QString sourcesSummary(const std::vector<SourceId> &sources) {
 
 std::vector<RecapFace> recapRows(const Recap &recap) {
     // Without a source of audio the row says nothing, for that is what was chosen.
-    const QString playlists = recap.playlists.isEmpty() ? tr("None yet") : recap.playlists;
+    const QString playlists = recap.playlists.isEmpty() ? Texts::tr("None yet") : recap.playlists;
     return {
-        {u"recapAccounts"_s, u"music.note.list"_s, tr("Playlist sources"), playlists},
-        {u"recapSources"_s, u"square.and.arrow.down"_s, tr("Download sources"), recap.sources},
-        {u"recapQuality"_s, u"waveform"_s, tr("Quality"), recap.quality},
-        {u"recapFolder"_s, u"folder"_s, tr("Saved to"), recap.folder, true},
+        {u"recapAccounts"_s, u"music.note.list"_s, Texts::tr("Playlist sources"), playlists},
+        {u"recapSources"_s, u"square.and.arrow.down"_s, Texts::tr("Download sources"), recap.sources},
+        {u"recapQuality"_s, u"waveform"_s, Texts::tr("Quality"), recap.quality},
+        {u"recapFolder"_s, u"folder"_s, Texts::tr("Saved to"), recap.folder, true},
     };
 }
 

@@ -13,9 +13,9 @@ namespace {
 
 constexpr double whole = 100; // percent
 
-QString tr(const char *text) {
-    return QCoreApplication::translate("zelk", text);
-}
+struct Texts {
+    Q_DECLARE_TR_FUNCTIONS(zelk)
+};
 
 void setProgress(ToolRowFace &face, std::optional<double> percent) {
     face.busy = !percent;
@@ -23,7 +23,7 @@ void setProgress(ToolRowFace &face, std::optional<double> percent) {
     if (!percent)
         return;
     face.value = std::clamp(*percent / whole, 0.0, 1.0);
-    face.valueText = tr("%1 percent").arg(std::lround(face.value * whole));
+    face.valueText = Texts::tr("%1 percent").arg(std::lround(face.value * whole));
 }
 
 } // namespace
@@ -38,22 +38,22 @@ ToolRowFace toolRowFace(const ToolProvisioningStore::ToolProgress &tool) {
         break;
     case ToolPhase::verify:
         face.busy = true;
-        face.text = tr("Verifying…");
+        face.text = Texts::tr("Verifying…");
         break;
     case ToolPhase::install:
         face.busy = true;
-        face.text = tr("Installing…");
+        face.text = Texts::tr("Installing…");
         break;
     case ToolPhase::done:
         face.symbol = u"checkmark.circle.fill"_s;
         face.ink = Ink::green;
-        face.text = tr("Installed");
+        face.text = Texts::tr("Installed");
         face.done = true;
         break;
     case ToolPhase::error:
         face.symbol = u"exclamationmark.triangle.fill"_s;
         face.ink = Ink::red;
-        face.text = tool.detail.value_or(tr("Couldn't install"));
+        face.text = tool.detail.value_or(Texts::tr("Couldn't install"));
         face.failed = true;
         break;
     }

@@ -6,9 +6,9 @@ namespace zelk {
 
 namespace {
 
-QString tr(const char *text) {
-    return QCoreApplication::translate("zelk", text);
-}
+struct Texts {
+    Q_DECLARE_TR_FUNCTIONS(zelk)
+};
 
 AccountFace faceOf(StatusRole role, const QString &state, const QString &action = {}) {
     return {
@@ -20,10 +20,10 @@ AccountFace faceOf(StatusRole role, const QString &state, const QString &action 
 AccountFace accountFace(bool connected) {
     AccountFace face;
     if (connected) {
-        face = faceOf(StatusRole::done, tr("Connected"), tr("Disconnect"));
+        face = faceOf(StatusRole::done, Texts::tr("Connected"), Texts::tr("Disconnect"));
         face.destructive = true;
     } else {
-        face.action = tr("Connect");
+        face.action = Texts::tr("Connect");
     }
     return face;
 }
@@ -31,11 +31,11 @@ AccountFace accountFace(bool connected) {
 AccountFace localFace(ConsentStatus status) {
     switch (status) {
     case ConsentStatus::authorized:
-        return faceOf(StatusRole::done, tr("Enabled"));
+        return faceOf(StatusRole::done, Texts::tr("Enabled"));
     case ConsentStatus::undetermined:
-        return faceOf(StatusRole::review, tr("Not enabled"), tr("Grant Access"));
+        return faceOf(StatusRole::review, Texts::tr("Not enabled"), Texts::tr("Grant Access"));
     case ConsentStatus::denied:
-        return faceOf(StatusRole::failed, tr("Denied"), tr("Open Settings…"));
+        return faceOf(StatusRole::failed, Texts::tr("Denied"), Texts::tr("Open Settings…"));
     }
     return {};
 }

@@ -10,9 +10,9 @@ namespace zelk {
 
 namespace {
 
-QString tr(const char *text) {
-    return QCoreApplication::translate("zelk", text);
-}
+struct Texts {
+    Q_DECLARE_TR_FUNCTIONS(zelk)
+};
 
 } // namespace
 
@@ -27,15 +27,15 @@ ProxyFace::Action ProxyFace::action() const {
 }
 
 QString ProxyFace::actionText() const {
-    return action() == Action::test ? tr("Test") : tr("Save");
+    return action() == Action::test ? Texts::tr("Test") : Texts::tr("Save");
 }
 
 std::optional<ProxyFace::Outcome> ProxyFace::outcome() const {
     if (hasInput() || !testResult)
         return {};
     if (testResult->ok)
-        return Outcome{.text = tr("Connected"), .symbol = u"checkmark.circle.fill"_s, .ink = Ink::green};
-    return Outcome{.text = tr("Failed"), .symbol = u"xmark.octagon.fill"_s, .ink = Ink::red};
+        return Outcome{.text = Texts::tr("Connected"), .symbol = u"checkmark.circle.fill"_s, .ink = Ink::green};
+    return Outcome{.text = Texts::tr("Failed"), .symbol = u"xmark.octagon.fill"_s, .ink = Ink::red};
 }
 
 QString ProxyFace::detail() const {
@@ -43,10 +43,10 @@ QString ProxyFace::detail() const {
 }
 
 QString ProxyFace::footer() const {
-    return (configured ? tr("A subscription URL is stored in your Keychain. Paste a new one to replace it. ")
-                       : tr("Paste your VPN subscription URL. Stored securely in your Keychain. ")) +
-           tr("Turn routing on or off from the VPN button in the toolbar. ") +
-           tr("Soulseek is hard-stopped if the tunnel drops, so your IP is never exposed to peers.");
+    return (configured ? Texts::tr("A subscription URL is stored in your Keychain. Paste a new one to replace it. ")
+                       : Texts::tr("Paste your VPN subscription URL. Stored securely in your Keychain. ")) +
+           Texts::tr("Turn routing on or off from the VPN button in the toolbar. ") +
+           Texts::tr("Soulseek is hard-stopped if the tunnel drops, so your IP is never exposed to peers.");
 }
 
 } // namespace zelk

@@ -1,0 +1,123 @@
+#include "Platform/SingleInstance.h"
+
+#include <QCryptographicHash>
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+#include <QDBusMessage>
+#include <QDBusReply>
+#include <QFile>
+#include <QVariantMap>
+
+#include <filesystem>
+#include <optional>
+#include <system_error>
+#include <utility>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace zelk {
+
+namespace {
+
+const QString objectPath = QStringLiteral("/org/orrim/zelk");
+const QString interfaceName = QStringLiteral("org.freedesktop.Application");
+const QString tokenKey = QStringLiteral("activation-token");
+
+/// The folder may come to be only after the first claim, which must not change the name.
+QString nameFor(const QString &folder) {
+    std::error_code failed;
+    const auto plain = std::filesystem::path(QFile::encodeName(folder).toStdString());
+    auto canonical = std::filesystem::weakly_canonical(plain, failed);
+    if (failed)
+        canonical = plain.lexically_normal();
+    const auto bytes = QByteArray::fromStdString(canonical.string());
+    const QByteArray hash = QCryptographicHash::hash(bytes, QCryptographicHash::Sha256).toHex().first(16);
+    return u"org.orrim.zelk.Instance_"_s + QString::fromLatin1(hash);
+}
+
+/// Holds a name on the session bus, which the bus takes back when the process ends.
+class OwnedName final : public SingleInstance {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
+
+public:
+    OwnedName(QDBusConnection bus, const QString &folder, std::chrono::milliseconds patience)
+        : _bus(std::move(bus)), _name(nameFor(folder)), _patience(int(patience.count())) {}
+    ~OwnedName() override {
+        if (!_claimed || !_bus.isConnected())
+            return;
+        _bus.unregisterService(_name);
+        _bus.unregisterObject(objectPath);
+    }
+    Q_DISABLE_COPY_MOVE(OwnedName)
+
+    Claim claim(const QString &activationToken) override {
+        if (!_bus.isConnected())
+            return Claim::none;
+        // Before the name, so that whoever finds the name finds somebody to call.
+        if (!_bus.registerObject(objectPath, this, QDBusConnection::ExportAllSlots))
+            return Claim::none;
+        const Claim claimed = claimName(activationToken);
+        if (claimed == Claim::answered || claimed == Claim::none)
+            _bus.unregisterObject(objectPath);
+        else
+            _claimed = true;
+        return claimed;
+    }
+
+public Q_SLOTS:
+    void Activate(const QVariantMap &platformData) { Q_EMIT calledToFront(platformData.value(tokenKey).toString()); }
+
+private:
+    using Bus = QDBusConnectionInterface;
+
+    Claim claimName(const QString &activationToken) {
+        const auto owned = own(Bus::DontQueueService);
+        if (!owned)
+            return Claim::none;
+        if (*owned)
+            return Claim::first;
+        if (callToFront(activationToken))
+            return Claim::answered;
+        // The other may have gone meanwhile; one that only doesn't answer is followed when it goes.
+        return own(Bus::QueueService) == true ? Claim::first : Claim::unanswered;
+    }
+
+    /// Whether the name is ours now; nothing where the bus doesn't say.
+    std::optional<bool> own(Bus::ServiceQueueOptions queue) {
+        Bus *const bus = _bus.interface();
+        bus->setTimeout(_patience);
+        const QDBusReply<Bus::RegisterServiceReply> reply =
+            bus->registerService(_name, queue, Bus::DontAllowReplacement);
+        if (!reply.isValid())
+            return std::nullopt;
+        return reply.value() == Bus::ServiceRegistered;
+    }
+
+    bool callToFront(const QString &activationToken) {
+        auto call = QDBusMessage::createMethodCall(_name, objectPath, interfaceName, u"Activate"_s);
+        call.setAutoStartService(false);
+        call << (activationToken.isEmpty() ? QVariantMap() : QVariantMap{{tokenKey, activationToken}});
+        return _bus.call(call, QDBus::Block, _patience).type() == QDBusMessage::ReplyMessage;
+    }
+
+    QDBusConnection _bus;
+    const QString _name;
+    const int _patience;
+    bool _claimed = false;
+};
+
+} // namespace
+
+std::unique_ptr<SingleInstance> SingleInstance::ofSession(const QString &configurationFolder) {
+    return on(QDBusConnection::sessionBus(), configurationFolder, usualPatience);
+}
+
+std::unique_ptr<SingleInstance> SingleInstance::on(const QDBusConnection &bus, const QString &configurationFolder,
+                                                   std::chrono::milliseconds patience) {
+    return std::make_unique<OwnedName>(bus, configurationFolder, patience);
+}
+
+} // namespace zelk
+
+#include "SingleInstance_linux.moc"
