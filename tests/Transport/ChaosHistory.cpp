@@ -106,7 +106,13 @@ void History::stepWhileRunning() {
         choice -= weight;
         return choice < 0;
     };
-    if (isChosen(crashes)) {
+    if (const auto danger = _model.endOfDanger(); danger && _chance.oneIn(3)) {
+        // Six crashes in ten seconds are counted to the moment.
+        advance(*danger - _model.now + Clock::Duration(_chance.below(2)));
+        settle();
+        if (_failure.isEmpty())
+            crash();
+    } else if (isChosen(crashes)) {
         if (_chance.oneIn(3))
             crashUnderCalls();
         else

@@ -235,6 +235,13 @@ std::optional<Clock::Duration> Model::policyAfterCrash() {
     return delay;
 }
 
+std::optional<Clock::Time> Model::endOfDanger() const {
+    if (_crashes.size() < 5)
+        return std::nullopt;
+    const auto end = _crashes.at(_crashes.size() - 5) + 10s;
+    return end >= now ? std::optional(end) : std::nullopt;
+}
+
 void Model::release() {
     for (const auto &call : calls) {
         if (call->mayEnd.isEmpty())

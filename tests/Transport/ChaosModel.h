@@ -74,6 +74,8 @@ public:
     std::vector<CallRef> answerable() const;
     std::optional<Clock::Time> nextDeadline() const;
     int alarms() const;
+    /// When a crash would no longer be one too many.
+    std::optional<Clock::Time> endOfDanger() const;
 
     void launch(const Launch &launch, const QList<Line> &lastWords);
     CallRef call(CallKind kind, const QString &tag, Clock::Duration timeout);

@@ -37,11 +37,17 @@ def count(engine_log):
     return counts
 
 
-def soak(surroundings, seconds, table, seed):
-    """The samples, and why it was over before its time."""
-    from user import User  # needs the bus that the surroundings have made
+class Nobody:
+    presses = {}
+
+    def act(self):
+        pass
+
+
+def soak(surroundings, seconds, table, make_user):
+    """The samples, what the user pressed, and why it was over before its time."""
     process = surroundings.process
-    user = User(process.pid, seed)
+    user = make_user(process.pid)
     samples, begin = [], time.monotonic()
     writer = csv.DictWriter(table, ['seconds', 'rss_kib', 'fds', 'threads'])
     writer.writeheader()
@@ -70,12 +76,19 @@ def main():
     options.add_argument('--minutes', type=float, default=30)
     options.add_argument('--table', required=True, help='where the samples go, as CSV')
     options.add_argument('--seed', type=int, default=1)
+    options.add_argument('--alone', action='store_true', help='nobody presses anything')
     options.add_argument('--rss-growth', type=float, default=RSS_GROWTH, help='per cent between second quarter and last')
     given = options.parse_args()
 
+    def make_user(process_id):
+        if given.alone:
+            return Nobody()
+        from user import User  # needs the bus that the surroundings have made
+        return User(process_id, given.seed)
+
     with Surroundings(given.application, given.engine, transcript(given.seed)) as surroundings, \
             open(given.table, 'w', newline='', encoding='ascii') as table:
-        samples, presses, fault = soak(surroundings, given.minutes * 60, table, given.seed)
+        samples, presses, fault = soak(surroundings, given.minutes * 60, table, make_user)
         counts = count(surroundings.engine_log())
         if fault:
             with open(surroundings.log, encoding='utf-8', errors='replace') as log:
@@ -86,7 +99,8 @@ def main():
     print('\n'.join(report))
     faults += [fault] if fault else []
     # A soak in which nothing happened says nothing.
-    faults += [f'there was no {what}' for what in ('launches', 'startSync', 'reviewDecision') if not counts.get(what)]
+    needed = ['launches'] if given.alone else ['launches', 'startSync', 'reviewDecision']
+    faults += [f'there was no {what}' for what in needed if not counts.get(what)]
     for each in faults:
         print('NOT FLAT:' if 'grew' in each or 'fell' in each else 'FAILED:', each)
     return 1 if faults else 0

@@ -79,7 +79,7 @@ def one_track(chance, playlist, row):
                    best={'confidence': 0.6, 'title': 'Live', 'url': f'https://files.example.net/{row}'},
                    candidates=candidates(row))
         # Long enough for somebody to decide; who doesn't is overtaken.
-        yield 'idle 9000'
+        yield 'idle 12000'
     yield send('trackFinished', trackId=name, status=chance.choice(['ok', 'ok', 'ok', 'low-confidence', 'failed', 'skipped']),
                meta={'format': 'FLAC', 'bitrate': '1024', 'source': 'soulseek'})
     yield send('log', level=chance.choice(['debug', 'info', 'warn', 'error']), message=f'{name} is done')

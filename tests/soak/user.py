@@ -77,7 +77,9 @@ class User:
                         found[name] = (element, number)
             if not found:
                 return
-            name = self._chance.choices(list(found), [WANTED[name] for name in found])[0]
+            # What was never pressed comes first, so that all there is to open has been opened early.
+            names = [name for name in found if name not in self.presses] or list(found)
+            name = self._chance.choices(names, [WANTED[name] for name in names])[0]
             element, number = found[name]
             element.get_action_iface().do_action(number)
             self.presses[name] = self.presses.get(name, 0) + 1
