@@ -50,7 +50,8 @@ string(JOIN ", " CPACK_DEBIAN_PACKAGE_DEPENDS
 # the typeface, a window on Wayland, the browser, the icon's folders.
 string(JOIN ", " CPACK_DEBIAN_PACKAGE_RECOMMENDS
     ffmpeg qt6-image-formats-plugins fonts-inter qt6-wayland xdg-utils hicolor-icon-theme)
-# "Install" in the settings asks an administrator with it; the package has put `zelk` on the path already.
-set(CPACK_DEBIAN_PACKAGE_SUGGESTS pkexec)
+# "Install" in the settings asks an administrator with the first; the package has put `zelk` on the path already. The
+# second has the words of Qt itself for those who ask for another language.
+set(CPACK_DEBIAN_PACKAGE_SUGGESTS "pkexec, qt6-translations-l10n")
 
 include(CPack)
