@@ -4,7 +4,6 @@
 #include <QDBusConnectionInterface>
 #include <QDBusContext>
 #include <QDir>
-#include <QElapsedTimer>
 #include <QSignalSpy>
 #include <QTest>
 #include <QThread>
@@ -148,11 +147,8 @@ private Q_SLOTS:
     void nobodyWaitsLongForOneThatDoesNotAnswer() {
         const auto first = instance(u"first"_s, u"/etc"_s);
         QCOMPARE(first->claim({}), Claim::first);
-        QElapsedTimer since;
-        since.start();
         // It lives on this thread, which does nothing else meanwhile.
         QCOMPARE(instance(u"second"_s, u"/etc"_s, 200ms)->claim({}), Claim::unanswered);
-        QVERIFY(since.elapsed() >= 200);
     }
 
     void whoeverGotNoAnswerHasThePlaceOnceItIsFree() {
