@@ -205,9 +205,9 @@ void Model::end(ChildProcess::Exit exit) {
     }
     for (const auto &call : open()) {
         fail(call, u"crashed"_s);
-        // A second try may come before the word of the end, when the first has failed in the same breath or by the pipe
-        // that went first; or after it.
-        if (call->isRetry && (call->id == 0 || !isReading))
+        // What the engine hasn't read may come to the pipe before the word of the end or after it, a second try as well
+        // when the first has failed by the pipe that went first.
+        if (call->id == 0 || (call->isRetry && !isReading))
             call->mayEnd = {u"crashed"_s, u"unavailable"_s};
     }
     if (isClean)
