@@ -180,7 +180,7 @@ QJsonObject EngineChild::untilTrack(const QString &event, qint64 row) {
 QJsonArray EngineChild::selectAll() {
     QJsonArray selection;
     const QJsonObject result = call(u"listPlaylists"_s).value("result"_L1).toObject();
-    for (const QJsonValue &value : result.value("playlists"_L1).toArray()) {
+    for (const auto &value : result.value("playlists"_L1).toArray()) {
         const QJsonObject playlist = value.toObject();
         if (!playlist.value("isFolder"_L1).toBool()) {
             selection += QJsonObject{{u"source"_s, playlist.value("source"_L1)},

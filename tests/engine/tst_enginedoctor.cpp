@@ -13,7 +13,7 @@ namespace {
 QMap<QString, QJsonObject> checksOf(EngineChild &engine) {
     QMap<QString, QJsonObject> checks;
     const QJsonObject reply = engine.call(u"runDoctor"_s);
-    for (const QJsonValue &check : reply.value("result"_L1).toObject().value("checks"_L1).toArray()) {
+    for (const auto &check : reply.value("result"_L1).toObject().value("checks"_L1).toArray()) {
         checks.insert(check.toObject().value("id"_L1).toString(), check.toObject());
     }
     return checks;
@@ -50,7 +50,7 @@ private Q_SLOTS:
         EngineChild engine(home);
         QStringList ids;
         const QJsonObject reply = engine.call(u"runDoctor"_s);
-        for (const QJsonValue &check : reply.value("result"_L1).toObject().value("checks"_L1).toArray()) {
+        for (const auto &check : reply.value("result"_L1).toObject().value("checks"_L1).toArray()) {
             ids += check.toObject().value("id"_L1).toString();
         }
         QCOMPARE(ids, QStringList({u"ffmpeg"_s, u"output-folder"_s, u"playlists"_s, u"collection"_s, u"disk-space"_s}));

@@ -13,7 +13,7 @@ namespace {
 QStringList orphansOf(EngineChild &engine) {
     QStringList names;
     const QJsonObject reply = engine.call(u"listOrphans"_s, QJsonObject{{u"selection"_s, QJsonArray()}});
-    for (const QJsonValue &path : reply.value("result"_L1).toObject().value("paths"_L1).toArray()) {
+    for (const auto &path : reply.value("result"_L1).toObject().value("paths"_L1).toArray()) {
         names += QFileInfo(path.toString()).fileName();
     }
     return names;

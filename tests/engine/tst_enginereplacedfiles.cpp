@@ -22,7 +22,7 @@ void exchange(const EngineHome &home, const QString &path, int seconds) {
 QStringList orphansOf(EngineChild &engine) {
     QStringList names;
     const QJsonObject reply = engine.call(u"listOrphans"_s, QJsonObject{{u"selection"_s, QJsonArray()}});
-    for (const QJsonValue &path : reply.value("result"_L1).toObject().value("paths"_L1).toArray()) {
+    for (const auto &path : reply.value("result"_L1).toObject().value("paths"_L1).toArray()) {
         names += QFileInfo(path.toString()).fileName();
     }
     return names;

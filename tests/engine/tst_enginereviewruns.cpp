@@ -201,7 +201,7 @@ private Q_SLOTS:
         home.addList(u"B.csv"_s, {longRow});
         EngineChild engine(home);
         const auto only = [&](const QString &name) {
-            for (const QJsonValue &each : engine.selectAll()) {
+            for (const auto &each : engine.selectAll()) {
                 if (each.toObject().value("name"_L1).toString() == name) {
                     return QJsonObject{{u"selection"_s, QJsonArray{each}}};
                 }

@@ -232,7 +232,7 @@ private Q_SLOTS:
         QVERIFY(runZelk(home, {u"review"_s}).out.contains("Slow Burn"_L1));
         QVERIFY(engine.call(u"disconnectAccount"_s, QJsonObject{{u"service"_s, u"spotify"_s}}).value("ok"_L1).toBool());
         QVERIFY(!runZelk(home, {u"review"_s}).out.contains("Slow Burn"_L1));
-        for (const QJsonValue &value :
+        for (const auto &value :
              engine.call(u"runDoctor"_s).value("result"_L1).toObject().value("checks"_L1).toArray()) {
             if (value.toObject().value("id"_L1).toString() == "playlists"_L1) {
                 QVERIFY(value.toObject().value("detail"_L1).toString().startsWith("None found"_L1));
@@ -247,7 +247,7 @@ private Q_SLOTS:
         EngineChild engine(home);
         QJsonArray selection = engine.selectAll();
         const QJsonObject reply = engine.call(u"listPlaylists"_s).value("result"_L1).toObject();
-        for (const QJsonValue &value : reply.value("playlists"_L1).toArray()) {
+        for (const auto &value : reply.value("playlists"_L1).toArray()) {
             if (value.toObject().value("isFolder"_L1).toBool()) {
                 selection += QJsonObject{{u"source"_s, u"spotify"_s}, {u"id"_s, value.toObject().value("id"_L1)}};
             }
