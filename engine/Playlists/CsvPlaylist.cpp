@@ -72,10 +72,9 @@ ReadFile readCsvPlaylist(QIODevice &device, ReadLimits limits) {
         listOf.insert(QString(), 0);
     }
     const qint64 mostTracks = limits.tracks;
+    qint64 cut = 0; // a line
     for (CsvRecord record; table.next(record);) {
-        if (record.isCut) {
-            file.breakOff(record.line, u"the table breaks off here; what it held before is kept"_s);
-        }
+        cut = record.isCut ? record.line : 0;
         if (!record.problem.isEmpty()) {
             file.warn(record.line, record.problem);
             continue;
@@ -111,6 +110,9 @@ ReadFile readCsvPlaylist(QIODevice &device, ReadLimits limits) {
             file.lists.emplace_back().name = list;
         }
         file.lists[listOf.value(list)].tracks.push_back(std::move(track));
+    }
+    if (file.whole && cut > 0) {
+        file.breakOff(cut, u"the list breaks off here; what it held before is kept"_s);
     }
     return file;
 }

@@ -118,7 +118,7 @@ ReadFile readM3uPlaylist(QIODevice &device, const QString &folder, ReadLimits li
             list.tracks.push_back(std::move(track));
         }
     };
-    bool torn = false;
+    qint64 torn = 0; // a line
     for (QString text; file.whole && lines.next(text);) {
         const QString line = text.trimmed();
         if (line.startsWith("#EXTINF:"_L1, Qt::CaseInsensitive)) {
@@ -138,7 +138,7 @@ ReadFile readM3uPlaylist(QIODevice &device, const QString &folder, ReadLimits li
         } else if (line.startsWith("#EXTALB:"_L1, Qt::CaseInsensitive)) {
             album = line.mid(8).simplified();
         } else if (line.contains(QChar(0))) {
-            torn = true; // as a file is that was being written when the power went
+            torn = lines.number(); // as a file is that was being written when the power went
             file.warn(lines.number(), u"isn't text; the line is left out"_s);
         } else if (!line.isEmpty() && !line.startsWith(u'#')) {
             finish(line);
@@ -147,7 +147,9 @@ ReadFile readM3uPlaylist(QIODevice &device, const QString &folder, ReadLimits li
     if (file.whole && told && !told->title.isEmpty()) {
         finish({});
     }
-    file.whole &= !torn;
+    if (file.whole && torn > 0) {
+        file.breakOff(torn, u"the list breaks off in what is no text; what it held before is kept"_s);
+    }
     file.lists.push_back(std::move(list));
     return file;
 }
