@@ -138,8 +138,7 @@ ReadFile readM3uPlaylist(QIODevice &device, const QString &folder, ReadLimits li
         } else if (line.startsWith("#EXTALB:"_L1, Qt::CaseInsensitive)) {
             album = line.mid(8).simplified();
         } else if (line.contains(QChar(0))) {
-            torn = lines.number(); // as a file is that was being written when the power went
-            file.warn(lines.number(), u"isn't text; the line is left out"_s);
+            torn = torn > 0 ? torn : lines.number(); // as a file is that was being written when the power went
         } else if (!line.isEmpty() && !line.startsWith(u'#')) {
             finish(line);
         }
@@ -148,7 +147,8 @@ ReadFile readM3uPlaylist(QIODevice &device, const QString &folder, ReadLimits li
         finish({});
     }
     if (file.whole && torn > 0) {
-        file.breakOff(torn, u"the list breaks off in what is no text; what it held before is kept"_s);
+        file.breakOff(
+            torn, u"the list breaks off in lines that are no text, which are left out; what it held before is kept"_s);
     }
     file.lists.push_back(std::move(list));
     return file;
