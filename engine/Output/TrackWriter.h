@@ -63,9 +63,11 @@ enum class Standing {
 Standing standingOf(const WrittenFile &file, double toleranceSec);
 
 /// Whether there is nothing to be written in that place.
-inline bool standsWhole(const WrittenFile &file, double toleranceSec) {
-    const Standing standing = standingOf(file, toleranceSec);
+inline bool standsWhole(Standing standing) {
     return standing == Standing::Ours || standing == Standing::Longer;
+}
+inline bool standsWhole(const WrittenFile &file, double toleranceSec) {
+    return standsWhole(standingOf(file, toleranceSec));
 }
 
 /// Whether a file was made from that one as it is now. What isn't known of it counts as the same.

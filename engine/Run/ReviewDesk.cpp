@@ -381,8 +381,10 @@ std::optional<WrittenFile> ReviewDesk::standing(const AudioFile &source, const S
 
 ReviewDesk::Place ReviewDesk::placeFor(const PendingReview &row, const OutputFolder &folder, double toleranceSec) {
     for (const WrittenFile &file : _services.database.writtenFor({row.rowKey})) {
-        const Standing standing = standingOf(file, toleranceSec);
-        if (folderOf(file.path) == folder.path() && standing != Standing::Ours && standing != Standing::Longer) {
+        if (folderOf(file.path) != folder.path()) {
+            continue;
+        }
+        if (const Standing standing = standingOf(file, toleranceSec); !standsWhole(standing)) {
             return {stemOf(file.path), file.path, standing == Standing::Short, {}};
         }
     }

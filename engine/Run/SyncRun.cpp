@@ -1,6 +1,5 @@
 #include "Run/SyncRun.h"
 
-#include "Library/AudioReader.h"
 #include "Output/Convert.h"
 #include "Run/Orphans.h"
 #include "Run/WriteFailure.h"
@@ -134,8 +133,9 @@ void SyncRun::takeRow(const RunRow &row) {
         joinRow(row, same);
         return;
     }
-    if (earlier && standsWhole(*earlier, _request.config.run.toleranceSec)) {
-        const auto better = betterCopyOf(row, *earlier);
+    const Standing standing = earlier ? standingOf(*earlier, _request.config.run.toleranceSec) : Standing::Gone;
+    if (standsWhole(standing)) {
+        const auto better = standing == Standing::Ours ? betterCopyOf(row, *earlier) : std::nullopt;
         if (better && upgrade(row, recording, *earlier, *better)) {
             return;
         }
@@ -149,8 +149,7 @@ void SyncRun::takeRow(const RunRow &row) {
         _events.diskCheck(row.trackId, DiskCheckResult::present, metaOf(*earlier));
         return;
     }
-    const bool broken = earlier && stampOf(earlier->path);
-    _events.diskCheck(row.trackId, broken ? DiskCheckResult::broken : DiskCheckResult::missing);
+    _events.diskCheck(row.trackId, standing == Standing::Gone ? DiskCheckResult::missing : DiskCheckResult::broken);
     searchRow(row, recording, earlier);
 }
 
@@ -326,20 +325,20 @@ void SyncRun::write(const RunRow &row, const RecordingPtr &recording, const Audi
         endJoined(row, key, same);
         return;
     }
-    const std::optional<WrittenFile> before = earlierFrom(source);
-    if (!earlier && before && standsWhole(*before, _request.config.run.toleranceSec)) {
+    const std::optional<WrittenFile> own = earlier ? earlier : earlierFrom(source);
+    const Standing standing = own ? standingOf(*own, _request.config.run.toleranceSec) : Standing::Gone;
+    if (!earlier && standsWhole(standing)) {
         {
             const std::lock_guard lock(_mutex);
             recording->state = Recording::State::Written;
-            recording->file = *before;
+            recording->file = *own;
         }
         settle(row, recording);
         return;
     }
-    const std::optional<WrittenFile> &lost = earlier ? earlier : before;
     WriteOrder order =
-        orderFor(row, source, lost ? stemOf(lost->path) : stemOfRow(*row.track), lost ? lost->path : QString());
-    order.sparesReplaced = lost && standingOf(*lost, _request.config.run.toleranceSec) == Standing::Short;
+        orderFor(row, source, own ? stemOf(own->path) : stemOfRow(*row.track), own ? own->path : QString());
+    order.sparesReplaced = standing == Standing::Short;
     if (_request.dryRun()) {
         conclude(row, recording, Recording::State::Skipped, u"Would copy %1 to %2."_s.arg(source.path, order.target));
     } else if (!_outputProblem.isEmpty()) {

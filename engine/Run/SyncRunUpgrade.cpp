@@ -40,8 +40,7 @@ void SyncRun::finishReplacements() {
 }
 
 std::optional<AudioFile> SyncRun::betterCopyOf(const RunRow &row, const WrittenFile &standing) {
-    if (!_request.upgrades() || !_outputProblem.isEmpty() ||
-        standingOf(standing, _request.config.run.toleranceSec) != Standing::Ours) {
+    if (!_request.upgrades() || !_outputProblem.isEmpty()) {
         return std::nullopt;
     }
     const SourceFinder *search = finder();
