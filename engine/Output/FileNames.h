@@ -3,7 +3,6 @@
 #include <QSet>
 #include <QString>
 
-#include <algorithm>
 #include <mutex>
 
 namespace zelk::engine {
@@ -21,7 +20,8 @@ inline QString folderOf(const QString &path) {
 }
 inline QString stemOf(const QString &path) {
     const QString name = path.section(u'/', -1);
-    return name.left(std::max<qsizetype>(name.lastIndexOf(u'.'), 0));
+    const qsizetype dot = name.lastIndexOf(u'.');
+    return dot > 0 ? name.left(dot) : name;
 }
 
 /// Gives each file a name of its own, without regard to case and extension, since the folder may move to a file system

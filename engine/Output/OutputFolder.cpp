@@ -7,7 +7,6 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QRegularExpression>
-#include <QSet>
 
 #include <atomic>
 #include <cerrno>
@@ -61,17 +60,16 @@ void OutputFolder::removeLeftovers() {
     }
 }
 
-QStringList OutputFolder::stems(const QStringList &ownFiles) const {
-    const QSet<QString> own(ownFiles.begin(), ownFiles.end());
-    QStringList stems;
+QStringList OutputFolder::others(const QSet<QString> &ownFiles) const {
+    QStringList others;
     for (const QString &name :
          QDir(_path).entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot)) {
-        if (!own.contains(_path + u'/' + name) && !name.startsWith(partialPrefix)) {
-            const auto dot = name.lastIndexOf(u'.');
-            stems += dot > 0 ? name.left(dot) : name;
+        const QString path = _path + u'/' + name;
+        if (!ownFiles.contains(path) && !name.startsWith(partialPrefix)) {
+            others += path;
         }
     }
-    return stems;
+    return others;
 }
 
 QString OutputFolder::partialPath(const QString &extension) const {

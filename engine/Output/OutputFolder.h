@@ -2,6 +2,7 @@
 
 #include "Files/FileOps.h"
 
+#include <QSet>
 #include <QString>
 #include <QStringList>
 
@@ -24,8 +25,8 @@ public:
     /// writing just now stays.
     void removeLeftovers();
 
-    /// Names, without extension, of all that is in the folder and isn't ours to replace.
-    QStringList stems(const QStringList &ownFiles) const;
+    /// The paths of all that is in the folder and is neither ours nor a partial file.
+    QStringList others(const QSet<QString> &ownFiles) const;
 
     /// A name for a file that is still being written, unused by any other engine or thread. Keeps the extension, by
     /// which taggers tell the format; begins with a dot, so that nobody takes it for music.

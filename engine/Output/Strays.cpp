@@ -2,8 +2,11 @@
 
 #include "Output/FileNames.h"
 
-#include <QDirIterator>
+#include <QFile>
+#include <QFileInfo>
 #include <QRegularExpression>
+
+#include <algorithm>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -16,7 +19,9 @@ constexpr qint64 compared = 1 << 16; // bytes at a time
 bool haveSameBytes(const QString &one, const QString &other) {
     QFile a(one);
     QFile b(other);
-    if (a.size() != b.size() || !a.open(QIODevice::ReadOnly) || !b.open(QIODevice::ReadOnly)) {
+    const QFileInfo info(other);
+    if (!info.isFile() || info.isSymLink() || a.size() != b.size() || !a.open(QIODevice::ReadOnly) ||
+        !b.open(QIODevice::ReadOnly)) {
         return false;
     }
     for (qint64 left = a.size(); left > 0;) {
@@ -31,12 +36,9 @@ bool haveSameBytes(const QString &one, const QString &other) {
 
 } // namespace
 
-Strays::Strays(const OutputFolder &folder, const QSet<QString> &known) {
-    for (QDirIterator files(folder.path(), QDir::Files | QDir::NoSymLinks); files.hasNext();) {
-        const QString path = files.next();
-        if (!known.contains(path)) {
-            _byName.insert(nameOf(stemOf(path)), path);
-        }
+Strays::Strays(const QStringList &paths) {
+    for (const QString &path : paths) {
+        _byName.insert(nameOf(stemOf(path)), path);
     }
 }
 

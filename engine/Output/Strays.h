@@ -1,9 +1,8 @@
 #pragma once
 
-#include "Output/OutputFolder.h"
-
 #include <QMultiHash>
-#include <QSet>
+#include <QString>
+#include <QStringList>
 
 namespace zelk::engine {
 
@@ -12,9 +11,9 @@ namespace zelk::engine {
 class Strays {
 public:
     Strays() = default;
-    Strays(const OutputFolder &folder, const QSet<QString> &known);
+    explicit Strays(const QStringList &paths);
 
-    /// Those that may have been given this name, whatever number is behind it or theirs. Absolute.
+    /// Those that may have been given this name, whatever number is behind it or theirs.
     QStringList named(const QString &stem) const { return _byName.values(nameOf(stem)); }
 
 private:
@@ -23,7 +22,7 @@ private:
     QMultiHash<QString, QString> _byName;
 };
 
-/// The first of these files that has the extension of a file and the same bytes; empty if none has.
+/// The first of these that is a regular file with the extension of a file and the same bytes; empty if none is.
 QString twinOf(const QString &path, const QStringList &others);
 
 } // namespace zelk::engine

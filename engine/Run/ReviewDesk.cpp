@@ -389,17 +389,18 @@ ReviewDesk::Place ReviewDesk::placeFor(const PendingReview &row, const OutputFol
         }
     }
     NameRegistry names;
-    for (const QString &stem : folder.stems({})) {
-        names.take(stem);
-    }
-    QSet<QString> known;
+    QSet<QString> own;
     for (const WrittenFile &file : _services.database.writtenFiles()) {
         if (folderOf(file.path) == folder.path()) {
-            known.insert(file.path);
+            own.insert(file.path);
             names.take(stemOf(file.path));
         }
     }
-    return {freeStem(row, names), {}, false, Strays(folder, known).named(row.stem)};
+    const QStringList others = folder.others(own);
+    for (const QString &path : others) {
+        names.take(stemOf(path));
+    }
+    return {freeStem(row, names), {}, false, Strays(others).named(row.stem)};
 }
 
 QString ReviewDesk::freeStem(const PendingReview &row, NameRegistry &names) {

@@ -80,19 +80,20 @@ void SyncRun::loadMemory(const std::vector<Playlist> &playlists) {
         RowMemory::enter(_services.database, playlists);
         finishReplacements();
     }
-    QStringList own;
+    QSet<QString> own;
     for (const WrittenFile &file : _services.database.writtenFiles()) {
         if (folderOf(file.path) == _output.path()) {
-            own += file.path;
+            own.insert(file.path);
             _names.take(stemOf(file.path));
             _bySource.insert(file.sourcePath, file);
             _bySource.insert(file.path, file); // a list may name what was made for another
         }
     }
-    for (const QString &stem : _output.stems(own)) {
-        _names.take(stem);
+    const QStringList others = _output.others(own);
+    for (const QString &path : others) {
+        _names.take(stemOf(path));
     }
-    _strays = Strays(_output, {own.begin(), own.end()});
+    _strays = Strays(others);
     const auto snapshot = _services.playlists.known(std::chrono::seconds(0));
     for (const PendingReview &review : _services.database.reviews()) {
         if (!snapshot->isComplete || snapshot->find(review.playlistId)) { // what is gone needs no name
