@@ -46,15 +46,6 @@ public:
     }
 };
 
-class Quit final : public SerialExecutor::JobEvent {
-public:
-    explicit Quit(QThread *thread) : _thread(thread) {}
-    void run() override { _thread->quit(); }
-
-private:
-    QThread *_thread;
-};
-
 } // namespace
 
 SerialExecutor::JobEvent::JobEvent() : QEvent(jobEventType()) {}
@@ -86,11 +77,30 @@ public:
         delete runner;
     }
 
-    void quitBehindTheQueue() { post(std::make_unique<Quit>(thread)); }
+    void enter() { ++_executors; }
+
+    /// The end of one executor. A job that it left behind may have found the next, so that only the last one's end,
+    /// behind all that they posted, ends the thread.
+    void leaveBehindTheQueue() {
+        postJob([this] {
+            if (--_executors == 0)
+                thread->quit();
+        });
+    }
+
+    void quitBehindTheQueue() {
+        postJob([this] { thread->quit(); });
+    }
 
     QThread *thread = nullptr; // none for the main thread, which isn't ours to end
 
 private:
+    template<typename Job>
+    void postJob(Job job) {
+        post(std::make_unique<JobOf<Job>>(std::move(job)));
+    }
+
+    int _executors = 0; // the first counted before the thread starts, all that come and go on the thread itself
     std::mutex _mutex;
     QObject *_runner = nullptr;
 };
@@ -154,7 +164,9 @@ private:
 
 } // namespace
 
-SerialExecutor::SerialExecutor(std::shared_ptr<Loop> loop) : _loop(std::move(loop)) {}
+SerialExecutor::SerialExecutor(std::shared_ptr<Loop> loop) : _loop(std::move(loop)) {
+    _loop->enter();
+}
 
 SerialExecutor::Ref SerialExecutor::make(const QString &name) {
     auto loop = std::make_shared<Loop>();
@@ -210,7 +222,7 @@ void SerialExecutor::stopAll() {
 
 SerialExecutor::~SerialExecutor() {
     if (_loop->thread)
-        _loop->quitBehindTheQueue();
+        _loop->leaveBehindTheQueue();
 }
 
 bool SerialExecutor::isCurrent() const {

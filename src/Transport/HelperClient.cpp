@@ -141,7 +141,7 @@ private:
         Ref core = self.lock();
         if (!core)
             throw HelperError::helperUnavailable();
-        const auto thread = core->_executor.lock();
+        const auto thread = SerialExecutor::current();
         auto writing = core->_process->write(std::move(line));
         core.reset();
         co_await writing;
@@ -151,7 +151,7 @@ private:
         Ref core = self.lock();
         if (!core)
             co_return;
-        const auto thread = core->_executor.lock();
+        const auto thread = SerialExecutor::current();
         HelperProcess::OnTermination onTermination = [self, executor = core->_executor](const auto &termination) {
             if (const auto here = executor.lock())
                 here->post([self, termination] {
@@ -267,7 +267,7 @@ private:
         Ref core = self.lock();
         if (!core)
             co_return;
-        const auto thread = core->_executor.lock();
+        const auto thread = SerialExecutor::current();
         const auto clock = core->_clock;
         const auto logger = core->_logger;
         auto asking = core->_process->registerCrashAndShouldRestart();

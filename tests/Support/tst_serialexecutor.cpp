@@ -1,6 +1,7 @@
 #include "Support/OneShot.h"
 #include "Support/SerialExecutor.h"
 
+#include <QSemaphore>
 #include <QTest>
 #include <QThread>
 
@@ -82,6 +83,30 @@ private Q_SLOTS:
         executor.reset();
         mayGoOn->fulfil();
         QVERIFY(found->future().result());
+    }
+
+    void whoeverFindsTheExecutorAfterTheLastHolderHasGoneKeepsTheThread() {
+        auto executor = SerialExecutor::make(QStringLiteral("test"));
+        const auto mayGoOn = std::make_shared<OneShot<void>>(gone());
+        const auto found = std::make_shared<OneShot<SerialExecutor::Ref>>(gone());
+        QSemaphore ended;
+        executor->post([found, &ended, future = mayGoOn->future()]() mutable {
+            future.waitForFinished();
+            QObject::connect(QThread::currentThread(), &QThread::finished, [&ended] { ended.release(); });
+            found->fulfil(SerialExecutor::current());
+        });
+        executor.reset();
+        mayGoOn->fulfil();
+        auto kept = found->future().takeResult();
+        for (int i = 0; i < 20; ++i) {
+            auto ran = std::make_shared<OneShot<int>>(gone());
+            const auto future = ran->future();
+            kept->post([ran = std::move(ran), i] { ran->fulfil(i); });
+            QCOMPARE(future.result(), i);
+        }
+        QCOMPARE(ended.available(), 0);
+        kept.reset();
+        ended.acquire(); // only then is the thread let go
     }
 
     void theLastHolderMayBeAJobOfTheThreadItself() {
