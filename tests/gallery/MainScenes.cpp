@@ -1,4 +1,5 @@
 #include "DrawnCovers.h"
+#include "Rest.h"
 #include "Scene.h"
 #include "Showcase.h"
 
@@ -72,7 +73,8 @@ public:
         _artwork.settle();
         QTest::qWait(50);
     }
-    QImage picture() {
+    QImage picture(const QString &name) {
+        waitForRest(name);
         // In motion again, for a spinner that turns is another picture.
         _desktop->setReducedMotion(false);
         settle();
@@ -186,7 +188,7 @@ std::vector<Scene> zelk::mainScenes() {
         scenes.push_back({play.name, [play](const Look &look) {
                               Stage stage(play.engine(), look, play.size);
                               play.play(stage);
-                              return stage.picture();
+                              return stage.picture(play.name);
                           }});
     return scenes;
 }

@@ -1,3 +1,4 @@
+#include "Rest.h"
 #include "Scene.h"
 #include "Showcase.h"
 
@@ -31,7 +32,7 @@ std::vector<Scene> zelk::settingsScenes() {
                               if (bench.item("runAll"))
                                   bench.click("runAll");
                               settle();
-                              QTest::qWait(100);
+                              waitForRest(names[tab]);
                               return bench.window()->grabWindow();
                           }});
     return scenes;

@@ -1,3 +1,4 @@
+#include "Rest.h"
 #include "Scene.h"
 
 #include "Views/Onboarding/SetupWindow.h"
@@ -30,7 +31,7 @@ std::vector<Scene> zelk::setupScenes() {
                               bench.desktop->setColorScheme(look.scheme);
                               bench.desktop->setTextScale(look.textScale);
                               bench.openAt(step.screen);
-                              QTest::qWait(100);
+                              waitForRest(step.name);
                               return bench.window.window()->grabWindow();
                           }});
     return scenes;
