@@ -19,6 +19,8 @@ namespace zelk {
 
 namespace {
 
+constexpr int severalOthers = 5;
+
 const QString objectPath = QStringLiteral("/org/orrim/zelk");
 const QString interfaceName = QStringLiteral("org.freedesktop.Application");
 const QString tokenKey = QStringLiteral("activation-token");
@@ -72,16 +74,25 @@ private:
     using Bus = QDBusConnectionInterface;
 
     Claim claimName(const QString &activationToken) {
-        const auto owned = own(Bus::DontQueueService);
-        if (!owned)
-            return Claim::none;
-        if (*owned)
-            return Claim::first;
-        if (callToFront(activationToken))
-            return Claim::answered;
-        // The other may have gone meanwhile; one that only doesn't answer is followed when it goes.
+        for (int others = 0; others < severalOthers; ++others) {
+            const auto owned = own(Bus::DontQueueService);
+            if (!owned)
+                return Claim::none;
+            if (*owned)
+                return Claim::first;
+            const QString other = owner();
+            if (callToFront(activationToken))
+                return Claim::answered;
+            if (owner() == other)
+                break;
+            // That one was on its way out, and whoever has the place now, if anybody, may well answer.
+        }
+        // One that only doesn't answer is followed when it goes.
         return own(Bus::QueueService) == true ? Claim::first : Claim::unanswered;
     }
+
+    /// The connection that has the name, empty if none has.
+    QString owner() { return _bus.interface()->serviceOwner(_name).value(); }
 
     /// Whether the name is ours now; nothing where the bus doesn't say.
     std::optional<bool> own(Bus::ServiceQueueOptions queue) {

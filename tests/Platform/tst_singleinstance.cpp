@@ -9,8 +9,11 @@
 #include <QThread>
 #include <QTimer>
 
+#include <algorithm>
+#include <memory>
 #include <optional>
 #include <utility>
+#include <vector>
 
 using namespace zelk;
 using namespace std::chrono_literals;
@@ -18,20 +21,25 @@ using namespace Qt::Literals::StringLiterals;
 
 using Claim = SingleInstance::Claim;
 
-/// Has the place on the connection "leaver", which ends without an answer when it is called.
+/// Has the place on the connection "leaver", which ends without an answer once it was called as often as it waits for.
 class Leaver : public QObject, protected QDBusContext {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
 
 public:
-    bool wasCalled = false;
+    explicit Leaver(int awaited) : _awaited(awaited) {}
+    bool hasLeft() const { return _awaited == 0; }
 
 public Q_SLOTS:
     void Activate(const QVariantMap &) {
         setDelayedReply(true);
-        wasCalled = true;
+        if (--_awaited > 0)
+            return;
         QTimer::singleShot(0, this, [] { QDBusConnection::disconnectFromBus(u"leaver"_s); });
     }
+
+private:
+    int _awaited;
 };
 
 /// Over a bus of its own, on which each instance has a connection of its own, as each process has.
@@ -49,13 +57,37 @@ class TestSingleInstance : public QObject {
                                              std::chrono::milliseconds patience = 20s) {
         return SingleInstance::on(connection(name), folder, patience);
     }
-    /// Claims elsewhere, while this thread answers what it is called for.
-    static std::optional<Claim> claimAside(SingleInstance &instance, const QString &token) {
-        std::optional<Claim> claimed;
-        const std::unique_ptr<QThread> aside(QThread::create([&] { claimed = instance.claim(token); }));
-        aside->start();
-        const bool ended = QTest::qWaitFor([&] { return aside->isFinished(); }, 60000);
-        return ended && aside->wait() ? claimed : std::nullopt;
+    /// What each comes to that claims elsewhere, all at once, while this thread answers what it is called for.
+    static QList<Claim> claimAside(const QList<SingleInstance *> &instances, const QString &token) {
+        QList<std::optional<Claim>> claimed(instances.size());
+        std::vector<std::unique_ptr<QThread>> asides;
+        for (qsizetype i = 0; i < instances.size(); ++i) {
+            asides.emplace_back(QThread::create(
+                [&slot = claimed[i], instance = instances[i], token] { slot = instance->claim(token); }));
+            asides.back()->start();
+        }
+        QList<Claim> all;
+        for (qsizetype i = 0; i < instances.size(); ++i) {
+            QThread &aside = *asides[std::size_t(i)];
+            if (!QTest::qWaitFor([&] { return aside.isFinished(); }, 60000))
+                qFatal("a claim never ends");
+            aside.wait();
+            all.append(claimed[i].value());
+        }
+        return all;
+    }
+    static Claim claimAside(SingleInstance &instance, const QString &token) {
+        return claimAside(QList{&instance}, token).first();
+    }
+    /// Lets `leaver` have the place of "/etc".
+    void give(Leaver &leaver) {
+        auto claimer = instance(u"claimer"_s, u"/etc"_s);
+        QCOMPARE(claimer->claim({}), Claim::first);
+        const QString name = names().value(0);
+        claimer.reset();
+        auto bus = connection(u"leaver"_s);
+        QVERIFY(bus.registerObject(u"/org/orrim/zelk"_s, &leaver, QDBusConnection::ExportAllSlots));
+        QVERIFY(bus.registerService(name));
     }
     QStringList names() const {
         return _bus.connection(u"watcher"_s).interface()->registeredServiceNames().value().filter(u"Instance_"_s);
@@ -163,18 +195,21 @@ private Q_SLOTS:
     }
 
     void whoeverFindsTheOtherGoneTakesThePlace() {
-        const auto claimer = instance(u"claimer"_s, u"/etc"_s);
-        QCOMPARE(claimer->claim({}), Claim::first);
-        const QString name = names().value(0);
-        Leaver leaver;
-        {
-            auto bus = connection(u"leaver"_s);
-            QVERIFY(bus.registerObject(u"/org/orrim/zelk"_s, &leaver, QDBusConnection::ExportAllSlots));
-            QVERIFY(_bus.connection(u"claimer"_s).unregisterService(name) && bus.registerService(name));
-        }
-        const auto later = instance(u"later"_s, u"/etc"_s);
-        QCOMPARE(claimAside(*later, {}), Claim::first);
-        QVERIFY(leaver.wasCalled);
+        Leaver leaver(1);
+        give(leaver);
+        QCOMPARE(claimAside(*instance(u"later"_s, u"/etc"_s), {}), Claim::first);
+        QVERIFY(leaver.hasLeft());
+    }
+
+    void ofTwoThatFindTheOtherGoneOneTakesThePlaceAndTheOtherCallsIt() {
+        Leaver leaver(2);
+        give(leaver);
+        const auto one = instance(u"one"_s, u"/etc"_s);
+        const auto other = instance(u"other"_s, u"/etc"_s);
+        auto claims = claimAside(QList{one.get(), other.get()}, {});
+        std::ranges::sort(claims);
+        QCOMPARE(claims, (QList{Claim::first, Claim::answered}));
+        QVERIFY(leaver.hasLeft());
     }
 
     void withoutABusThereIsNoPlace() {
