@@ -6,6 +6,7 @@
 #include <QThread>
 
 #include <stdexcept>
+#include <thread>
 
 using namespace zelk;
 
@@ -53,9 +54,7 @@ private Q_SLOTS:
 
     void aForeignThreadHasNoExecutor() {
         bool none = false;
-        const std::unique_ptr<QThread> thread(QThread::create([&] { none = !SerialExecutor::current(); }));
-        thread->start();
-        thread->wait();
+        std::thread([&] { none = !SerialExecutor::current(); }).join();
         QVERIFY(none);
     }
 
