@@ -1,5 +1,6 @@
 #include "App/OneWindow.h"
 
+#include "Platform/ActivationToken.h"
 #include "Support/Logger.h"
 
 #include <utility>
@@ -37,9 +38,7 @@ void OneWindow::answer(const SingleInstance &instance, std::function<void()> bri
     QObject::connect(&instance, &SingleInstance::calledToFront, &instance,
                      [bringToFront = std::move(bringToFront)](const QString &activationToken) {
                          logger().debug(u"Another start brings the window to the front."_s);
-                         // With it in the environment, a Wayland compositor lets a window come to the front.
-                         if (!activationToken.isEmpty())
-                             qputenv("XDG_ACTIVATION_TOKEN", activationToken.toUtf8());
+                         const ActivationToken token(activationToken);
                          bringToFront();
                      });
 }

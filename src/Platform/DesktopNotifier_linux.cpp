@@ -1,5 +1,6 @@
 #include "Platform/DesktopNotifier.h"
 
+#include "Platform/ActivationToken.h"
 #include "Platform/DesktopEntry.h"
 
 #include <QCoreApplication>
@@ -65,13 +66,14 @@ private Q_SLOTS:
         if (id != _shown || action != pick)
             return;
         _shown = 0; // it goes by being picked
+        const ActivationToken token(std::exchange(_token, {}));
         Q_EMIT activated();
     }
 
-    /// Comes before the action: with it in the environment, a Wayland compositor lets a window come to the front.
+    /// Comes before the action.
     void activationToken(uint id, const QString &token) {
         if (id == _shown)
-            qputenv("XDG_ACTIVATION_TOKEN", token.toUtf8());
+            _token = token;
     }
 
 private:
@@ -85,6 +87,7 @@ private:
 
     QDBusConnection _bus;
     uint _shown = 0; // as the service names it; 0 is none
+    QString _token;
     int _turn = 0;
 };
 

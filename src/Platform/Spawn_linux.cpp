@@ -99,6 +99,11 @@ void makeNonBlocking(const UniqueFd &fd) {
     ::fcntl(fd.get(), F_SETFL, ::fcntl(fd.get(), F_GETFL) | O_NONBLOCK);
 }
 
+std::mutex &environmentMutex() {
+    static std::mutex mutex;
+    return mutex;
+}
+
 pid_t start(const QString &program, const QStringList &arguments, const Descriptors &descriptors) {
     const Actions actions(descriptors);
     const Attributes attributes;
@@ -110,6 +115,7 @@ pid_t start(const QString &program, const QStringList &arguments, const Descript
         argv.push_back(word.data());
     argv.push_back(nullptr);
     pid_t pid = 0;
+    const std::scoped_lock lock(environmentMutex());
     check(::posix_spawn(&pid, words.front().constData(), actions.get(), attributes.get(), argv.data(), environ),
           words.front().constData());
     return pid;

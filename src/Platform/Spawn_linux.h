@@ -7,6 +7,8 @@
 
 #include <sys/types.h>
 
+#include <mutex>
+
 /// What the sources that start children have in common.
 namespace zelk::spawn {
 
@@ -28,6 +30,9 @@ struct Descriptors {
     int output;
     int error;
 };
+
+/// Held while a child is given our environment, and by whoever changes it behind the program's start.
+std::mutex &environmentMutex();
 
 /// Starts `program`, a path, in our environment and working directory, with no signal blocked and SIGPIPE at its
 /// default. Throws std::system_error, which names the program.

@@ -109,7 +109,6 @@ private Q_SLOTS:
         _service.reset();
         for (const auto &name : {u"service"_s, u"asker"_s})
             QDBusConnection::disconnectFromBus(name);
-        qunsetenv("XDG_ACTIVATION_TOKEN");
     }
 
     void aMessageSaysWhoseItIs() {
@@ -136,21 +135,24 @@ private Q_SLOTS:
     }
 
     void pickingTheMessageActivates() {
-        const QSignalSpy activated(_notifier.get(), &DesktopNotifier::activated);
+        QList<QByteArray> tokens;
+        connect(_notifier.get(), &DesktopNotifier::activated,
+                [&tokens] { tokens.append(qgetenv("XDG_ACTIVATION_TOKEN")); });
         show();
         _service->pick(_service->last, u"default"_s, u"token-1"_s);
-        QTRY_COMPARE(activated.size(), 1);
-        QCOMPARE(qgetenv("XDG_ACTIVATION_TOKEN"), QByteArray("token-1"));
+        QTRY_COMPARE(tokens, QList<QByteArray>{"token-1"});
+        QVERIFY(!qEnvironmentVariableIsSet("XDG_ACTIVATION_TOKEN"));
     }
 
     void whatIsPickedElsewhereDoesNothing() {
-        const QSignalSpy activated(_notifier.get(), &DesktopNotifier::activated);
+        QList<QByteArray> tokens;
+        connect(_notifier.get(), &DesktopNotifier::activated,
+                [&tokens] { tokens.append(qgetenv("XDG_ACTIVATION_TOKEN")); });
         show();
         _service->pick(_service->last + 1, u"default"_s, u"another's"_s);
         _service->say(u"ActionInvoked"_s, {_service->last, u"other"_s});
         _service->pick(_service->last, u"default"_s, u"ours"_s);
-        QTRY_COMPARE(activated.size(), 1);
-        QCOMPARE(qgetenv("XDG_ACTIVATION_TOKEN"), QByteArray("ours"));
+        QTRY_COMPARE(tokens, QList<QByteArray>{"ours"});
     }
 
     void aNewMessageTakesTheOldOnesPlace() {
