@@ -48,7 +48,10 @@ public:
             fail(u"not a file"_s); // but perhaps a pipe, which would hold up the thread
             return;
         }
-        _reply = network.get(QNetworkRequest(url));
+        QNetworkRequest request(url);
+        request.setAttribute(QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::Manual);
+        request.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
+        _reply = network.get(request);
         const auto self = weak_from_this();
         QObject::connect(_reply, &QNetworkReply::readyRead, _reply, [self] {
             if (const auto fetch = self.lock())

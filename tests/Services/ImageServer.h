@@ -36,6 +36,7 @@ public:
 
     QHash<QString, QByteArray> answers; // whole responses by path
     QHash<QString, int> asked;
+    QByteArrayList requests; // as they came
     QList<QTcpSocket *> waiting; // those who asked for what has no answer
     int gone = 0;
 
@@ -44,6 +45,7 @@ private:
         const QByteArray request = socket->readAll();
         const QString path = QString::fromLatin1(request.split(' ').value(1));
         ++asked[path];
+        requests.append(request);
         if (answers.contains(path)) {
             socket->write(answers[path]);
             socket->disconnectFromHost();

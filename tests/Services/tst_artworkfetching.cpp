@@ -65,6 +65,17 @@ private Q_SLOTS:
         QVERIFY(bench.image(ArtworkRef::url(server.url(u"/round"_s)), 30).isNull());
     }
 
+    void aServerIsToldNothingThatItSaidBefore() {
+        ArtworkBench bench;
+        ImageServer server;
+        server.answers[u"/a"_s] = ImageServer::response(picture(9, 9), "200 OK", "Set-Cookie: who=you; Path=/\r\n");
+        server.answers[u"/b"_s] = server.answers[u"/a"_s];
+        bench.image(ArtworkRef::url(server.url(u"/a"_s)), 30);
+        bench.image(ArtworkRef::url(server.url(u"/b"_s)), 30);
+        QCOMPARE(server.requests.size(), 2);
+        QVERIFY2(!server.requests.last().toLower().contains("cookie"), server.requests.last());
+    }
+
     void aFetchThatFailsIsLoggedForDebugging_data() {
         QTest::addColumn<QString>("path");
         QTest::newRow("cut off in the body") << u"/truncated"_s;
