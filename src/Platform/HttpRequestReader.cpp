@@ -21,6 +21,11 @@ bool isToken(QByteArrayView text) {
     });
 }
 
+/// Without what ends a line or a text for somebody else who reads it (RFC 9110, 5.5).
+bool isOneLine(QByteArrayView text) {
+    return std::ranges::none_of(text, [](char c) { return c == '\r' || c == '\n' || c == '\0'; });
+}
+
 } // namespace
 
 std::optional<QByteArray> HttpRequest::header(QByteArrayView name) const {
@@ -72,7 +77,8 @@ void HttpRequestReader::readHead() {
 
 bool HttpRequestReader::readRequestLine(QByteArrayView line) {
     const auto parts = line.toByteArray().split(' ');
-    if (parts.size() != 3 || !isToken(parts[0]) || !parts[1].startsWith('/') || !parts[2].startsWith("HTTP/1."))
+    if (parts.size() != 3 || !isOneLine(line) || !isToken(parts[0]) || !parts[1].startsWith('/') ||
+        !parts[2].startsWith("HTTP/1."))
         return false;
     _request.method = parts[0];
     _request.target = parts[1];
@@ -81,7 +87,7 @@ bool HttpRequestReader::readRequestLine(QByteArrayView line) {
 
 bool HttpRequestReader::readHeader(QByteArrayView line) {
     const qsizetype colon = line.indexOf(':');
-    if (colon < 0 || !isToken(line.first(colon)))
+    if (colon < 0 || !isOneLine(line) || !isToken(line.first(colon)))
         return false;
     _request.headers.append(
         {line.first(colon).toByteArray().toLower(), line.sliced(colon + 1).trimmed().toByteArray()});

@@ -1,5 +1,6 @@
 #include "Platform/MusicLibraryExport.h"
 
+#include <QDir>
 #include <QUrl>
 #include <QXmlStreamReader>
 
@@ -104,8 +105,9 @@ private:
             return {};
         if (url.host() == "localhost"_L1)
             url.setHost({});
-        // With another host it is a file of another machine.
-        return url.host().isEmpty() ? url.toLocalFile() : QString();
+        // With another host it is a file of another machine; what isn't a whole path is one of no machine.
+        const QString file = url.host().isEmpty() ? url.toLocalFile() : QString();
+        return QDir::isAbsolutePath(file) && !file.contains(QChar::Null) ? file : QString();
     }
 
     QXmlStreamReader _xml;

@@ -36,7 +36,7 @@ public:
 
     QHash<QString, QByteArray> answers; // whole responses by path
     QHash<QString, int> asked;
-    QByteArrayList requests; // as they came
+    QByteArrayList requests;     // as they came
     QList<QTcpSocket *> waiting; // those who asked for what has no answer
     int gone = 0;
 
