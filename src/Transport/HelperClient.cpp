@@ -160,13 +160,11 @@ private:
                 });
         };
         auto starting = core->_process->start(std::move(onTermination));
-        core->_isLaunching = true;
         core.reset();
         auto chunks = co_await starting;
         core = self.lock();
         if (!core)
             co_return;
-        core->_isLaunching = false;
         core->_chunks = chunks;
         core->_pumpTask =
             startTask(&core->_tasks, [self, chunks](std::stop_token stop) { return pump(self, chunks, stop); });
@@ -236,17 +234,15 @@ private:
     }
 
     void onTermination(const HelperProcess::Termination &termination) {
-        if (_isLaunching) {
+        if (!_chunks) {
             // An engine that dies at once may be reported dead before its launch is.
             _earlyTermination = termination;
             return;
         }
         // What the engine said last counts, even if the pump had no turn for it yet.
-        if (_chunks) {
-            const auto rest = _chunks->takeGathered();
-            for (const auto &chunk : rest)
-                take(chunk);
-        }
+        const auto rest = _chunks->takeGathered();
+        for (const auto &chunk : rest)
+            take(chunk);
         _chunks.reset();
         _pumpTask.cancel();
         _pumpTask = {};
@@ -314,9 +310,8 @@ private:
     LineDecoder _decoder;
     std::map<QString, Pending> _pending;
     std::uint64_t _nextId = 0;
-    bool _isLaunching = false;
     std::optional<HelperProcess::Termination> _earlyTermination;
-    std::optional<HelperProcess::Chunks> _chunks;
+    std::optional<HelperProcess::Chunks> _chunks; // while the engine runs
     TaskHandle _pumpTask;
     bool _started = false;
     TaskScope _tasks; // last, so that tasks are cancelled before what they use goes
