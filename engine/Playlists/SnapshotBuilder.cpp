@@ -60,19 +60,22 @@ QString SnapshotBuilder::freeId(PlaylistSourceId source, const QString &place) {
     }
     // Two names that look alike. The composed one has the id, whichever comes first, so that it keeps it when the other
     // one turns up.
-    const QString other = place == composed ? *taken : place;
-    const QString otherId = idOf(source, other);
-    if (place != composed) {
-        const bool isNew = !_places.contains(otherId);
+    if (place == composed) {
+        const QString other = *taken;
+        const QString otherId = idOf(source, other);
+        const std::size_t at = _snapshot.byId.take(id);
+        _snapshot.playlists[at].id = otherId;
+        _snapshot.byId.insert(otherId, at);
         _places.insert(otherId, other);
-        return isNew ? otherId : QString();
+        _places.insert(id, place);
+        return id;
     }
-    const std::size_t at = _snapshot.byId.take(id);
-    _snapshot.playlists[at].id = otherId;
-    _snapshot.byId.insert(otherId, at);
-    _places.insert(otherId, other);
-    _places.insert(id, place);
-    return id;
+    const QString otherId = idOf(source, place);
+    if (_places.contains(otherId)) {
+        return {};
+    }
+    _places.insert(otherId, place);
+    return otherId;
 }
 
 void SnapshotBuilder::enter(PlaylistSourceId source, const QString &root, const QString &path,
