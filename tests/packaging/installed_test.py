@@ -13,6 +13,7 @@ import subprocess
 import sys
 import tempfile
 import unittest
+import wave
 import xml.etree.ElementTree as ElementTree
 from pathlib import Path
 
@@ -70,9 +71,10 @@ class Installed(unittest.TestCase):
     def environment(self, **more):
         """That of somebody with a home of their own, no display and no bus."""
         kept = {name: os.environ[name] for name in ('PATH', 'LC_ALL', 'LANG') if name in os.environ}
-        (self.home / 'run').mkdir(mode=0o700, exist_ok=True)
-        return {**kept, 'HOME': str(self.home), 'XDG_RUNTIME_DIR': str(self.home / 'run'), 'QT_QPA_PLATFORM': 'offscreen',
-                'QT_QUICK_BACKEND': 'software', **more}
+        for folder in 'run', 'passing':
+            (self.home / folder).mkdir(mode=0o700, exist_ok=True)
+        return {**kept, 'HOME': str(self.home), 'XDG_RUNTIME_DIR': str(self.home / 'run'), 'TMPDIR': str(self.home / 'passing'),
+                'QT_QPA_PLATFORM': 'offscreen', 'QT_QUICK_BACKEND': 'software', **more}
 
     def addList(self):
         folder = self.home / 'Music/zelk/Playlists'
@@ -117,6 +119,29 @@ class Installed(unittest.TestCase):
         path = f'{self.file("usr/bin")}:{os.environ["PATH"]}'
         said = run([bundle / 'zelk', '--unattended'], env=self.environment(PATH=path), status=1)
         self.assertNotIn('Summary', said)
+
+    def test_itWritesOnlyWhereItsUserHasFoldersForIt(self):
+        self.addList()
+        with wave.open(str(self.home / 'Music/zelk/Collection/Mira Halden - Copper Sky.wav'), 'wb') as file:
+            file.setparams((1, 2, 8000, 0, 'NONE', None))
+            file.writeframes(bytes(2 * 8000 * 291))
+        kinds = 'config', 'data', 'cache', 'state'
+        for folder in *kinds, 'here':
+            (self.home / folder).mkdir()
+        bases = {f'XDG_{kind.upper()}_HOME': str(self.home / kind) for kind in kinds}
+        surroundings = {'env': self.environment(**bases), 'cwd': self.home / 'here'}
+        self.assertIn('Summary: 1 done', run([self.file('usr/bin/zelk'), 'sync'], status=1, **surroundings))
+        self.assertIn('Summary: 0 done, 1 on disk', run([self.file(APPLICATION), '--unattended'], **surroundings))
+
+        def names(folder):
+            return sorted(path.name for path in (self.home / folder).iterdir())
+        self.assertEqual(names('.'), sorted(['Music', 'run', 'passing', 'here', *kinds]))
+        self.assertEqual(names('Music'), ['DjayImport', 'zelk'])
+        self.assertEqual(names('config'), ['orrim', 'zelk'])
+        self.assertEqual(names('data'), ['zelk'])
+        self.assertLessEqual({'orrim', 'orrim.zelk'}, set(names('cache')))  # and what the typefaces' library keeps
+        for unused in 'state', 'run', 'passing', 'here':
+            self.assertEqual(names(unused), [], unused)
 
     def test_theCommandMayBeGivenAsTheEngine(self):
         self.addList()
