@@ -17,6 +17,8 @@ _OPTION = re.compile(r'(?<![\w-])(--[a-z][a-z-]*)')
 # What the command line is compared with, told in the help or not.
 _UNDERSTOOD = re.compile(r'"(--?[a-z][a-z-]*)"_L1|\{"([a-z]+)"_L1, Verb::')
 _WINDOW_OPTION = re.compile(r'QCommandLineOption\s+\w+\s*[({]\s*' + _STRING)
+# What Qt adds by itself.
+_GIVEN = {'addHelpOption': {'-h', '--help', '--help-all'}, 'addVersionOption': {'-v', '--version'}}
 _READ = re.compile(r'(?:getenv|qEnvironmentVariable\w*|[eE]nvironment(?:\(\))?\.(?:value|contains)|baseFolder|listOf)\s*\(\s*'
                    r'(?:QStringLiteral\s*\(\s*)?' + _STRING)
 # Whoever reads it, and however, such a name is one of ours.
@@ -52,7 +54,17 @@ def understood(command_line):
 
 
 def window_options(main):
-    return {f'--{name}' for name in _WINDOW_OPTION.findall(main)}
+    given = (options for call, options in _GIVEN.items() if f'{call}(' in main)
+    return {f'--{name}' for name in _WINDOW_OPTION.findall(main)}.union(*given)
+
+
+def options_in(text):
+    """The long options that a help or the text of a page names."""
+    return set(_OPTION.findall(text))
+
+
+def verbs_in(printed_help):
+    return set(_VERB.findall(printed_help))
 
 
 def variables(code):

@@ -18,6 +18,9 @@ import xml.etree.ElementTree as ElementTree
 from pathlib import Path
 
 SOURCE = Path(__file__).resolve().parents[2]
+sys.path.insert(0, str(SOURCE / 'scripts/policy'))
+import man_pages  # noqa: E402
+
 VERSION = re.search(r'^project\(zelk VERSION ([\d.]+)', (SOURCE / 'CMakeLists.txt').read_text(), re.MULTILINE).group(1)
 ID = 'org.orrim.zelk'
 APPLICATION = 'usr/lib/zelk/zelk.app/Contents/Linux/zelk'
@@ -203,6 +206,27 @@ class Installed(unittest.TestCase):
         text = unpacked(self.file('usr/share/man/man7/zelk-window.7.gz'))
         for path in APPLICATION, ENGINE, 'usr/bin/zelk':
             self.assertIn(f'/{path}\n', text.replace(' ', '\n'))
+
+    def page(self, name):
+        return man_pages.plain(unpacked(self.file(f'usr/share/man/{name}.gz')))
+
+    def test_thePageOfTheWindowTellsItsOptionsAndNoOther(self):
+        own, every = (man_pages.options_in(run([self.file(APPLICATION), asked], env=self.environment()))
+                      for asked in ('--help', '--help-all'))
+        self.assertLess(own, every)
+        told = man_pages.options_in(self.page('man7/zelk-window.7'))
+        self.assertEqual((own - told, told - every), (set(), set()))
+
+    def test_thePageOfTheCommandTellsItsVerbsAndOptionsAndNoOther(self):
+        command = self.file('usr/bin/zelk')
+        helps = [run([command, '--help'])]
+        verbs = man_pages.verbs_in(helps[0])
+        self.assertIn('sync', verbs)
+        helps += (run([command, verb, '--help']) for verb in sorted(verbs))
+        text = self.page('man1/zelk.1')
+        self.assertEqual(man_pages.options_in(text), man_pages.options_in(''.join(helps)))
+        synopsis = text.partition('SYNOPSIS')[2].partition('DESCRIPTION')[0]
+        self.assertEqual(set(re.findall(r'zelk\n([a-z]+)$', synopsis, re.MULTILINE)), verbs)
 
     def test_theChangelogIsOfThisVersion(self):
         self.assertTrue(unpacked(self.file('usr/share/doc/zelk/changelog.Debian.gz')).startswith(f'zelk ({VERSION}-1) '))

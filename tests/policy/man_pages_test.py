@@ -20,6 +20,15 @@ class Asked(unittest.TestCase):
         code = 'const QCommandLineOption quiet(u"quiet"_s, u"Say --nothing."_s); QCommandLineOption loud{u"loud"_s};'
         self.assertEqual(man_pages.window_options(code), {'--quiet', '--loud'})
 
+    def test_optionsThatTheWindowHasOfQt(self):
+        self.assertEqual(man_pages.window_options('parser.addHelpOption();'), {'-h', '--help', '--help-all'})
+        self.assertEqual(man_pages.window_options('parser.addVersionOption();'), {'-v', '--version'})
+
+    def test_whatAHelpPrints(self):
+        printed = 'Usage: zelk mend [--fast]\n\n  mend       repair all\n  --all-of-it  even what is whole\n'
+        self.assertEqual(man_pages.options_in(printed), {'--fast', '--all-of-it'})
+        self.assertEqual(man_pages.verbs_in(printed), {'mend'})
+
     def test_variablesHoweverTheyAreRead(self):
         for code in ['qEnvironmentVariable("KEY")', 'qEnvironmentVariableIntValue("KEY")', 'std::getenv("KEY")', 'qgetenv("KEY")',
                      'environment.value(QStringLiteral("KEY"))', '_around.environment.value(u"KEY"_s, other)',
