@@ -6,4 +6,8 @@ QString desktopEntryName() {
     return QStringLiteral(ZELK_APPLICATION_ID);
 }
 
+QString desktopObjectPath() {
+    return u'/' + desktopEntryName().replace(u'.', u'/');
+}
+
 } // namespace zelk

@@ -1,5 +1,7 @@
 #include "Platform/SingleInstance.h"
 
+#include "Platform/DesktopEntry.h"
+
 #include <QCryptographicHash>
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
@@ -21,7 +23,7 @@ namespace {
 
 constexpr int severalOthers = 5;
 
-const QString objectPath = QStringLiteral("/org/orrim/zelk");
+const QString objectPath = desktopObjectPath();
 const QString interfaceName = QStringLiteral("org.freedesktop.Application");
 const QString tokenKey = QStringLiteral("activation-token");
 
@@ -34,7 +36,7 @@ QString nameFor(const QString &folder) {
         canonical = plain.lexically_normal();
     const auto bytes = QByteArray::fromStdString(canonical.string());
     const QByteArray hash = QCryptographicHash::hash(bytes, QCryptographicHash::Sha256).toHex().first(16);
-    return u"org.orrim.zelk.Instance_"_s + QString::fromLatin1(hash);
+    return desktopEntryName() + u".Instance_"_s + QString::fromLatin1(hash);
 }
 
 /// Holds a name on the session bus, which the bus takes back when the process ends.

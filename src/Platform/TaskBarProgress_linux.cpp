@@ -27,7 +27,7 @@ private:
         if (!_bus.isConnected())
             return;
         auto signal =
-            QDBusMessage::createSignal(u"/org/orrim/zelk"_s, u"com.canonical.Unity.LauncherEntry"_s, u"Update"_s);
+            QDBusMessage::createSignal(desktopObjectPath(), u"com.canonical.Unity.LauncherEntry"_s, u"Update"_s);
         signal << u"application://%1.desktop"_s.arg(desktopEntryName()) << properties;
         _bus.send(signal);
     }
