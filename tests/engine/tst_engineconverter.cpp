@@ -239,6 +239,16 @@ private Q_SLOTS:
         QVERIFY(scene.home.outputFiles().filter(u"partial"_s).isEmpty());
     }
 
+    void theEndOfTheInputDoesNotWaitForOneThatHangs() {
+        const Scene scene(u"hang"_s);
+        EngineChild engine(scene.home, scene.environment);
+        QVERIFY(engine.call(u"startSync"_s, QJsonObject{{u"selection"_s, engine.selectAll()}}).value("ok"_L1).toBool());
+        QVERIFY(soon([&] { return scene.converter() > 0; }));
+        QCOMPARE(engine.finish(20'000), 0); // without patience for the track, which would be 22 seconds at least
+        QVERIFY(soon([&] { return !scene.converterLives(); }));
+        QVERIFY(scene.home.outputFiles().filter(u"partial"_s).isEmpty());
+    }
+
     void itDiesWithAnEngineThatIsKilled() {
         const Scene scene(u"hang"_s);
         EngineChild engine(scene.home, scene.environment);
