@@ -184,7 +184,7 @@ void AppModel::failStartup(const std::exception_ptr &failure) {
         _startupError = text;
         Q_EMIT startupErrorChanged();
     }
-    _logger.error(QStringLiteral("startup failed: %1").arg(text));
+    _logger.error(QStringLiteral("startup failed: %1").arg(logText(failure)));
 }
 
 void AppModel::setReady() {

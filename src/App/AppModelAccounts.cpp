@@ -1,5 +1,6 @@
 #include "App/AppModel.h"
 
+#include <QCoreApplication>
 #include <QPointer>
 
 #include <exception>
@@ -9,6 +10,10 @@
 namespace zelk {
 
 namespace {
+
+struct Texts {
+    Q_DECLARE_TR_FUNCTIONS(AppModel)
+};
 
 /// A user needs that long to sign in with a browser.
 constexpr std::chrono::seconds spotifyTimeout{300};
@@ -50,7 +55,7 @@ QCoro::Task<> AppModel::connectSpotify() {
     if (!self)
         co_return;
     if (failure) {
-        _sync->setBanner(SyncBanner::error(QStringLiteral("Spotify connection failed: ") + describe(failure)));
+        _sync->setBanner(SyncBanner::error(Texts::tr("Spotify connection failed: ") + describe(failure)));
         co_return;
     }
     // First the account, then the playlists that it makes reachable.

@@ -1,6 +1,7 @@
 #include "App/AppModel.h"
 #include "Support/FileBrowserOrder.h"
 
+#include <QCoreApplication>
 #include <QPointer>
 
 #include <algorithm>
@@ -9,6 +10,14 @@
 
 // The commands of the model: what the user's gestures start.
 namespace zelk {
+
+namespace {
+
+struct Texts {
+    Q_DECLARE_TR_FUNCTIONS(AppModel)
+};
+
+} // namespace
 
 void AppModel::selectionChanged() {
     if (!_library || !_preview)
@@ -49,7 +58,7 @@ void AppModel::startSync() {
         if (failure)
             self->_sync->setBanner(SyncBanner::error(describe(failure)));
         else if (!hasSelection)
-            self->_sync->setBanner(SyncBanner::info(QStringLiteral("Select one or more playlists first.")));
+            self->_sync->setBanner(SyncBanner::info(Texts::tr("Select one or more playlists first.")));
     });
 }
 

@@ -1,10 +1,13 @@
 #include "Platform/MusicSignInPage.h"
 
+#include <QCoreApplication>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QRandomGenerator>
 
 #include <array>
+#include <utility>
+#include <vector>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -12,16 +15,20 @@ namespace zelk::MusicSignInPage {
 
 namespace {
 
+struct Texts {
+    Q_DECLARE_TR_FUNCTIONS(MusicSignInPage)
+};
+
 constexpr qsizetype failureLimit = 300; // characters of a message
 
 // The colours are those of the application's windows.
 constexpr auto page = R"html(<!DOCTYPE html>
-<html lang="en">
+<html lang="@language@">
 <head>
 <meta charset="utf-8">
 <meta name="viewport" content="width=device-width">
 <meta name="color-scheme" content="light dark">
-<title>zelk: Sign in to Apple Music</title>
+<title>@title@</title>
 <link rel="icon" href="data:,">
 <style nonce="@nonce@">
 :root { --window: #F6F7F9; --card: #FFFFFF; --stroke: #D4D6DA; --primary: #1B1D22; --secondary: #565B66;
@@ -47,15 +54,16 @@ button:disabled { opacity: .4; }
 </head>
 <body>
 <main>
-<h1>Sign in to Apple Music</h1>
-<p id="words" role="status">One moment…</p>
-<noscript><p>This page needs JavaScript. Turn it on and reload the page, or close this window.</p></noscript>
-<div id="buttons"><button id="cancel" type="button">Cancel</button><button id="signIn" type="button" disabled>Sign In</button></div>
+<h1>@heading@</h1>
+<p id="words" role="status">@oneMoment@</p>
+<noscript><p>@noScript@</p></noscript>
+<div id="buttons"><button id="cancel" type="button">@cancel@</button><button id="signIn" type="button" disabled>@signIn@</button></div>
 </main>
 <script nonce="@nonce@">
 'use strict';
 (() => {
     const request = @request@;
+    const texts = @texts@;
     const words = document.getElementById('words');
     const buttons = document.getElementById('buttons');
     const signIn = document.getElementById('signIn');
@@ -72,14 +80,14 @@ button:disabled { opacity: .4; }
                 headers: { 'Content-Type': 'application/json' },
                 body: JSON.stringify(said),
             });
-            words.textContent = response.ok ? text : 'zelk did not take the answer of this page. Close this window and connect again in zelk.';
+            words.textContent = response.ok ? text : texts.notTaken;
         } catch {
-            words.textContent = 'zelk no longer waits for this page. Close this window and connect again in zelk.';
+            words.textContent = texts.noLongerAwaited;
         }
     };
     const fail = error => {
-        const text = String(error && (error.description || error.message || error.errorCode || error.name) || error || 'unknown error');
-        answer({ failure: text.slice(0, 300) }, 'Signing in failed: ' + text + '. You can close this window.');
+        const text = String(error && (error.description || error.message || error.errorCode || error.name) || error || texts.unknownError);
+        answer({ failure: text.slice(0, 300) }, texts.failed.replace('%1', () => text));
     };
 
     let isReady = false;
@@ -101,7 +109,7 @@ button:disabled { opacity: .4; }
         }
         if (isOver)
             return;
-        words.textContent = 'Press “Sign In” and allow zelk to read your Apple Music library and playlists.';
+        words.textContent = texts.press;
         signIn.disabled = false;
         signIn.focus();
     };
@@ -109,23 +117,23 @@ button:disabled { opacity: .4; }
     // In the user's own gesture, or the browser would not let the window of the sign-in open.
     signIn.addEventListener('click', async () => {
         signIn.disabled = true;
-        words.textContent = 'Go on in the window that has opened.';
+        words.textContent = texts.goOn;
         try {
             const userToken = await MusicKit.getInstance().authorize();
             if (!userToken)
-                throw new Error('Apple Music gave no access');
-            answer({ userToken }, 'You are signed in. You can close this window.');
+                throw new Error(texts.noAccess);
+            answer({ userToken }, texts.signedIn);
         } catch (error) {
             fail(error);
         }
     });
     document.getElementById('cancel').addEventListener('click',
-        () => answer({ cancelled: true }, 'The sign-in was cancelled. You can close this window.'));
+        () => answer({ cancelled: true }, texts.cancelled));
 
     document.addEventListener('musickitloaded', getReady);
     const script = document.createElement('script');
     script.addEventListener('load', () => { if (window.MusicKit) getReady(); });
-    script.addEventListener('error', () => fail('the sign-in of Apple Music could not be loaded'));
+    script.addEventListener('error', () => fail(texts.notLoaded));
     script.src = request.musicKit;
     document.head.append(script);
 })();
@@ -149,6 +157,37 @@ QByteArray scriptLiteral(const QJsonObject &object) {
         .replace("\u2029", "\\u2029");
 }
 
+/// What stands on the page from the start, by its place.
+std::vector<std::pair<QByteArray, QString>> standingTexts() {
+    return {
+        {"@language@", Texts::tr("en", "the language of this page, as HTML names it")},
+        {"@title@", Texts::tr("zelk: Sign in to Apple Music")},
+        {"@heading@", Texts::tr("Sign in to Apple Music")},
+        {"@oneMoment@", Texts::tr("One moment…")},
+        {"@noScript@", Texts::tr("This page needs JavaScript. Turn it on and reload the page, or close this window.")},
+        {"@cancel@", Texts::tr("Cancel")},
+        {"@signIn@", Texts::tr("Sign In")},
+    };
+}
+
+/// What its script says later, by the script's names.
+QJsonObject scriptTexts() {
+    return {
+        {u"press"_s, Texts::tr("Press “Sign In” and allow zelk to read your Apple Music library and playlists.")},
+        {u"goOn"_s, Texts::tr("Go on in the window that has opened.")},
+        {u"signedIn"_s, Texts::tr("You are signed in. You can close this window.")},
+        {u"cancelled"_s, Texts::tr("The sign-in was cancelled. You can close this window.")},
+        {u"failed"_s, Texts::tr("Signing in failed: %1. You can close this window.")},
+        {u"noAccess"_s, Texts::tr("Apple Music gave no access")},
+        {u"notLoaded"_s, Texts::tr("the sign-in of Apple Music could not be loaded")},
+        {u"unknownError"_s, Texts::tr("unknown error")},
+        {u"notTaken"_s,
+         Texts::tr("zelk did not take the answer of this page. Close this window and connect again in zelk.")},
+        {u"noLongerAwaited"_s,
+         Texts::tr("zelk no longer waits for this page. Close this window and connect again in zelk.")},
+    };
+}
+
 } // namespace
 
 LoopbackPage::Content content(const Request &request) {
@@ -161,8 +200,14 @@ LoopbackPage::Content content(const Request &request) {
         request.musicKit.toString(QUrl::FullyEncoded | QUrl::RemovePath | QUrl::RemoveQuery | QUrl::RemoveFragment)
             .toLatin1();
     // Of other hosts, MusicKit speaks to several of Apple's; its own script comes from one.
+    QByteArray html(page);
+    for (const auto &[place, text] : standingTexts())
+        html.replace(place, text.toHtmlEscaped().toUtf8());
+    html.replace("@nonce@", nonce)
+        .replace("@texts@", scriptLiteral(scriptTexts()))
+        .replace("@request@", scriptLiteral(told));
     return {
-        .html = QByteArray(page).replace("@nonce@", nonce).replace("@request@", scriptLiteral(told)),
+        .html = std::move(html),
         .contentSecurityPolicy = "default-src 'none'; script-src 'nonce-" + nonce + "' " + scriptOrigin +
                                  "; style-src 'nonce-" + nonce +
                                  "'; connect-src 'self' https://*.apple.com; frame-src https://*.apple.com"

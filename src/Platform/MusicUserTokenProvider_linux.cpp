@@ -17,6 +17,10 @@ namespace zelk {
 
 namespace {
 
+struct Texts {
+    Q_DECLARE_TR_FUNCTIONS(MusicUserTokenProvider)
+};
+
 using MusicSignInPage::Answer;
 
 std::exception_ptr tokenError(const QString &description) {
@@ -25,7 +29,7 @@ std::exception_ptr tokenError(const QString &description) {
 
 QString userTokenOf(const Answer &answer) {
     if (answer.isCancelled)
-        throw MusicTokenError(u"The sign-in was cancelled."_s);
+        throw MusicTokenError(Texts::tr("The sign-in was cancelled."));
     if (answer.userToken.isEmpty())
         throw MusicTokenError(answer.failure);
     return answer.userToken;
@@ -42,8 +46,9 @@ public:
         const auto answer = std::make_shared<OneShot<Answer>>(std::make_exception_ptr(Cancelled()));
         const auto answered = answer->future();
         const auto page = makePage(developerToken, options, answer);
-        const auto alarm = _browser.clock->after(
-            _browser.patience, [answer] { answer->fail(tokenError(u"Nobody signed in before the time was up."_s)); });
+        const auto alarm = _browser.clock->after(_browser.patience, [answer] {
+            answer->fail(tokenError(Texts::tr("Nobody signed in before the time was up.")));
+        });
         const std::stop_callback onStop(stop, [answer] { answer->fail(std::make_exception_ptr(Cancelled())); });
         open(*page);
         const auto given = co_await answered;
@@ -66,9 +71,9 @@ private:
 
     void open(const LoopbackPage &page) const {
         if (!page.isListening())
-            throw MusicTokenError(u"The sign-in page could not be made ready: %1."_s.arg(page.errorText()));
+            throw MusicTokenError(Texts::tr("The sign-in page could not be made ready: %1.").arg(page.errorText()));
         if (!_browser.opener->open(page.url()))
-            throw MusicTokenError(u"No web browser could be opened."_s);
+            throw MusicTokenError(Texts::tr("No web browser could be opened."));
     }
 
     const Browser _browser;

@@ -2,9 +2,15 @@
 
 #include "Platform/CommandRun.h"
 
+#include <QCoreApplication>
+
 namespace zelk {
 
 namespace {
+
+struct Texts {
+    Q_DECLARE_TR_FUNCTIONS(RaisedShell)
+};
 
 // What polkit's program says with its exit status; any other is the command's own.
 constexpr int dismissed = 126;
@@ -32,7 +38,8 @@ public:
         const CommandPatience untilTheUserAnswers{.most = {}, .stop = std::move(stop)};
         const auto end = runCommand(_program, arguments, CommandErrors::apart, untilTheUserAnswers);
         if (end.exitStatus != 0)
-            throw Failure(reasonOf(end.exitStatus), trimmedText(end.error).value_or(QStringLiteral("unknown")));
+            throw Failure(reasonOf(end.exitStatus),
+                          trimmedText(end.error).value_or(Texts::tr("unknown", "the reason of a failure")));
         return QString::fromUtf8(end.output);
     }
 

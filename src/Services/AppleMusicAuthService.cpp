@@ -13,6 +13,7 @@
 #include "Support/Task.h"
 #include "Transport/HelperError.h"
 
+#include <QCoreApplication>
 #include <QPointer>
 #include <QStringDecoder>
 
@@ -23,6 +24,10 @@ using namespace Qt::Literals::StringLiterals;
 namespace zelk {
 
 namespace {
+
+struct Texts {
+    Q_DECLARE_TR_FUNCTIONS(AppleMusicAuthService)
+};
 
 QString devTokenCode() {
     return u"applemusic_dev_token"_s;
@@ -54,8 +59,8 @@ bool isCancellation(const std::exception_ptr &failure) {
 
 QString connectFailureMessage(const std::exception_ptr &failure) {
     if (isAbsence(failure))
-        return u"Cloud Apple Music isn't available right now. zelk will keep using your local Music library."_s;
-    return u"Apple Music connection failed: "_s + describe(failure);
+        return Texts::tr("Cloud Apple Music isn't available right now. zelk will keep using your local Music library.");
+    return Texts::tr("Apple Music connection failed: ") + describe(failure);
 }
 
 QString developerTokenIn(const URLSession::Response &response) {
@@ -113,8 +118,8 @@ QCoro::Task<> AppleMusicAuthService::Core::connect(std::shared_ptr<Core> core, S
         if (!sync || core->lifetime.stop_requested())
             co_return;
         if (status != ConsentStatus::authorized) {
-            sync->setBanner(
-                SyncBanner::warning(u"Apple Music access was not granted. Using your local library instead."_s));
+            sync->setBanner(SyncBanner::warning(
+                Texts::tr("Apple Music access was not granted. Using your local library instead.")));
             co_return;
         }
         auto connecting = connectAuthorized(core, model, sync);
@@ -124,7 +129,7 @@ QCoro::Task<> AppleMusicAuthService::Core::connect(std::shared_ptr<Core> core, S
     }
     if (!failure || !sync || isCancellation(failure))
         co_return;
-    core->logger.error(u"apple music connect failed: "_s + describe(failure));
+    core->logger.error(u"apple music connect failed: "_s + logText(failure));
     sync->setBanner(SyncBanner::warning(connectFailureMessage(failure)));
 }
 

@@ -6,6 +6,7 @@
 #include "Transport/HelperLocator.h"
 #include "Transport/Tagged.h"
 
+#include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
 #include <QSaveFile>
@@ -19,6 +20,10 @@ namespace zelk {
 namespace {
 
 using namespace std::chrono_literals;
+
+struct Texts {
+    Q_DECLARE_TR_FUNCTIONS(CLIInstaller)
+};
 
 std::filesystem::path native(const QString &path) {
     return QFile::encodeName(path).toStdString();
@@ -54,10 +59,10 @@ QString CLIInstaller::InstallError::errorDescription() const {
     return match(
         *this,
         [](const EscalationFailed &failure) {
-            return QStringLiteral("Administrator authorization failed: ") + failure.reason;
+            return Texts::tr("Administrator authorization failed: ") + failure.reason;
         },
-        [](const IoFailed &failure) { return QStringLiteral("Could not install the CLI: ") + failure.reason; },
-        [](const NoHelper &) { return QStringLiteral("The bundled zelk helper could not be located."); });
+        [](const IoFailed &failure) { return Texts::tr("Could not install the CLI: ") + failure.reason; },
+        [](const NoHelper &) { return Texts::tr("The bundled zelk helper could not be located."); });
 }
 
 CLIInstaller::Surroundings CLIInstaller::Surroundings::ofThisMachine() {

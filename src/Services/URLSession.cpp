@@ -5,6 +5,7 @@
 #include "Support/Clock.h"
 #include "Support/OneShot.h"
 
+#include <QCoreApplication>
 #include <QCoroFuture>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
@@ -13,11 +14,13 @@
 
 #include <utility>
 
-using namespace Qt::Literals::StringLiterals;
-
 namespace zelk {
 
 namespace {
+
+struct Texts {
+    Q_DECLARE_TR_FUNCTIONS(URLSession)
+};
 
 using Loading = OneShot<URLSession::Response>;
 
@@ -33,7 +36,7 @@ void settle(Loading &loading, QNetworkReply &reply) {
     const int status = reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
     const bool isSuccess = status >= 200 && status < 300;
     if (isSuccess && reply.bytesAvailable() > URLSession::mostBody)
-        loading.fail(std::make_exception_ptr(URLError(URLError::Code::other, u"The answer is too large."_s)));
+        loading.fail(std::make_exception_ptr(URLError(URLError::Code::other, Texts::tr("The answer is too large."))));
     else if (isAnswer(status, isSuccess, reply.error()))
         loading.fulfil(URLSession::Response{.status = status, .body = reply.read(URLSession::mostBody)});
     else
@@ -63,7 +66,7 @@ QCoro::Task<URLSession::Response> URLSession::get(QUrl url, std::stop_token stop
     // The manager takes its replies with it.
     QObject::connect(reply, &QObject::destroyed, [loading] { loading->fail(std::make_exception_ptr(Cancelled())); });
     const auto alarm = _clock->after(patience, [loading] {
-        const URLError late(URLError::Code::timedOut, u"The request timed out."_s);
+        const URLError late(URLError::Code::timedOut, QStringLiteral("The request timed out."));
         loading->fail(std::make_exception_ptr(late));
     });
     const std::stop_callback onStop(stop, [loading] { loading->fail(std::make_exception_ptr(Cancelled())); });

@@ -75,7 +75,7 @@ QCoro::Task<> PreviewStore::fetch(QPointer<PreviewStore> self, std::vector<Playl
             co_return;
         if (failure)
             self->_logger.error(
-                QStringLiteral("getPlaylistTracks failed for %1: %2").arg(playlist.id, describe(failure)));
+                QStringLiteral("getPlaylistTracks failed for %1: %2").arg(playlist.id, logText(failure)));
         built.push_back(groupOf(playlist, position, tracks));
     }
     self->show(std::move(built), key);

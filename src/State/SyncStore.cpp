@@ -1,5 +1,7 @@
 #include "State/SyncStore.h"
 
+#include <QCoreApplication>
+
 #include <algorithm>
 #include <cmath>
 #include <utility>
@@ -8,9 +10,13 @@ namespace zelk {
 
 namespace {
 
+struct Texts {
+    Q_DECLARE_TR_FUNCTIONS(SyncStore)
+};
+
 QString progressText(const ServerEvent::DownloadProgress &event) {
     // The figure as the engine told it, even one above 100; the zero turns a negative zero round.
-    QStringList parts(QStringLiteral("%1%").arg(std::round(event.percent) + 0.0, 0, 'f', 0));
+    QStringList parts(Texts::tr("%1%").arg(std::round(event.percent) + 0.0, 0, 'f', 0));
     if (event.sizeText)
         parts.append(*event.sizeText);
     if (event.speedText)
@@ -20,7 +26,7 @@ QString progressText(const ServerEvent::DownloadProgress &event) {
 
 TrackState stateAfter(const ServerEvent::TrackFinished &event) {
     if (event.status == Finish::failed)
-        return TrackState::failed(event.detail.value_or(QStringLiteral("Failed")));
+        return TrackState::failed(event.detail.value_or(Texts::tr("Failed")));
     // A track that the engine only verified is no new download.
     if (event.status == Finish::ok && event.kind == ServerEvent::TrackFinishKind::verified)
         return TrackState::present(event.meta);
@@ -36,15 +42,15 @@ std::optional<SyncBanner> bannerOf(const ServerEvent::ProxyStatus &event) {
     case ProxyStatusValue::off:
         return std::nullopt;
     case ProxyStatusValue::connecting:
-        return SyncBanner::info(QStringLiteral("Connecting to Vantrix VPN…"));
+        return SyncBanner::info(Texts::tr("Connecting to Vantrix VPN…"));
     case ProxyStatusValue::connected: {
-        const auto text = QStringLiteral("Soulseek is routed through Vantrix VPN");
+        const auto text = Texts::tr("Soulseek is routed through Vantrix VPN");
         return SyncBanner::info(event.detail ? QStringLiteral("%1 (%2)").arg(text, *event.detail) : text);
     }
     case ProxyStatusValue::down:
-        return SyncBanner::warning(because(QStringLiteral("Vantrix VPN disconnected — Soulseek is paused")));
+        return SyncBanner::warning(because(Texts::tr("Vantrix VPN disconnected — Soulseek is paused")));
     case ProxyStatusValue::error:
-        return SyncBanner::warning(because(QStringLiteral("Vantrix VPN error — Soulseek is paused")));
+        return SyncBanner::warning(because(Texts::tr("Vantrix VPN error — Soulseek is paused")));
     }
     Q_UNREACHABLE();
 }
@@ -160,7 +166,7 @@ void SyncStore::interruptAfterCrash() {
     if (!isRunning())
         return;
     setPhase(SyncPhase::interrupted);
-    setBanner(SyncBanner::warning(QStringLiteral("The sync was interrupted. Re-run Sync to continue safely.")));
+    setBanner(SyncBanner::warning(Texts::tr("The sync was interrupted. Re-run Sync to continue safely.")));
 }
 
 template<typename Body>

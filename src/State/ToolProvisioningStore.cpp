@@ -1,5 +1,7 @@
 #include "State/ToolProvisioningStore.h"
 
+#include <QCoreApplication>
+
 #include <algorithm>
 #include <exception>
 #include <utility>
@@ -7,6 +9,10 @@
 namespace zelk {
 
 namespace {
+
+struct Texts {
+    Q_DECLARE_TR_FUNCTIONS(ToolProvisioningStore)
+};
 
 constexpr QLatin1StringView statusOk{"ok"};
 
@@ -66,7 +72,7 @@ void ToolProvisioningStore::conclude(const ProvisionToolsResult &result) {
     // The engine's verdict counts, not the rows: it may fail with every tool in order, or for a tool that has no row.
     const auto culprit =
         std::ranges::find_if(result.tools, [](const auto &status) { return status.status != statusOk; });
-    setLastError(culprit == result.tools.end() ? QStringLiteral("Some required tools could not be installed.")
+    setLastError(culprit == result.tools.end() ? Texts::tr("Some required tools could not be installed.")
                                                : culprit->detail);
 }
 

@@ -290,7 +290,7 @@ private:
             auto launching = launch(self);
             co_await launching;
         } catch (const std::exception &failure) {
-            logger.fault(QStringLiteral("helper relaunch failed: %1").arg(describe(failure)));
+            logger.fault(QStringLiteral("helper relaunch failed: %1").arg(QString::fromUtf8(failure.what())));
             finishEventsOf(self);
         }
     }

@@ -90,11 +90,11 @@ public:
     static HelperError requestTimedOut() { return HelperError(RequestTimedOut{}); }
     static HelperError cancelled() { return HelperError(Cancelled{}); }
 
-    // The text to show to the user.
+    // The text to show to the user, in the language of the windows.
     QString errorDescription() const;
     // For an engineError whose code is a known one; no value for any other failure.
     std::optional<EngineErrorCode> engineCode() const;
-    const char *what() const noexcept override { return _what.constData(); } // the description in UTF-8
+    const char *what() const noexcept override { return _what.constData(); } // the description in English, in UTF-8
 
     friend bool operator==(const HelperError &a, const HelperError &b) { return a.value == b.value; }
 
@@ -108,5 +108,7 @@ private:
 // The text that a store or a banner shows for a failure: a HelperError's description, any other error's plain text.
 QString describe(const std::exception &error);
 QString describe(const std::exception_ptr &error);
+// The same for the log, where a HelperError is English in every language.
+QString logText(const std::exception_ptr &error);
 
 } // namespace zelk

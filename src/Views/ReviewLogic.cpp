@@ -30,7 +30,7 @@ CandidateFace candidateFace(const CandidateDTO &candidate, double trackSeconds) 
     face.id = candidate.id;
     face.title = candidate.title;
     if (candidate.confidence) {
-        face.confidence = QString::number(Format::percent(*candidate.confidence)) + u'%';
+        face.confidence = QCoreApplication::translate("zelk", "%1%").arg(Format::percent(*candidate.confidence));
         face.confidenceInk = confidenceInk(*candidate.confidence);
     }
     QStringList tag;

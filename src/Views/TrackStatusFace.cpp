@@ -22,7 +22,7 @@ TrackStatusFace pill(StatusRole role, const QString &text) {
 
 TrackStatusFace working(const TrackModel &track, const TrackState::Working &state) {
     if (state.phase == Phase::downloading) {
-        const QString percent = QString::number(Format::percent(track.downloadFraction())) + u'%';
+        const QString percent = Texts::tr("%1%").arg(Format::percent(track.downloadFraction()));
         return {TrackStatusFace::Kind::downloading,
                 track.progressDetail().value_or(percent),
                 Texts::tr("Downloading"),

@@ -67,6 +67,32 @@
     </message>
 </context>
 <context>
+    <name>AppModel</name>
+    <message>
+        <source>Spotify connection failed: </source>
+        <translation>Die Verbindung mit Spotify ist fehlgeschlagen: </translation>
+    </message>
+    <message>
+        <source>Select one or more playlists first.</source>
+        <translation>Wähle zuerst eine oder mehrere Playlists.</translation>
+    </message>
+</context>
+<context>
+    <name>AppleMusicAuthService</name>
+    <message>
+        <source>Cloud Apple Music isn&apos;t available right now. zelk will keep using your local Music library.</source>
+        <translation>Apple Music ist in der Cloud gerade nicht verfügbar. zelk verwendet weiter deine lokale Mediathek.</translation>
+    </message>
+    <message>
+        <source>Apple Music connection failed: </source>
+        <translation>Die Verbindung mit Apple Music ist fehlgeschlagen: </translation>
+    </message>
+    <message>
+        <source>Apple Music access was not granted. Using your local library instead.</source>
+        <translation>Der Zugriff auf Apple Music wurde nicht erlaubt. zelk verwendet stattdessen deine lokale Mediathek.</translation>
+    </message>
+</context>
+<context>
     <name>BannerView</name>
     <message>
         <source>Reconnect</source>
@@ -75,6 +101,21 @@
     <message>
         <source>Dismiss</source>
         <translation>Ausblenden</translation>
+    </message>
+</context>
+<context>
+    <name>CLIInstaller</name>
+    <message>
+        <source>Administrator authorization failed: </source>
+        <translation>Die Freigabe als Administrator ist fehlgeschlagen: </translation>
+    </message>
+    <message>
+        <source>Could not install the CLI: </source>
+        <translation>Das Befehlszeilenprogramm konnte nicht installiert werden: </translation>
+    </message>
+    <message>
+        <source>The bundled zelk helper could not be located.</source>
+        <translation>Das mitgelieferte Hilfsprogramm von zelk wurde nicht gefunden.</translation>
     </message>
 </context>
 <context>
@@ -328,6 +369,37 @@
     </message>
 </context>
 <context>
+    <name>HelperError</name>
+    <message>
+        <source>Could not understand a message from the helper: </source>
+        <translation>Eine Nachricht des Hilfsprogramms ist unverständlich: </translation>
+    </message>
+    <message>
+        <source>The zelk helper could not be found in the app bundle.</source>
+        <translation>Das Hilfsprogramm von zelk wurde im Paket der App nicht gefunden.</translation>
+    </message>
+    <message>
+        <source>The zelk helper stopped unexpectedly.</source>
+        <translation>Das Hilfsprogramm von zelk wurde unerwartet beendet.</translation>
+    </message>
+    <message>
+        <source>The zelk helper is not available.</source>
+        <translation>Das Hilfsprogramm von zelk ist nicht verfügbar.</translation>
+    </message>
+    <message>
+        <source>The request to the helper timed out.</source>
+        <translation>Das Hilfsprogramm hat nicht rechtzeitig geantwortet.</translation>
+    </message>
+    <message>
+        <source>The request was cancelled.</source>
+        <translation>Die Anfrage wurde abgebrochen.</translation>
+    </message>
+    <message>
+        <source>Unknown error</source>
+        <translation>Unbekannter Fehler</translation>
+    </message>
+</context>
+<context>
     <name>LibraryDetailView</name>
     <message>
         <source>Helper Unavailable</source>
@@ -347,6 +419,97 @@
     <message>
         <source>zelk</source>
         <translation>zelk</translation>
+    </message>
+</context>
+<context>
+    <name>MusicSignInPage</name>
+    <message>
+        <source>en</source>
+        <comment>the language of this page, as HTML names it</comment>
+        <translation>de</translation>
+    </message>
+    <message>
+        <source>zelk: Sign in to Apple Music</source>
+        <translation>zelk: Bei Apple Music anmelden</translation>
+    </message>
+    <message>
+        <source>Sign in to Apple Music</source>
+        <translation>Bei Apple Music anmelden</translation>
+    </message>
+    <message>
+        <source>One moment…</source>
+        <translation>Einen Moment …</translation>
+    </message>
+    <message>
+        <source>This page needs JavaScript. Turn it on and reload the page, or close this window.</source>
+        <translation>Diese Seite braucht JavaScript. Schalte es ein und lade die Seite neu, oder schließe dieses Fenster.</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Sign In</source>
+        <translation>Anmelden</translation>
+    </message>
+    <message>
+        <source>Press “Sign In” and allow zelk to read your Apple Music library and playlists.</source>
+        <translation>Drücke „Anmelden“ und erlaube zelk, deine Apple-Music-Mediathek und deine Playlists zu lesen.</translation>
+    </message>
+    <message>
+        <source>Go on in the window that has opened.</source>
+        <translation>Mach in dem Fenster weiter, das sich geöffnet hat.</translation>
+    </message>
+    <message>
+        <source>You are signed in. You can close this window.</source>
+        <translation>Du bist angemeldet. Du kannst dieses Fenster schließen.</translation>
+    </message>
+    <message>
+        <source>The sign-in was cancelled. You can close this window.</source>
+        <translation>Die Anmeldung wurde abgebrochen. Du kannst dieses Fenster schließen.</translation>
+    </message>
+    <message>
+        <source>Signing in failed: %1. You can close this window.</source>
+        <translation>Die Anmeldung ist fehlgeschlagen: %1. Du kannst dieses Fenster schließen.</translation>
+    </message>
+    <message>
+        <source>Apple Music gave no access</source>
+        <translation>Apple Music hat keinen Zugriff gegeben</translation>
+    </message>
+    <message>
+        <source>the sign-in of Apple Music could not be loaded</source>
+        <translation>die Anmeldung von Apple Music konnte nicht geladen werden</translation>
+    </message>
+    <message>
+        <source>unknown error</source>
+        <translation>unbekannter Fehler</translation>
+    </message>
+    <message>
+        <source>zelk did not take the answer of this page. Close this window and connect again in zelk.</source>
+        <translation>zelk hat die Antwort dieser Seite nicht angenommen. Schließe dieses Fenster und verbinde dich in zelk noch einmal.</translation>
+    </message>
+    <message>
+        <source>zelk no longer waits for this page. Close this window and connect again in zelk.</source>
+        <translation>zelk wartet nicht mehr auf diese Seite. Schließe dieses Fenster und verbinde dich in zelk noch einmal.</translation>
+    </message>
+</context>
+<context>
+    <name>MusicUserTokenProvider</name>
+    <message>
+        <source>The sign-in was cancelled.</source>
+        <translation>Die Anmeldung wurde abgebrochen.</translation>
+    </message>
+    <message>
+        <source>Nobody signed in before the time was up.</source>
+        <translation>Niemand hat sich rechtzeitig angemeldet.</translation>
+    </message>
+    <message>
+        <source>The sign-in page could not be made ready: %1.</source>
+        <translation>Die Seite für die Anmeldung konnte nicht bereitgestellt werden: %1.</translation>
+    </message>
+    <message>
+        <source>No web browser could be opened.</source>
+        <translation>Es ließ sich kein Browser öffnen.</translation>
     </message>
 </context>
 <context>
@@ -506,6 +669,14 @@
     <message>
         <source>AcoustID API key</source>
         <translation>AcoustID-API-Schlüssel</translation>
+    </message>
+</context>
+<context>
+    <name>RaisedShell</name>
+    <message>
+        <source>unknown</source>
+        <comment>the reason of a failure</comment>
+        <translation>unbekannt</translation>
     </message>
 </context>
 <context>
@@ -799,6 +970,37 @@
     </message>
 </context>
 <context>
+    <name>SyncStore</name>
+    <message>
+        <source>%1%</source>
+        <translation>%1 %</translation>
+    </message>
+    <message>
+        <source>Failed</source>
+        <translation>Fehlgeschlagen</translation>
+    </message>
+    <message>
+        <source>Connecting to Vantrix VPN…</source>
+        <translation>Verbindung mit Vantrix VPN …</translation>
+    </message>
+    <message>
+        <source>Soulseek is routed through Vantrix VPN</source>
+        <translation>Soulseek läuft über Vantrix VPN</translation>
+    </message>
+    <message>
+        <source>Vantrix VPN disconnected — Soulseek is paused</source>
+        <translation>Vantrix VPN getrennt – Soulseek pausiert</translation>
+    </message>
+    <message>
+        <source>Vantrix VPN error — Soulseek is paused</source>
+        <translation>Fehler bei Vantrix VPN – Soulseek pausiert</translation>
+    </message>
+    <message>
+        <source>The sync was interrupted. Re-run Sync to continue safely.</source>
+        <translation>Der Sync wurde unterbrochen. Starte ihn noch einmal, um sicher fortzufahren.</translation>
+    </message>
+</context>
+<context>
     <name>ToolProgressRow</name>
     <message>
         <source>In progress</source>
@@ -807,6 +1009,13 @@
     <message>
         <source>Ready</source>
         <translation>Bereit</translation>
+    </message>
+</context>
+<context>
+    <name>ToolProvisioningStore</name>
+    <message>
+        <source>Some required tools could not be installed.</source>
+        <translation>Einige benötigte Werkzeuge konnten nicht installiert werden.</translation>
     </message>
 </context>
 <context>
@@ -872,6 +1081,13 @@
     <message>
         <source>Copy Title</source>
         <translation>Titel kopieren</translation>
+    </message>
+</context>
+<context>
+    <name>URLSession</name>
+    <message>
+        <source>The answer is too large.</source>
+        <translation>Die Antwort ist zu groß.</translation>
     </message>
 </context>
 <context>
@@ -1624,6 +1840,10 @@
     <message>
         <source>Testing…</source>
         <translation>Wird getestet …</translation>
+    </message>
+    <message>
+        <source>%1%</source>
+        <translation>%1 %</translation>
     </message>
 </context>
 <context>

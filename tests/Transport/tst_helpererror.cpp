@@ -5,12 +5,26 @@
 #include <QFuture>
 #include <QPromise>
 #include <QTest>
+#include <QTranslator>
 
 #include <stdexcept>
 #include <thread>
 
 using namespace zelk;
 using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+// A language of its own, in which each text stands in brackets.
+class Bracketing final : public QTranslator {
+public:
+    QString translate(const char *, const char *text, const char *, int) const override {
+        return u'[' + QString::fromUtf8(text) + u']';
+    }
+    bool isEmpty() const override { return false; }
+};
+
+} // namespace
 
 class TestHelperError : public QObject {
     Q_OBJECT
@@ -34,6 +48,23 @@ private Q_SLOTS:
         QCOMPARE(error.errorDescription(), text);
         QCOMPARE(QString::fromUtf8(error.what()), text);
         QCOMPARE(describe(error), text);
+    }
+
+    void theWindowsLanguageIsShownAndTheLogIsEnglish() {
+        Bracketing language;
+        QCoreApplication::installTranslator(&language);
+        const HelperError crash = HelperError::helperCrashed();
+        QCOMPARE(crash.errorDescription(), u"[The zelk helper stopped unexpectedly.]"_s);
+        QCOMPARE(describe(std::make_exception_ptr(crash)), crash.errorDescription());
+        QCOMPARE(logText(std::make_exception_ptr(crash)), u"The zelk helper stopped unexpectedly."_s);
+        QCOMPARE(crash.what(), "The zelk helper stopped unexpectedly.");
+        // The engine's own words are nobody's to translate.
+        const auto refusal = HelperError::engineError(u"internal"_s, u"Oh."_s);
+        QCOMPARE(refusal.errorDescription(), u"Oh."_s);
+        QCOMPARE(HelperError::decodeFailure(u"no brace"_s).errorDescription(),
+                 u"[Could not understand a message from the helper: ]no brace"_s);
+        QCOMPARE(describe(std::make_exception_ptr(7)), u"[Unknown error]"_s);
+        QCOMPARE(logText(std::make_exception_ptr(7)), u"Unknown error"_s);
     }
 
     void failuresAreEqualOnlyToThemselves() {
@@ -117,5 +148,5 @@ private:
     }
 };
 
-QTEST_APPLESS_MAIN(TestHelperError)
+QTEST_GUILESS_MAIN(TestHelperError)
 #include "tst_helpererror.moc"

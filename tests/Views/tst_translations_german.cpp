@@ -1,47 +1,27 @@
 // The windows in German, for somebody who asks for it.
 #include "FormStates.h"
+#include "German.h"
+#include "TextFit.h"
 #include "Views/Settings/SettingsTabs.h"
 #include "Views/SummaryTexts.h"
 #include "WindowBench.h"
 
-#include <QFile>
 #include <QSet>
 #include <QTest>
-#include <QXmlStreamReader>
 
 using namespace zelk;
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-// The English texts that German has other words for.
-QSet<QString> foreignTexts() {
-    QFile file(QStringLiteral(ZELK_GERMAN));
-    if (!file.open(QFile::ReadOnly))
-        return {};
-    QSet<QString> translated;
-    QSet<QString> kept;
-    QString source;
-    QXmlStreamReader reader(&file);
-    while (!reader.atEnd()) {
-        if (reader.readNext() != QXmlStreamReader::StartElement)
-            continue;
-        if (reader.name() == u"source")
-            source = reader.readElementText();
-        else if (reader.name() == u"translation")
-            (reader.readElementText(QXmlStreamReader::IncludeChildElements).trimmed() == source ? kept : translated) +=
-                source;
-    }
-    return translated - kept;
-}
-
 // The texts in view in a window that are still English.
 QStringList leftInEnglish(const QQuickWindow *window) {
-    static const QSet<QString> foreign = foreignTexts();
+    static const auto texts = foreignTexts(QStringLiteral(ZELK_GERMAN));
+    static const QSet<QString> foreign(texts.cbegin(), texts.cend());
     QStringList found;
-    const auto texts = WindowBench::itemsOf(
+    const auto items = WindowBench::itemsOf(
         window->contentItem(), [](QQuickItem *item) { return foreign.contains(item->property("text").toString()); });
-    for (QQuickItem *each : texts)
+    for (QQuickItem *each : items)
         found += each->property("text").toString();
     return found;
 }
@@ -59,6 +39,19 @@ private Q_SLOTS:
     void init() { QTest::failOnWarning(QRegularExpression(u"qrc:.*"_s)); }
     void cleanup() { settleDown(); }
 
+    void everyTextIsFinished_data() {
+        QTest::addColumn<QString>("path");
+        QTest::newRow("German") << QStringLiteral(ZELK_GERMAN);
+        QTest::newRow("the plurals of English") << QStringLiteral(ZELK_ENGLISH);
+    }
+    void everyTextIsFinished() {
+        QFETCH(QString, path);
+        const auto texts = translatedTexts(path);
+        QVERIFY(texts.size() > 5);
+        for (const auto &each : texts)
+            QVERIFY2(each.state.isEmpty() && !each.translation.trimmed().isEmpty(), qUtf8Printable(each.source));
+    }
+
     void theMainWindowIsInGerman() {
         WindowBench bench;
         bench.loadLibrary();
@@ -71,6 +64,19 @@ private Q_SLOTS:
         QTRY_VERIFY(bench.shows(u"Wartet"_s));
         QVERIFY(bench.shows(u"Interpret"_s) && bench.shows(u"Sync läuft"_s));
         bench.drawFrame();
+        QCOMPARE(leftInEnglish(bench.window.window()).join(u'|'), QString());
+    }
+
+    void theBannerOfABrokenRunIsInGerman() {
+        WindowBench bench;
+        bench.loadLibrary();
+        const QString run = u"run"_s;
+        bench.route(ServerEvent::SyncStarted{run, run, 1});
+        bench.model.sync()->route(HelperEvent::helperCrashed());
+        QTRY_VERIFY(bench.shows(u"Der Sync wurde unterbrochen. Starte ihn noch einmal, um sicher fortzufahren."_s));
+        bench.drawFrame();
+        const auto faults = TextFit::faults(bench.item("banner"), [](QQuickItem *) { return false; });
+        QCOMPARE(faults.join(u'|'), QString());
         QCOMPARE(leftInEnglish(bench.window.window()).join(u'|'), QString());
     }
 
