@@ -9,6 +9,7 @@ qml_literals = policy('qml_literals')
 words = policy('words')
 lengths = policy('lengths')
 named_tests = policy('named_tests')
+shown_texts = policy('shown_texts')
 
 
 class Threads(unittest.TestCase):
@@ -41,6 +42,22 @@ class QmlLiterals(unittest.TestCase):
                      'text: "red"', 'source: "http://example.org/#fff"']:
             with self.subTest(code):
                 self.assertEqual(qml_literals.check(f'Item {{\n{code}\n}}'), [])
+
+
+class ShownTexts(unittest.TestCase):
+    def test_aSentenceThatNoTranslationReachesIsRefused(self):
+        for code in ['setBanner(SyncBanner::info(QStringLiteral("Select one first.")));', 'throw Failure(u"No browser could be opened."_s);',
+                     'return u"It failed: "_s + why;', 'setLastError(\n    QStringLiteral("Some tools, not all."));',
+                     'logger.info(u"all good"_s); return u"It is good."_s;']:
+            with self.subTest(code):
+                self.assertEqual(len(shown_texts.check('src/a.cpp', code)), 1)
+
+    def test_whatIsTranslatedOrSaidToOthersIsLetThrough(self):
+        for code in ['setBanner(Texts::tr("Select one first."));', '_logger.error(QStringLiteral("It failed: %1").arg(why));',
+                     'Logger("updates").info(\n    u"No release notes: %1"_s.arg(why));', '// u"No browser could be opened."_s',
+                     'qFatal("It must not be: %s", why);', 'names += u"Apple Music"_s;', 'key == u"persistent id"_s;']:
+            with self.subTest(code):
+                self.assertEqual(shown_texts.check('src/a.cpp', code), [])
 
 
 class Words(unittest.TestCase):
