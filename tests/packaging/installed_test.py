@@ -178,6 +178,22 @@ class Installed(unittest.TestCase):
         self.assertEqual(component.findtext('provides/binary'), 'zelk')
         self.assertEqual(component.find('releases/release').get('version'), VERSION)
 
+    def test_whatADesktopShowsIsInGermanToo(self):
+        entry = self.entry()
+        for key in 'GenericName', 'Comment', 'Keywords':
+            with self.subTest(key):
+                self.assertNotIn(entry[f'{key}[de]'], ('', entry[key]))
+        component = ElementTree.parse(self.file(f'usr/share/metainfo/{ID}.metainfo.xml')).getroot()
+        language = '{http://www.w3.org/XML/1998/namespace}lang'
+        for parent in component.iter():
+            for tag in 'name', 'summary', 'developer_name', 'p', 'li', 'caption':
+                texts = [(each.get(language), each.text) for each in parent.findall(tag)]
+                english = [text for told, text in texts if not told]
+                german = [text for told, text in texts if told == 'de']
+                with self.subTest(english):
+                    self.assertEqual(len(german), len(english))
+                    self.assertTrue(tag == 'name' or not set(english) & set(german))
+
     def test_theScreenshotsAreThoseOfTheDocuments(self):
         component = ElementTree.parse(self.file(f'usr/share/metainfo/{ID}.metainfo.xml')).getroot()
         for image in component.iterfind('screenshots/screenshot/image'):
