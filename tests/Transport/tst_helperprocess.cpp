@@ -1,14 +1,13 @@
-#include "Platform/BootClock.h"
+#include "SupervisedChild.h"
+
 #include "Platform/ProcessSignals.h"
 #include "Support/Await.h"
 #include "Support/LogCapture.h"
 #include "Support/ManualClock.h"
-#include "Support/ScriptedEngine.h"
 #include "Transport/HelperError.h"
 #include "Transport/HelperProcess.h"
 
 #include <QCoroFuture>
-#include <QMutex>
 #include <QTest>
 
 #include <csignal>
@@ -19,59 +18,6 @@ using namespace zelk;
 using namespace std::chrono_literals;
 
 namespace {
-
-/// A process that plays a transcript, with its output and its end noted as they come.
-class Supervised : public QObject {
-public:
-    explicit Supervised(const QStringList &commands, std::shared_ptr<Clock> clock = std::make_shared<BootClock>())
-        : engine(commands),
-          process(std::make_shared<HelperProcess>(ScriptedEngine::program(), engine.arguments(), std::move(clock))) {}
-
-    bool start() {
-        const auto ended = [terminations = terminations](const HelperProcess::Termination &termination) {
-            const QMutexLocker lock(&terminations->mutex);
-            terminations->list.append(termination);
-        };
-        const auto started = outcomeOf(process->start(ended));
-        if (!started.succeeded())
-            return false;
-        streamEnded = false;
-        listen(*started.value);
-        return true;
-    }
-
-    QList<HelperProcess::Termination> ended() const {
-        const QMutexLocker lock(&terminations->mutex);
-        return terminations->list;
-    }
-
-    bool write(const QByteArray &data) { return outcomeOf(process->write(data)).succeeded(); }
-
-    ScriptedEngine engine;
-    std::shared_ptr<HelperProcess> process;
-    QByteArray output;
-    bool streamEnded = false;
-
-private:
-    struct Terminations {
-        QMutex mutex;
-        QList<HelperProcess::Termination> list;
-    };
-
-    void listen(HelperProcess::Chunks chunks) {
-        startTask(this, [self = QPointer(this), chunks](std::stop_token stop) -> QCoro::Task<> {
-            while (true) {
-                const auto chunk = co_await chunks.next(stop);
-                if (!chunk)
-                    break;
-                self->output += *chunk;
-            }
-            self->streamEnded = true;
-        });
-    }
-
-    std::shared_ptr<Terminations> terminations = std::make_shared<Terminations>();
-};
 
 using Termination = HelperProcess::Termination;
 
