@@ -17,6 +17,13 @@ public:
         : engine(commands),
           process(std::make_shared<HelperProcess>(ScriptedEngine::program(), engine.arguments(), std::move(clock))) {}
 
+    /// What the shell makes of it, for what a transcript doesn't do.
+    explicit Supervised(const char *shellScript)
+        : engine(QStringList()),
+          process(std::make_shared<HelperProcess>(QStringLiteral("/bin/sh"),
+                                                  QStringList{QStringLiteral("-c"), QString::fromUtf8(shellScript)},
+                                                  std::make_shared<BootClock>())) {}
+
     bool start() {
         const auto ended = [terminations = terminations](const HelperProcess::Termination &termination) {
             const QMutexLocker lock(&terminations->mutex);

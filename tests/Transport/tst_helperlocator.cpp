@@ -57,6 +57,11 @@ private Q_SLOTS:
         QCOMPARE(HelperLocator::locate(bundle(), environment(given)), given);
     }
 
+    void theEnvironmentsEngineMayBeNamedFromWhereWeAre() {
+        const auto given = makeFile(QStringLiteral("engine/zelk"));
+        QCOMPARE(HelperLocator::locate(bundle(), environment(QDir::current().relativeFilePath(given))), given);
+    }
+
     void anEnvironmentsEngineThatIsNoneFallsThroughToTheBundles_data() {
         QTest::addColumn<QString>("given");
         QTest::newRow("empty") << QString();

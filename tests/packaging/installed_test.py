@@ -121,6 +121,7 @@ class Installed(unittest.TestCase):
         (bundle / 'zelk').chmod(0o755)
         path = f'{self.file("usr/bin")}:{os.environ["PATH"]}'
         said = run([bundle / 'zelk', '--unattended'], env=self.environment(PATH=path), status=1)
+        self.assertIn('The zelk helper could not be found in the app bundle.', said)
         self.assertNotIn('Summary', said)
 
     def test_itWritesOnlyWhereItsUserHasFoldersForIt(self):
