@@ -3,6 +3,7 @@
 #include <QList>
 #include <QLoggingCategory>
 #include <QMutex>
+#include <QSet>
 #include <QString>
 
 #include <utility>
@@ -45,6 +46,16 @@ public:
         for (const auto &entry : all) {
             if (entry.category == QStringLiteral("orrim.zelk.") + category && entry.message.startsWith(prefix))
                 found.append(entry.message);
+        }
+        return found;
+    }
+    /// The levels of all messages that begin with `prefix`.
+    QSet<QtMsgType> levels(const QString &prefix) const {
+        QSet<QtMsgType> found;
+        const auto all = entries();
+        for (const auto &entry : all) {
+            if (entry.message.startsWith(prefix))
+                found.insert(entry.type);
         }
         return found;
     }

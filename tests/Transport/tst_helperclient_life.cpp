@@ -26,6 +26,7 @@ private Q_SLOTS:
         QTest::qWait(20);
         QCOMPARE(c.engine.launches(), 1);
         QCOMPARE(capture.messages("client"_s), QStringList{"helper exited cleanly"_s});
+        QCOMPARE(capture.levels("helper exited cleanly"_s), QSet{QtInfoMsg});
         QVERIFY(outcomeOf(c.client->send(Request::testProxy())).failedWith(HelperError::helperUnavailable()));
         QVERIFY(c.start());
         QCOMPARE(c.engine.launches(), 1);
@@ -56,6 +57,8 @@ private Q_SLOTS:
                  (QStringList{R"({"id":"r1","method":"testProxy"})"_s, R"({"id":"r3","method":"proxyInfo"})"_s}));
         QCOMPARE(capture.messages("client"_s),
                  (QStringList{"helper crashed: status=9 reason=signal 9"_s, "restarting helper in 0.25s"_s}));
+        QCOMPARE(capture.levels("helper crashed: "_s), QSet{QtCriticalMsg});
+        QCOMPARE(capture.levels("restarting helper"_s), QSet{QtInfoMsg});
     }
 
     void anEngineThatDiesAtOnceIsLaunchedSixTimesAndNoMore() {
@@ -73,6 +76,7 @@ private Q_SLOTS:
         QCOMPARE(c.events.count("crashed"_s), 6);
         QCOMPARE(c.clock->pendingAlarms(), 0);
         QCOMPARE(capture.messages("helper"_s, "helper crashed 6 times in 10s; giving up"_s).size(), 1);
+        QCOMPARE(capture.levels("helper crashed 6 times"_s), QSet{QtCriticalMsg});
         QVERIFY(outcomeOf(c.client->send(Request::testProxy())).failedWith(HelperError::helperUnavailable()));
     }
 
@@ -90,6 +94,8 @@ private Q_SLOTS:
         QCOMPARE(c.events, (QStringList{"ready"_s, "crashed"_s}));
         QCOMPARE(capture.messages("client"_s, "helper relaunch failed: "_s),
                  QStringList{"helper relaunch failed: The zelk helper is not available."_s});
+        QCOMPARE(capture.levels("helper relaunch failed"_s), QSet{QtCriticalMsg});
+        QCOMPARE(capture.levels("helper failed to launch"_s), QSet{QtCriticalMsg});
     }
 
     void startingTwiceLaunchesOnce() {

@@ -225,6 +225,7 @@ private Q_SLOTS:
         QTRY_COMPARE(child.ended().size(), 1);
         QCOMPARE(log.messages(QStringLiteral("helper"), QStringLiteral("helper launched (pid ")).size(), 1);
         QCOMPARE(log.messages(QStringLiteral("helper"), QStringLiteral("helper terminated: crash")).size(), 1);
+        QCOMPARE(log.levels(QStringLiteral("helper ")), QSet{QtInfoMsg});
     }
 
     void oneObjectServesManyChildrenOneAfterTheOther() {
