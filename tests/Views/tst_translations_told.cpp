@@ -173,7 +173,7 @@ private:
         QTRY_VERIFY(late->isOver());
         note(u"late"_s, late->failureText());
         opener->onOpen = [](const QUrl &url) {
-            QTcpSocket *const socket = new QTcpSocket(qApp);
+            QTcpSocket *const socket = new QTcpSocket(QCoreApplication::instance());
             socket->connectToHost(QHostAddress::LocalHost, quint16(url.port()));
             const QByteArray host = "127.0.0.1:" + QByteArray::number(url.port());
             socket->write("POST " + url.path().toLatin1() + " HTTP/1.1\r\nHost: " + host + "\r\nOrigin: http://" +
