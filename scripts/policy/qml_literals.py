@@ -5,9 +5,8 @@ import re
 import sys
 
 sys.path.insert(0, __file__.rpartition('/')[0])
-from source import files, read, report  # noqa: E402
+from source import files, read, report, without_comments  # noqa: E402
 
-_COMMENT = re.compile(r'//[^\n]*|/\*.*?\*/|("(?:[^"\\\n]|\\.)*")', re.DOTALL)
 _COLOUR_NAMES = ('aqua|black|blue|brown|crimson|cyan|darkgray|darkgrey|fuchsia|gold|gray|green|grey|indigo|lightgray|lightgrey|lime'
                  '|magenta|maroon|navy|olive|orange|pink|purple|red|salmon|silver|steelblue|teal|tomato|violet|white|yellow')
 _LITERALS = [
@@ -22,7 +21,7 @@ _LITERALS = [
 
 def check(text):
     """The (line, what) of each literal in a QML text."""
-    code = _COMMENT.sub(lambda match: match.group(1) or '\n' * match.group().count('\n'), text)
+    code = without_comments(text)
     return sorted((code.count('\n', 0, match.start()) + 1, what)
                   for pattern, what in _LITERALS for match in pattern.finditer(code))
 

@@ -9,7 +9,7 @@ import re
 import sys
 
 sys.path.insert(0, __file__.rpartition('/')[0])
-from source import files, read, report  # noqa: E402
+from source import files, read, report, without_comments  # noqa: E402
 
 # The terminal's, the protocol's, and what only tests and previews show.
 EXEMPT = ('src/App/main.cpp', 'src/App/UnattendedRun.cpp', 'src/Support/', 'src/Transport/JSON',
@@ -22,7 +22,6 @@ UNSEEN = {
     'src/Services/URLSession.cpp': {'The request timed out.'},
 }
 
-_COMMENT = re.compile(r'//[^\n]*|/\*.*?\*/', re.DOTALL)
 _SENTENCE = re.compile(r'(?:\bu|QStringLiteral\(\s*|QLatin1StringView\(\s*)"([A-Z][\w\']*,? [^"]*)"')
 _TO_OTHERS = re.compile(r'\b(?:_?logger|Logger|fatal|qFatal|qWarning|sendErrorReply)\b')
 
@@ -30,7 +29,7 @@ _TO_OTHERS = re.compile(r'\b(?:_?logger|Logger|fatal|qFatal|qWarning|sendErrorRe
 def check(path, text):
     """The (line, sentence) of each sentence in the file's text that is neither translated nor said to others."""
     known = NAMES | UNSEEN.get(path, set())
-    code = _COMMENT.sub(lambda match: '\n' * match.group().count('\n'), text)
+    code = without_comments(text)
     found = []
     for match in _SENTENCE.finditer(code):
         statement = re.split(r'[;{}]', code[:match.start()])[-1]

@@ -1,4 +1,4 @@
-"""What the policy scripts share: which files there are, their text without comments and literals, and how to report."""
+"""What the policy scripts share: which files there are, their text without comments or literals, and how to report."""
 
 import re
 import subprocess
@@ -23,6 +23,11 @@ def code_only(text):
         return '""' + lines if match.group('raw') or match.group('text') else ' ' + lines
 
     return _SKIPPED.sub(blank, text)
+
+
+def without_comments(text):
+    """`text` with comments blanked; literals stay, and every line keeps its number."""
+    return _SKIPPED.sub(lambda match: '\n' * match.group().count('\n') if match.group('comment') else match.group(), text)
 
 
 def files(*patterns):
